@@ -1,0 +1,348 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "PPDX/PPDObjects/Controls/PPDXControl.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "PPDX/PPDObjects/Controls/ControlRecord.h"
+#include "PPDX/PPDObjects/Controls/ListFromJP.h"
+#include "PPDX/PPDObjects/Controls/Numbers.h"
+#include "ZUBUtils/PPDUtils/CString.h"
+#include "constraints/UIConstraints.h"
+#include "platform/CFRef.h"
+
+namespace {
+
+constexpr unsigned long kOrderTag = RecordTag("Ordr");
+constexpr unsigned long kPostScriptTag = RecordTag("PSDt");
+constexpr unsigned long kFlagsTag = RecordTag("CFlg");
+constexpr char kFlagDelimiter = '|';
+
+constexpr std::string_view kNoShortcutKeywords[] = {
+    "*ZUChromVale",
+    "*ZU_PROP_COLORMODE",
+    "*ZU_PROP_CV_PURE_BLACK",
+    "*ZU_PROP_CV_OVER_PRINT",
+    "*ZU_PROP_CV_RGB_SEPARATION",
+    "*ZU_PROP_CV_SOURCE_PROFILES",
+    "*ZU_PROP_CV_SIMULATION",
+    "*ZU_PROP_CV_SPOTCOLORS",
+    "*ZU_PROP_CV_OUTPUT_PROFILE",
+    "*ZU_PROP_CV_SIM_SPEED",
+    "*ZU_PROP_CV_COLOR_SMART",
+    "*ZU_PROP_CV_GAMMA",
+    "*ZU_PROP_CV_WHITEPOINT",
+    "*ZU_PROP_CV_PHOSPHORS",
+    "*ZU_PROP_CV_CRD",
+    "*ZU_PROP_CV_CRD_IMAGES",
+    "*ZU_PROP_CV_CRD_GRAPHICS",
+    "*ZU_PROP_CV_CRD_TEXT",
+    "*ZU_PROP_CV_CRD_IMAGES_HT",
+    "*ZU_PROP_CV_CRD_GRAPHICS_HT",
+    "*ZU_PROP_CV_CRD_TEXT_HT",
+    "*ZU_LOCAL_PROP_FIRSTPAGESOURCE",
+    "*ZU_LOCAL_PROP_FIRSTPAGEMEDIA",
+    "*ZU_LOCAL_PROP_BACKPAGESOURCE",
+    "*ZU_LOCAL_PROP_BACKPAGEMEDIA",
+    "*ZU_PROP_WATERMARK_FIRSTPAGEONLY",
+    "*ZU_PROP_WATERMARK_FOREGROUND",
+    "*ZU_PROP_WATERMARK_OUTLINE",
+    "*ZU_PROP_WATERMARK",
+    "*ZU_PROP_LOCAL_ZULANDSCAPE",
+};
+
+std::string_view ViewOf(char const* text) {
+    return text != nullptr ? text : std::string_view();
+}
+
+std::string_view ViewOf(unsigned char const* bytes, long length) {
+    if (bytes == nullptr || length < 1) {
+        return {};
+    }
+    return {reinterpret_cast<char const*>(bytes), static_cast<std::size_t>(length)};
+}
+
+// Counts bytes, and writes them where there is a place for them.
+class Output {
+  public:
+    explicit Output(unsigned char* place) : mPlace(place) {}
+
+    void Append(std::string_view text) {
+        if (mPlace != nullptr) {
+            std::copy(text.begin(), text.end(), mPlace + mLength);
+        }
+        mLength += static_cast<long>(text.size());
+    }
+    long Length() const { return mLength; }
+
+  private:
+    unsigned char* mPlace;  // not owned, may be null
+    long mLength = 0;
+};
+
+std::string HexadecimalString(std::string_view value) {
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string text = "<";
+    for (char const byte : value) {
+        auto const number = static_cast<unsigned char>(byte);
+        text += kDigits[number >> 4];
+        text += kDigits[number & 15];
+    }
+    return text + ">";
+}
+
+std::string PlainText(std::string_view value, bool doubleBackslashes) {
+    std::string text;
+    for (char const byte : value) {
+        if (static_cast<unsigned char>(byte) > 127) {
+            return {};
+        }
+        text.append(byte == '\\' && doubleBackslashes ? 2 : 1, byte);
+    }
+    return text;
+}
+
+// Every byte is a character of Mac Roman, so code goes through it and back unharmed.
+CFRef<CFStringRef> MacRomanString(std::string_view bytes) {
+    return CFRef<CFStringRef>(CFStringCreateWithBytes(
+        nullptr, reinterpret_cast<std::uint8_t const*>(bytes.data()),
+        static_cast<CFIndex>(bytes.size()), kCFStringEncodingMacRoman, false));
+}
+
+void ReplaceEvery(CFMutableStringRef text, std::string const& wanted,
+                  std::string const& replacement, CFOptionFlags options) {
+    CFRef<CFStringRef> const wantedString = MacRomanString(wanted);
+    CFRef<CFStringRef> const replacementString = MacRomanString(replacement);
+    if (wantedString && replacementString) {
+        CFStringFindAndReplace(text, wantedString, replacementString,
+                               CFRangeMake(0, CFStringGetLength(text)), options);
+    }
+}
+
+// The text in Mac Roman with a terminator, in a malloc block; its length without that.
+long CopyMacRomanBytes(CFStringRef text, unsigned char*& block) {
+    CFRange const whole = CFRangeMake(0, CFStringGetLength(text));
+    CFIndex length = 0;
+    CFStringGetBytes(text, whole, kCFStringEncodingMacRoman, '?', false, nullptr, 0, &length);
+    block = static_cast<unsigned char*>(std::malloc(static_cast<std::size_t>(length) + 1));
+    if (block == nullptr) {
+        return 0;
+    }
+    CFStringGetBytes(text, whole, kCFStringEncodingMacRoman, '?', false, block, length, &length);
+    block[length] = '\0';
+    return length;
+}
+
+char const* TextAt(PointerListItr const& position) {
+    auto const* const flag = static_cast<CString const*>(*position);
+    return flag != nullptr ? flag->GetCharData() : nullptr;
+}
+
+}  // namespace
+
+PPDXControl::PPDXControl(char const* keyword, CFStringRef localName, PointerList& flags,
+                         unsigned char* psData, long psLength, bool visible,
+                         UIConstraints* constraints)
+    : PPDXElement(keyword, localName, visible),
+      mFlags(flags),
+      mPSCode(psData),
+      mPSLength(psData != nullptr ? std::max(ClampTo32Bits(psLength), 0) : 0),
+      mConstraints(constraints) {}
+
+PPDXControl::PPDXControl(Settings& settings, long id, UIConstraints* constraints)
+    : PPDXElement(settings, id), mConstraints(constraints) {
+    ControlRecord const record(settings, id);
+    record.Read(kOrderTag, mOrder);
+    mPSCode = record.CopyBytes(kPostScriptTag, mPSLength);
+    ReadFlags(settings, id);
+}
+
+PPDXControl::~PPDXControl() {
+    while (!mFlags.Empty()) {
+        delete static_cast<CString*>(mFlags.Back());
+        mFlags.PopBack();
+    }
+    std::free(mPSCode);
+}
+
+void PPDXControl::ReadFlags(Settings& settings, long id) {
+    std::unique_ptr<CString> const text(ControlRecord(settings, id).CopyText(kFlagsTag));
+    std::string_view rest = text != nullptr ? ViewOf(text->GetCharData()) : std::string_view();
+    while (!rest.empty()) {
+        std::string const flag(rest.substr(0, rest.find(kFlagDelimiter)));
+        rest.remove_prefix(std::min(flag.size() + 1, rest.size()));
+        if (!flag.empty()) {
+            mFlags.PushBack(new CString(flag.c_str()));
+        }
+    }
+}
+
+short PPDXControl::Save(Settings& settings, long const& id) {
+    ControlRecord record(settings, id, PPDXElement::Save(settings, id));
+    record.AddNumber(kOrderTag, mOrder);
+    record.AddBytes(kPostScriptTag, mPSCode, mPSLength);
+    std::string flags;
+    for (PointerListItr flag = mFlags.Begin(); flag != mFlags.End(); ++flag) {
+        flags.append(ViewOf(TextAt(flag))) += kFlagDelimiter;
+    }
+    if (!flags.empty()) {
+        record.AddBytes(kFlagsTag, flags.data(), static_cast<long>(flags.size()));
+    }
+    return record.Status();
+}
+
+long PPDXControl::PostScript(unsigned char* out) {
+    if (out != nullptr && mPSLength > 0) {
+        std::memcpy(out, mPSCode, static_cast<std::size_t>(mPSLength));
+    }
+    return mPSLength;
+}
+
+CFStringRef PPDXControl::CopyPresetValueString() {
+    return CopyCurrentControlValueString();
+}
+
+void PPDXControl::SetPresetValueString(CFStringRef value) {
+    SetCurrentControlWithCFString(value);
+}
+
+char const* PPDXControl::FirstControlFlag() {
+    mFlagCursor = mFlags.Begin();
+    return TextAt(mFlagCursor);
+}
+
+char const* PPDXControl::NextControlFlag() {
+    return TextAt(++mFlagCursor);
+}
+
+bool PPDXControl::FindControlFlag(char const* flag) {
+    if (flag == nullptr) {
+        return false;
+    }
+    for (char const* word = FirstControlFlag(); word != nullptr; word = NextControlFlag()) {
+        if (std::strcmp(word, flag) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool PPDXControl::IsNoVelonDriverUI() {
+    return FindControlFlag("NoVelonDriverUI") || FindControlFlag("DriverUserDisplayHidden");
+}
+
+bool PPDXControl::ValidKeyword(char const* keyword) {
+    return keyword != nullptr &&
+           std::ranges::find(kNoShortcutKeywords, keyword) == std::ranges::end(kNoShortcutKeywords);
+}
+
+long PPDXControl::GeneratePSOutputData(unsigned char* out, unsigned char const* ps, long psLength,
+                                       char const* option, bool framed) const {
+    Output output(out);
+    if (framed) {
+        for (std::string_view const part :
+             {std::string_view("%%BeginFeature: "), ViewOf(Keyword()), std::string_view(" "),
+              ViewOf(option), std::string_view("\n")}) {
+            output.Append(part);
+        }
+    }
+    std::string_view const code = ViewOf(ps, psLength);
+    output.Append(code.empty() ? "\n" : code);
+    if (framed) {
+        output.Append("%%EndFeature\n");
+    }
+    return output.Length();
+}
+
+long PPDXControl::Inject(char const* name, unsigned char const* ps, long psLength,
+                         char const* value, unsigned char*& result) const {
+    result = nullptr;
+    std::string_view const code = ViewOf(ps, psLength);
+    CFRef<CFStringRef> const original = MacRomanString(code);
+    CFRef<CFMutableStringRef> const text(CFStringCreateMutableCopy(nullptr, 0, original));
+    if (!original || !text) {
+        return 0;
+    }
+    bool const isComment = code.starts_with("%%");
+    bool const hexed = !ViewOf(value).empty() && mType == kJobNoteType && !isComment;
+    std::string const replacement =
+        hexed ? HexadecimalString(value) : PlainText(ViewOf(value), !isComment);
+    std::string const marker = std::string("<").append(ViewOf(name)) + ">";
+    ReplaceEvery(text, marker, replacement, kCFCompareCaseInsensitive);
+    if (hexed) {
+        ReplaceEvery(text, "(" + replacement + ")", replacement, 0);
+    }
+    return CopyMacRomanBytes(text, result);
+}
+
+void PPDXControl::UpdateKVCache(char const* keyword, char const* option) {
+    if (mConstraints != nullptr && keyword != nullptr && option != nullptr) {
+        mConstraints->UpdateKVCache(keyword, option);
+    }
+}
+
+void PPDXControl::UpdateKVCache(long key, long option) {
+    if (mConstraints != nullptr) {
+        mConstraints->UpdateKVCache(key, option);
+    }
+}
+
+void PPDXControl::ReportChange(char const* value) const {
+    if (Keyword() != nullptr) {
+        CheckForChangeInListFromJP(Keyword(), value);
+    }
+}
+
+char const* GetFirstControlFlag(PPDXControl* control) {
+    return control != nullptr ? control->FirstControlFlag() : nullptr;
+}
+
+char const* GetNextControlFlag(PPDXControl* control) {
+    return control != nullptr ? control->NextControlFlag() : nullptr;
+}
+
+long GetControlFlagCount(PPDXControl* control) {
+    return control != nullptr ? control->ControlFlagCount() : 0;
+}
+
+bool IsCommandControl(PPDXControl* control) {
+    return control != nullptr && control->IsCommand();
+}
+
+bool IsSpoolerControl(PPDXControl* control) {
+    return control != nullptr && control->IsSpooler();
+}
+
+bool IsSetupControl(PPDXControl* control) {
+    return control != nullptr && control->IsSetup();
+}
+
+bool IsMacVJNControl(PPDXControl* control) {
+    return control != nullptr && control->IsMacVJN();
+}
+
+bool IsMacImgShiftControl(PPDXControl* control) {
+    return control != nullptr && control->IsMacImgShift();
+}
+
+bool IsNoVelonDriverUIControl(PPDXControl* control) {
+    return control != nullptr && control->IsNoVelonDriverUI();
+}
+
+bool IsValidControlKeyword(PPDXControl* control, char const* keyword) {
+    return control != nullptr && PPDXControl::ValidKeyword(keyword);
+}
+
+long GetPostScript(PPDXControl* control, unsigned char* out) {
+    return control != nullptr ? control->PostScript(out) : 0;
+}
+
+void ResetControlToDefault(PPDXControl* control) {
+    if (control != nullptr) {
+        control->ResetToDefaultValue();
+    }
+}

@@ -1,0 +1,434 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <string_view>
+
+#include "PPDX/PPDObjects/Controls/ControlRecord.h"
+#include "PPDX/PPDObjects/Controls/PPDText.h"
+#include "ZUBUtils/PPDUtils/CString.h"
+#include "ZUBUtils/PPDUtils/Settings.h"
+#include "platform/CFRef.h"
+
+namespace {
+
+constexpr unsigned long kClassTag = RecordTag("PopC");
+constexpr unsigned long kMultipleTag = RecordTag("PCMS");
+constexpr unsigned long kDefaultTag = RecordTag("PCDK");
+constexpr unsigned long kItemCountTag = RecordTag("PCIC");
+constexpr unsigned long kItemKeywordTag = RecordTag("PCIK");
+constexpr unsigned long kItemNameTag = RecordTag("PCFN");
+constexpr unsigned long kItemPlainNameTag = RecordTag("PCIN");  // read, never written
+constexpr unsigned long kItemCodeTag = RecordTag("PCIP");
+constexpr unsigned long kItemSelectedTag = RecordTag("PCIS");
+
+constexpr CFIndex kUserNameSize = 256;  // with its terminator
+
+// What these stand at may be a profile that only the print server knows.
+constexpr std::string_view kProfileKeywords[] = {
+    "*ZUSimulation",
+    "*ZUOutProfile",
+    "*ZURGBOverride",
+};
+
+long ItemRecordID(long id, long position) {
+    return id * 100 + position;
+}
+
+_PopupItem* ItemAt(PointerListItr const& position) {
+    return static_cast<_PopupItem*>(*position);
+}
+
+bool Equal(CFStringRef left, CFStringRef right, CFOptionFlags options) {
+    return left != nullptr && CFStringCompare(left, right, options) == kCFCompareEqualTo;
+}
+
+void SaveItem(ControlRecord& record, _PopupItem const& item) {
+    record.AddText(kItemKeywordTag, item.mKeyword);
+    long nameSize = 0;
+    std::unique_ptr<unsigned char[]> const name(CFStringToExternal(item.mLocalName, &nameSize));
+    record.AddBytes(kItemNameTag, name.get(), nameSize);
+    record.AddBytes(kItemCodeTag, item.mPSCode, item.mPSLength);
+    record.AddNumber(kItemSelectedTag, item.mSelected);
+}
+
+CFStringRef CopyPlainName(ControlRecord const& record) {
+    std::unique_ptr<CString> const name(record.CopyText(kItemPlainNameTag));
+    return name == nullptr ? nullptr
+                           : CFStringCreateWithCString(nullptr, name->GetCharData(),
+                                                       CFStringGetSystemEncoding());
+}
+
+_PopupItem* ItemFromRecord(Settings& settings, long id) {
+    ControlRecord const record(settings, id);
+    auto item = std::make_unique<_PopupItem>();
+    item->mKeyword = record.CopyText(kItemKeywordTag);
+    item->mLocalName = GetSettingsCFString(settings, kItemNameTag, id);
+    if (item->mLocalName == nullptr) {
+        item->mLocalName = CopyPlainName(record);
+    }
+    item->mPSCode = record.CopyBytes(kItemCodeTag, item->mPSLength);
+    record.Read(kItemSelectedTag, item->mSelected);
+    return item.release();
+}
+
+}  // namespace
+
+PPDXPopupControl::PPDXPopupControl() {
+    SetType(kPopupType);
+}
+
+PPDXPopupControl::PPDXPopupControl(char const* keyword, CFStringRef localName, PointerList& flags,
+                                   bool visible, bool multiple, bool installable,
+                                   PointerList& items, CString* defaultKeyword,
+                                   UIConstraints* constraints)
+    : PPDXControl(keyword, localName, flags, nullptr, 0, visible, constraints),
+      mMultiple(multiple),
+      mInstallable(installable),
+      mDefaultKeyword(defaultKeyword),
+      mItems(items) {
+    SetType(kPopupType);
+    SetKeywordSelect(GetDefaultKeyword(), true);
+}
+
+PPDXPopupControl::PPDXPopupControl(Settings& settings, long id, UIConstraints* constraints)
+    : PPDXControl(settings, id, constraints) {
+    SetType(kPopupType);
+    ControlRecord const record(settings, id);
+    record.Read(kMultipleTag, mMultiple);
+    mDefaultKeyword = record.CopyText(kDefaultTag);
+    std::int32_t count = 0;
+    record.Read(kItemCountTag, count);
+    // An item has one entry at least, so a damaged count can't make more of them.
+    ReadItems(settings, id, std::min<long>(count, settings.Count()));
+}
+
+PPDXPopupControl::~PPDXPopupControl() {
+    delete mDefaultKeyword;
+    DeleteItems();
+}
+
+void PPDXPopupControl::ReadItems(Settings& settings, long id, long count) {
+    char const* selected = GetDefaultKeyword();
+    for (long position = 0; position < count; ++position) {
+        _PopupItem* const item = ItemFromRecord(settings, ItemRecordID(id, position));
+        AppendPopupItem(item);
+        if (item->mSelected != 0) {
+            selected = item->Keyword();
+        }
+    }
+    SetKeywordSelect(selected, true);
+}
+
+void PPDXPopupControl::DeleteItems() {
+    mCurrentItem = nullptr;
+    while (!mItems.Empty()) {
+        delete static_cast<_PopupItem*>(mItems.Back());
+        mItems.PopBack();
+    }
+}
+
+short PPDXPopupControl::Save(Settings& settings, long const& id) {
+    ControlRecord record(settings, id, PPDXControl::Save(settings, id));
+    record.AddMark(kClassTag);
+    record.AddNumber(kMultipleTag, mMultiple);
+    record.AddText(kDefaultTag, mDefaultKeyword);
+    if (!mItems.Empty()) {
+        record.AddNumber(kItemCountTag, static_cast<std::int32_t>(mItems.Size()));
+    }
+    short status = record.Status();
+    long position = 0;
+    for (PointerListItr it = mItems.Begin(); _PopupItem* const item = ItemAt(it); ++it) {
+        ControlRecord itemRecord(settings, ItemRecordID(id, position++), status);
+        SaveItem(itemRecord, *item);
+        status = itemRecord.Status();
+    }
+    return status;
+}
+
+short PPDXPopupControl::Restore(Settings& settings, long id) {
+    _PopupItem const* selected = nullptr;
+    short status = 0;
+    long position = 0;
+    for (PointerListItr it = mItems.Begin(); _PopupItem* const item = ItemAt(it); ++it) {
+        ControlRecord const record(settings, ItemRecordID(id, position++));
+        if (record.Read(kItemSelectedTag, item->mSelected)) {
+            selected = item->mSelected != 0 ? item : selected;
+            continue;
+        }
+        status = record.Look(kItemSelectedTag);
+        if (status != 0) {
+            break;
+        }
+    }
+    if (selected != nullptr) {
+        SetKeywordSelect(selected->Keyword(), true);
+    }
+    return status;
+}
+
+void PPDXPopupControl::ResetToDefaultValue() {
+    SetValue(DefaultValue());
+}
+
+long PPDXPopupControl::PostScript(unsigned char* out) {
+    return mCurrentItem != nullptr ? GetKeywordPSData(mCurrentItem->Keyword(), out) : 0;
+}
+
+CFStringRef PPDXPopupControl::CopyCurrentControlValueString() {
+    return mCurrentItem != nullptr ? CopyPPDText(mCurrentItem->Keyword()) : nullptr;
+}
+
+void PPDXPopupControl::SetCurrentControlWithCFString(CFStringRef value) {
+    if (value == nullptr) {
+        return;
+    }
+    if (long const index = IndexOfValue(value); index != 0) {
+        SetValue(index);
+    } else if (TakesUnknownValues()) {
+        AddUnknownValue(value);
+    }
+}
+
+bool PPDXPopupControl::TakesUnknownValues() const {
+    return Keyword() != nullptr &&
+           std::ranges::find(kProfileKeywords, Keyword()) != std::ranges::end(kProfileKeywords);
+}
+
+long PPDXPopupControl::IndexOfValue(CFStringRef value) {
+    bool const byName = TakesUnknownValues();
+    long index = 0;
+    for (PointerListItr it = mItems.Begin(); _PopupItem* const item = ItemAt(it); ++it) {
+        ++index;
+        if (byName && Equal(item->mLocalName, value, kCFCompareCaseInsensitive)) {
+            return index;
+        }
+        CFRef<CFStringRef> const keyword(CopyPPDText(item->Keyword()));
+        if (Equal(keyword, value, 0)) {
+            return index;
+        }
+    }
+    return 0;
+}
+
+void PPDXPopupControl::AddUnknownValue(CFStringRef value) {
+    char text[kUnknownValueSize];
+    if (!CFStringGetCString(value, text, sizeof text, kCFStringEncodingUTF8)) {
+        return;
+    }
+    auto* const item = new _PopupItem;
+    item->mKeyword = new CString(text);
+    item->mLocalName = CFStringCreateCopy(nullptr, value);
+    AppendPopupItem(item);
+    if (!SetKeywordSelect(text, true)) {
+        SetValue(DefaultValue());
+    }
+}
+
+_PopupItem* PPDXPopupControl::FirstItem() {
+    mItemCursor = mItems.Begin();
+    return ItemAt(mItemCursor);
+}
+
+_PopupItem* PPDXPopupControl::NextItem() {
+    return ItemAt(++mItemCursor);
+}
+
+void PPDXPopupControl::AppendPopupItem(_PopupItem* item) {
+    mItems.PushBack(item);
+}
+
+long PPDXPopupControl::GetValue() {
+    long index = 0;
+    for (PointerListItr it = mItems.Begin(); _PopupItem const* const item = ItemAt(it); ++it) {
+        ++index;
+        if (item->mSelected != 0) {
+            return index;
+        }
+    }
+    return 0;
+}
+
+long PPDXPopupControl::DefaultValue() {
+    long index = 0;
+    for (PointerListItr it = mItems.Begin(); _PopupItem const* const item = ItemAt(it); ++it) {
+        ++index;
+        if (item->HasKeyword(GetDefaultKeyword())) {
+            return index;
+        }
+    }
+    return 0;
+}
+
+char const* PPDXPopupControl::GetDefaultKeyword() const {
+    return mDefaultKeyword != nullptr ? mDefaultKeyword->GetCharData() : nullptr;
+}
+
+void PPDXPopupControl::SetValue(long index) {
+    long position = 0;
+    for (PointerListItr it = mItems.Begin(); _PopupItem* const item = ItemAt(it); ++it) {
+        item->mSelected = ++position == index;
+        if (item->mSelected == 0) {
+            continue;
+        }
+        mCurrentItem = item;
+        ReportChange(item->Keyword());
+    }
+    if (mCurrentItem != nullptr) {
+        UpdateKVCache(Keyword(), mCurrentItem->Keyword());
+    }
+}
+
+bool PPDXPopupControl::SetKeywordSelect(char const* keyword, bool state) {
+    if (keyword == nullptr || mItems.Empty()) {
+        return false;
+    }
+    bool matched = false;
+    for (PointerListItr it = mItems.Begin(); _PopupItem* const item = ItemAt(it); ++it) {
+        if (item->HasKeyword(keyword)) {
+            matched = true;
+            item->mSelected = state;
+            mCurrentItem = item;
+            if (CanSelectMultipleItems()) {
+                break;
+            }
+        } else if (!CanSelectMultipleItems()) {
+            item->mSelected = 0;
+        }
+    }
+    UpdateKVCache(Keyword(), keyword);
+    return matched;
+}
+
+bool PPDXPopupControl::IsKeywordSelected(char const* keyword) {
+    for (PointerListItr it = mItems.Begin(); _PopupItem const* const item = ItemAt(it); ++it) {
+        if (item->mSelected != 0 && item->HasKeyword(keyword)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+_PopupItem* PPDXPopupControl::FirstItemOf(char const* keyword) {
+    PointerListItr it = mItems.Begin();
+    while (ItemAt(it) != nullptr && !ItemAt(it)->HasKeyword(keyword)) {
+        ++it;
+    }
+    return ItemAt(it);
+}
+
+_PopupItem* PPDXPopupControl::LastItemOf(char const* keyword) {
+    _PopupItem* last = nullptr;
+    for (PointerListItr it = mItems.Begin(); _PopupItem* const item = ItemAt(it); ++it) {
+        if (item->HasKeyword(keyword)) {
+            last = item;
+        }
+    }
+    return last;
+}
+
+long PPDXPopupControl::GetKeywordPSData(char const* keyword, unsigned char* out) {
+    _PopupItem* const item = FirstItemOf(keyword);
+    if (item == nullptr || Keyword() == nullptr) {
+        return 0;
+    }
+    item->mPSLength = std::max(item->mPSLength, 0);
+    return GeneratePSOutputData(out, item->mPSCode, item->mPSLength, keyword, true);
+}
+
+char const* PPDXPopupControl::GetKeywordLocalName(char const* keyword) {
+    _PopupItem* const item = LastItemOf(keyword);
+    return item != nullptr ? item->displayName() : nullptr;
+}
+
+CFStringRef PPDXPopupControl::GetKeywordCFLocalName(char const* keyword) {
+    _PopupItem const* const item = LastItemOf(keyword);
+    return item != nullptr ? item->mLocalName : nullptr;
+}
+
+bool PPDXPopupControl::Rebuild(char const* name, PointerList& items, CString* defaultKeyword) {
+    if (mCurrentItem == nullptr) {
+        return false;
+    }
+    CString const selected(mCurrentItem->Keyword());
+    if (name != nullptr && (UserName() == nullptr || std::strcmp(name, UserName()) != 0)) {
+        Rename(name);
+    }
+    DeleteItems();
+    mItems = items;
+    delete mDefaultKeyword;
+    mDefaultKeyword = defaultKeyword;
+    SetKeywordSelect(GetDefaultKeyword(), true);
+    SetKeywordSelect(selected, true);
+    return true;
+}
+
+void PPDXPopupControl::Rename(char const* name) {
+    CFStringEncoding const encoding = CFStringGetSystemEncoding();
+    CFRef<CFStringRef> const localName(CFStringCreateWithCString(nullptr, name, encoding));
+    if (!localName) {
+        return;
+    }
+    char userName[kUserNameSize];
+    CFIndex length = 0;
+    CFStringGetBytes(localName, CFRangeMake(0, CFStringGetLength(localName)), encoding, '?', false,
+                     reinterpret_cast<std::uint8_t*>(userName), kUserNameSize - 1, &length);
+    userName[length] = '\0';
+    SetUserName(localName, new CString(userName));
+}
+
+_PopupItem* FirstItem(PPDXPopupControl* popup) {
+    return popup != nullptr ? popup->FirstItem() : nullptr;
+}
+
+_PopupItem* NextItem(PPDXPopupControl* popup) {
+    return popup != nullptr ? popup->NextItem() : nullptr;
+}
+
+bool IsKeywordSelected(PPDXPopupControl* popup, char const* keyword) {
+    return popup != nullptr && popup->IsKeywordSelected(keyword);
+}
+
+bool SetKeywordSelect(PPDXPopupControl* popup, char const* keyword, bool state) {
+    return popup != nullptr && popup->SetKeywordSelect(keyword, state);
+}
+
+char const* GetKeywordLocalName(PPDXPopupControl* popup, char const* keyword) {
+    return popup != nullptr ? popup->GetKeywordLocalName(keyword) : nullptr;
+}
+
+long GetKeywordPSData(PPDXPopupControl* popup, char const* keyword, unsigned char* out) {
+    return popup != nullptr ? popup->GetKeywordPSData(keyword, out) : 0;
+}
+
+bool CanSelectMultipleItems(PPDXPopupControl* popup) {
+    return popup != nullptr && popup->CanSelectMultipleItems();
+}
+
+char const* GetDefaultKeyword(PPDXPopupControl* popup) {
+    return popup != nullptr ? popup->GetDefaultKeyword() : nullptr;
+}
+
+long PopupItemCount(PPDXPopupControl* popup) {
+    return popup != nullptr ? popup->ItemCount() : 0;
+}
+
+long GetPopupValue(PPDXPopupControl* popup) {
+    return popup != nullptr ? popup->GetValue() : 0;
+}
+
+void SetPopupValue(PPDXPopupControl* popup, long index) {
+    if (popup != nullptr) {
+        popup->SetValue(index);
+    }
+}
+
+long GetPopupDefaultValue(PPDXPopupControl* popup) {
+    return popup != nullptr ? popup->DefaultValue() : 0;
+}
+
+long PopupPostScript(PPDXPopupControl* popup, unsigned char* out) {
+    return popup != nullptr ? popup->PostScript(out) : 0;
+}

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <vector>
+
+#include "PPDX/PPDObjects/PPDStream.h"
+
+class PPDFile;
+
+// A cursor over a file, of which it holds a chunk at a time. Only GetLine goes on from one chunk
+// to the next.
+class PPDFileStream : public PPDStream {
+  public:
+    static constexpr long kChunkSize = 10000;
+
+    // Opens the file and reads its beginning: a chunk, or the whole of it. Bad for a null file, for
+    // one that can't be read and for an empty one. The file must outlive the stream, which closes
+    // it.
+    PPDFileStream(PPDFile* file, bool chunked);
+    PPDFileStream(PPDFileStream const&) = delete;
+    PPDFileStream& operator=(PPDFileStream const&) = delete;
+    ~PPDFileStream() override;
+
+    // As in PPDStream, over the borders of chunks. A last line without a line end isn't delivered.
+    bool GetLine(char* line) override;
+
+  private:
+    void Setup();  // the next chunk; bad when there is none
+    bool Refill();
+
+    std::vector<char> mBuffer;
+    bool mChunked;
+    PPDFile* mFile;             // not owned
+    bool mLineFeedDue = false;  // the chunk ended in a carriage return that ended a line
+};

@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "PPDX/PPDObjects/PPDXGroups.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "PPDX/PPDObjects/DisplayOptions.h"
+#include "PPDX/PPDObjects/PPDXGroup.h"
+#include "PPDX/PPDObjects/PPDXRollDown.h"
+#include "PPDX/PPDObjects/PPDXScrollPane.h"
+#include "ZUBUtils/PPDUtils/Settings.h"
+#include "platform/CollectionManager.h"
+
+namespace {
+
+constexpr unsigned long kCountTag = 4000;
+constexpr long kFirstRecord = 4001;
+constexpr long kCountRecord = 4002;
+
+template <typename Group>
+PPDXGroup* Make(Settings& settings, long id) {
+    return new (std::nothrow) Group(settings, id);
+}
+
+struct Kind {
+    unsigned long tag;
+    PPDXGroup* (*make)(Settings& settings, long id);
+};
+
+constexpr Kind kKinds[] = {
+    {0x67477270, &Make<PPDXGroup>},       // 'gGrp'
+    {0x526C446E, &Make<PPDXRollDown>},    // 'RlDn'
+    {0x5363506E, &Make<PPDXScrollPane>},  // 'ScPn'
+};
+
+// The group of a record that carries the mark of a kind; null for an unreadable one.
+PPDXGroup* Restored(Settings& settings, long id) {
+    for (Kind const& kind : kKinds) {
+        long size = 0;
+        long const status = settings.Get(kind.tag, id, nullptr, size, false);
+        if (status == noErr) {
+            return kind.make(settings, id);
+        }
+        if (status != collectionItemNotFoundErr) {
+            return nullptr;
+        }
+    }
+    return nullptr;
+}
+
+bool Matches(PPDXGroup const& group, char const* keyword, bool exact) {
+    if (exact) {
+        return group == keyword;
+    }
+    return group.Keyword() != nullptr && std::strstr(group.Keyword(), keyword) != nullptr;
+}
+
+}  // namespace
+
+PPDXGroups::PPDXGroups(Settings& settings) {
+    std::int32_t count = 0;
+    GetSettingsField(settings, kCountTag, kCountRecord, &count, sizeof count);
+    // A damaged count can't ask for more records than there are entries.
+    long const end = kFirstRecord + std::min<long>(count, settings.Count());
+    for (long id = kFirstRecord; id < end; ++id) {
+        Add(Restored(settings, id));
+    }
+}
+
+void PPDXGroups::Add(PPDXGroup* group) {
+    if (group == nullptr || !mList.PushBack(group)) {
+        return;
+    }
+    ++mCount;
+    mOrphans += group->IsOrphan() ? 1 : 0;
+    mHidden += group->IsVisible() ? 0 : 1;
+}
+
+PPDXGroup* PPDXGroups::Find(char const* keyword, bool const& exact) const {
+    if (keyword == nullptr) {
+        return nullptr;
+    }
+    for (ConstPointerListItr at = mList.Begin(); at != mList.End(); ++at) {
+        auto* group = static_cast<PPDXGroup*>(const_cast<void*>(*at));
+        if (Matches(*group, keyword, exact)) {
+            return group;
+        }
+    }
+    return nullptr;
+}
+
+PPDXGroup* PPDXGroups::First() {
+    mCursor = mList.Begin();
+    return Displayed();
+}
+
+PPDXGroup* PPDXGroups::Next() {
+    ++mCursor;
+    return Displayed();
+}
+
+PPDXGroup* PPDXGroups::Displayed() {
+    for (; *mCursor != nullptr; ++mCursor) {
+        auto* group = static_cast<PPDXGroup*>(*mCursor);
+        if (group->OkayToDisplay(DisplayOptions::Options())) {
+            return group;
+        }
+    }
+    return nullptr;
+}
+
+std::int32_t PPDXGroups::Count() const {
+    switch (DisplayOptions::Options()) {
+        case kDisplayPlacedAndVisible:
+            return mCount;
+        case kDisplayOrphans:
+            return mCount + mOrphans;
+        case kDisplayHidden:
+            return mCount + mHidden;
+        case kDisplayAll:
+            return mCount + mOrphans + mHidden;
+        default:
+            return 0;
+    }
+}
+
+short PPDXGroups::Save(Settings& settings) {
+    long status = settings.Add(kCountTag, kCountRecord, &mCount, sizeof mCount);
+    long id = kFirstRecord;
+    for (PPDXGroup* group = First(); group != nullptr && status == noErr; group = Next()) {
+        status = group->Save(settings, id++);
+    }
+    return static_cast<short>(status);
+}
+
+PPDXGroup* FirstGroup(PPDXGroups* groups) {
+    return groups == nullptr ? nullptr : groups->First();
+}
+
+PPDXGroup* NextGroup(PPDXGroups* groups) {
+    return groups == nullptr ? nullptr : groups->Next();
+}
+
+PPDXGroup* FindGroup(PPDXGroups* groups, char const* keyword, bool exact) {
+    return groups == nullptr ? nullptr : groups->Find(keyword, exact);
+}
+
+std::int32_t GroupCount(PPDXGroups* groups) {
+    return groups == nullptr ? 0 : groups->Count();
+}
+
+bool IsGrouPointerListEmpty(PPDXGroups* groups) {
+    return groups != nullptr && groups->Empty();
+}

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "PPDX/PPDObjects/PPDXProperties.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "PPDX/PPDObjects/PPDXProperty.h"
+#include "ZUBUtils/PPDUtils/Settings.h"
+#include "platform/MacTypes.h"
+
+namespace {
+
+constexpr unsigned long kCountTag = 3000;
+constexpr long kFirstRecord = 3001;
+constexpr long kCountRecord = 3002;
+
+bool Matches(PPDXProperty const& property, char const* keyword, bool exact) {
+    if (exact) {
+        return property == keyword;
+    }
+    return property.Keyword() != nullptr && std::strstr(property.Keyword(), keyword) != nullptr;
+}
+
+}  // namespace
+
+PPDXProperties::PPDXProperties(Settings& settings) {
+    std::int32_t count = 0;
+    GetSettingsField(settings, kCountTag, kCountRecord, &count, sizeof count);
+    // A damaged count can't ask for more records than there are entries.
+    long const end = kFirstRecord + std::min<long>(count, settings.Count());
+    for (long id = kFirstRecord; id < end; ++id) {
+        Add(new (std::nothrow) PPDXProperty(settings, id));
+    }
+}
+
+void PPDXProperties::Add(PPDXProperty* property) {
+    if (property != nullptr) {
+        mList.PushBack(property);
+    }
+}
+
+PPDXProperty* PPDXProperties::Find(char const* keyword, bool const& exact) {
+    if (keyword == nullptr) {
+        return nullptr;
+    }
+    PPDXProperty* property = First();
+    while (property != nullptr && !Matches(*property, keyword, exact)) {
+        property = Next();
+    }
+    return property;
+}
+
+PPDXProperty* PPDXProperties::First() {
+    mCursor = mList.Begin();
+    return static_cast<PPDXProperty*>(*mCursor);
+}
+
+PPDXProperty* PPDXProperties::Next() {
+    return static_cast<PPDXProperty*>(*++mCursor);
+}
+
+std::int32_t PPDXProperties::Count() const {
+    return static_cast<std::int32_t>(mList.Size());
+}
+
+short PPDXProperties::Save(Settings& settings) {
+    std::int32_t const count = Count();
+    long status = settings.Add(kCountTag, kCountRecord, &count, sizeof count);
+    long id = kFirstRecord;
+    for (PPDXProperty* page = First(); page != nullptr && status == noErr; page = Next()) {
+        status = page->Save(settings, id++);
+    }
+    return static_cast<short>(status);
+}
+
+PPDXProperty* FirstProperty(PPDXProperties* properties) {
+    return properties == nullptr ? nullptr : properties->First();
+}
+
+PPDXProperty* NextProperty(PPDXProperties* properties) {
+    return properties == nullptr ? nullptr : properties->Next();
+}
+
+PPDXProperty* FindProperty(PPDXProperties* properties, char const* keyword, bool exact) {
+    return properties == nullptr ? nullptr : properties->Find(keyword, exact);
+}
+
+std::int32_t PropertyCount(PPDXProperties* properties) {
+    return properties == nullptr ? 0 : properties->Count();
+}
+
+bool IsPropertyListEmpty(PPDXProperties* properties) {
+    return properties != nullptr && properties->Empty();
+}

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "PPDX/PPDObjects/PPDXRollDown.h"
+
+#include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "ZUBUtils/PPDUtils/Settings.h"
+
+namespace {
+
+constexpr unsigned long kRollDownTag = 0x526C446E;  // 'RlDn'
+constexpr unsigned char kMark = 1;                  // the item counts, not its value
+
+}  // namespace
+
+PPDXRollDown::PPDXRollDown(char const* keyword, CFStringRef localName, bool const& visible)
+    : PPDXGroup(keyword, localName, visible), mControls(new PPDXControls) {}
+
+PPDXRollDown::PPDXRollDown(Settings& settings, long const& id)
+    : PPDXGroup(settings, id), mControls(new PPDXControls) {}
+
+PPDXRollDown::~PPDXRollDown() {
+    delete mControls;
+}
+
+short PPDXRollDown::Save(Settings& settings, long const& id) {
+    short const status = PPDXElement::Save(settings, id);
+    return status != 0 ? status
+                       : static_cast<short>(settings.Add(kRollDownTag, id, &kMark, sizeof kMark));
+}
+
+bool IsRollDown(PPDXElement* element) {
+    return dynamic_cast<PPDXRollDown*>(element) != nullptr;
+}
+
+PPDXControls* GetRollDownControlList(PPDXRollDown* rollDown) {
+    return rollDown == nullptr ? nullptr : rollDown->Controls();
+}

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "PPDX/PPDObjects/PPDXGroup.h"
+
+class PPDXControls;
+
+// A group of controls inside a scroll pane.
+class PPDXRollDown : public PPDXGroup {
+  public:
+    PPDXRollDown(char const* keyword, CFStringRef localName, bool const& visible);
+    PPDXRollDown(Settings& settings, long const& id);
+    ~PPDXRollDown() override;
+
+    short Save(Settings& settings, long const& id) override;
+    // The list belongs to the roll-down, the controls in it don't.
+    PPDXControls* Controls() const { return mControls; }
+
+  private:
+    PPDXControls* mControls;  // owned
+};
+
+bool IsRollDown(PPDXElement* element);
+PPDXControls* GetRollDownControlList(PPDXRollDown* rollDown);

@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <cstring>
+
+#include "PPDX/PPDObjects/PPDStream.h"
+#include "PPDX/PPDObjects/PPDX.h"
+
+// The token layer of PPDX.
+
+namespace {
+
+constexpr char kQuotationMark = '"';
+
+bool IsBlank(char byte) {
+    return byte == ' ' || byte == '\t';
+}
+
+bool IsDelimiter(char byte, char const* delimiters) {
+    return delimiters != nullptr && byte != '\0' && std::strchr(delimiters, byte) != nullptr;
+}
+
+// Moves behind the next double quote; false when the bytes end first.
+bool SkipToQuote(PPDStream& stream) {
+    char byte = 0;
+    while (stream.GetChar(byte)) {
+        if (byte == kQuotationMark) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// A value of PostScript that grows up to a limit, of which the last byte is kept for a line feed.
+// What goes beyond is dropped.
+class PostScriptText {
+  public:
+    PostScriptText(char* text, unsigned long limit) : mText(text), mRoom(limit - 1) {}
+
+    void Put(char byte) {
+        if (mCount < mRoom) {
+            mText[mCount++] = byte;
+        }
+    }
+    // True when the closing quote was met, before the bytes end.
+    bool PutUpToQuote(PPDStream& stream) {
+        char byte = 0;
+        while (stream.GetChar(byte)) {
+            if (byte == kQuotationMark) {
+                return true;
+            }
+            Put(byte);
+        }
+        return false;
+    }
+    unsigned long Count() const { return mCount; }
+    unsigned long Finish() {
+        mText[mCount++] = '\n';
+        return mCount;
+    }
+
+  private:
+    char* mText;
+    unsigned long mRoom;
+    unsigned long mCount = 0;
+};
+
+// A value in quotes that grows up to a limit, terminator included. Everything of it that stands in
+// the first bytes up to a NUL is what a caller sees as a text.
+class QuotedText {
+  public:
+    enum class Stop { kQuote, kBytesEnded, kFull };
+
+    QuotedText(char* text, unsigned long limit) : mText(text), mLast(limit - 1) {}
+
+    Stop PutUpToQuote(PPDStream& stream) {
+        char byte = 0;
+        while (mCount < mLast) {
+            if (!stream.GetChar(byte)) {
+                return Stop::kBytesEnded;
+            }
+            if (byte == kQuotationMark) {
+                return Stop::kQuote;
+            }
+            mText[mCount++] = byte;
+        }
+        return Stop::kFull;
+    }
+    void PutLineBreak() {
+        if (mCount < mLast) {
+            mText[mCount++] = '\0';
+        }
+    }
+    unsigned long Count() const { return mCount; }
+    unsigned long Terminate(unsigned long count) {
+        mText[mCount] = '\0';
+        return count;
+    }
+
+  private:
+    char* mText;
+    unsigned long mLast;
+    unsigned long mCount = 0;
+};
+
+}  // namespace
+
+void PPDX::StripLeadingWhiteSpace(char* text) {
+    char const* first = text;
+    while (IsBlank(*first)) {
+        ++first;
+    }
+    if (first != text) {
+        std::memmove(text, first, std::strlen(first) + 1);
+    }
+}
+
+void PPDX::StripTrailingWhiteSpace(char* text) {
+    char* end = text + std::strlen(text);
+    while (end != text && IsBlank(end[-1])) {
+        --end;
+    }
+    *end = '\0';
+}
+
+bool PPDX::NextToken(PPDStream& stream, char* token, char const* delimiters, bool strip) {
+    unsigned long length = 0;
+    char byte = 0;
+    bool lineFeed = false;
+    while (length < kTextSize - 1 && stream.GetChar(byte)) {
+        lineFeed = byte == '\n';
+        bool const lineEnds = lineFeed || (byte == '\r' && stream.PeekChar() != '\n');
+        if (lineEnds || IsDelimiter(byte, delimiters)) {
+            break;
+        }
+        token[length++] = byte;
+    }
+    if (lineFeed && length > 0 && token[length - 1] == '\r') {
+        --length;
+    }
+    token[length] = '\0';
+    if (length > 0 && strip) {
+        StripTrailingWhiteSpace(token);
+        StripLeadingWhiteSpace(token);
+    }
+    return length > 0;
+}
+
+unsigned long PPDX::GetQuotedString(PPDStream& stream, char* text, unsigned long const& limit) {
+    if (text == nullptr) {
+        return 0;
+    }
+    using Stop = QuotedText::Stop;
+    QuotedText value(text, limit);
+    SkipToQuote(stream);
+    Stop stop = value.PutUpToQuote(stream);
+    if (stop == Stop::kQuote && value.Count() == 0) {
+        return value.Terminate(0);
+    }
+    char line[PPDStream::kLineSize];
+    while (stop == Stop::kBytesEnded) {
+        if (mCurrentStream == nullptr || !mCurrentStream->GetLine(line)) {
+            return value.Terminate(0);
+        }
+        if (line[0] == '\0') {
+            continue;
+        }
+        value.PutLineBreak();
+        if (line[0] == '*') {
+            return value.Terminate(value.Count());
+        }
+        PPDStream more(line, static_cast<long>(std::strlen(line)));
+        stop = value.PutUpToQuote(more);
+    }
+    return value.Terminate(value.Count() + (stop == Stop::kQuote ? 1 : 0));
+}
+
+unsigned long PPDX::GetPostscriptString(PPDStream& stream, char* text, unsigned long const& limit) {
+    if (text == nullptr || !SkipToQuote(stream)) {
+        return 0;
+    }
+    PostScriptText value(text, limit);
+    if (value.PutUpToQuote(stream)) {
+        return value.Count() == 0 ? 0 : value.Finish();
+    }
+    char line[PPDStream::kLineSize];
+    while (mCurrentStream != nullptr && mCurrentStream->GetLine(line)) {
+        if (line[0] == '\0') {
+            continue;
+        }
+        value.Put('\n');
+        char const* content = line;
+        if (line[0] == '*') {
+            if (line[1] != '%') {
+                break;
+            }
+            content += 2;
+        }
+        PPDStream more(content, static_cast<long>(std::strlen(content)));
+        if (value.PutUpToQuote(more)) {
+            break;
+        }
+    }
+    return value.Finish();
+}

@@ -1,0 +1,303 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "PPDX/PPDObjects/ZUBPPD.h"
+
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string_view>
+
+#include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "PPDX/PPDObjects/Controls/PPDXShortcuts.h"
+#include "PPDX/PPDObjects/PPDFileStream.h"
+#include "PPDX/PPDObjects/PPDXErrorObj.h"
+#include "PPDX/PPDObjects/PPDXGroups.h"
+#include "PPDX/PPDObjects/PPDXProperties.h"
+#include "PPDX/PPDObjects/PPDXProperty.h"
+#include "PPDX/PPDObjects/PPDXRollDown.h"
+#include "PPDX/PPDObjects/PPDXScrollPane.h"
+#include "ZUBUtils/PPDUtils/CString.h"
+#include "constraints/UIConstraints.h"
+#include "platform/CFRef.h"
+
+namespace {
+
+constexpr char kKeywordDelimiters[] = " \t:";
+constexpr char kNameDelimiters[] = "/:";
+constexpr char kValueDelimiters[] = "\n\r";
+constexpr char kInstallableOptions[] = "InstallableOptions";
+
+// Takes the parent's name from an element and looks for the parent.
+template <typename List>
+auto TakeParent(PPDXElement& element, List& list) -> decltype(list.Find("", true)) {
+    std::unique_ptr<CString> const name(element.TakeParentName());
+    return name != nullptr ? list.Find(name->GetCharData(), true) : nullptr;
+}
+
+}  // namespace
+
+_EXTENSIONS_SUPPORT_ ZUBPPD::sExtensionsSupport = kExtensionsAll;
+
+ZUBPPD::ZUBPPD(_PARSE_OPTIONS_ options) : PPDX(nullptr), mParseOptions(options) {
+    Options(kDisplayPlacedAndVisible);
+    PPDX::Build();
+    Build();
+}
+
+ZUBPPD::ZUBPPD(CFURLRef url, _PARSE_OPTIONS_ options, CFArrayRef acceptedNames)
+    : PPDX(acceptedNames), mParseOptions(options) {
+    Options(kDisplayPlacedAndVisible);
+    PPDX::Build(url);
+    Build();
+}
+
+ZUBPPD::ZUBPPD(FSSpec const& file, _PARSE_OPTIONS_ options, CFArrayRef acceptedNames)
+    : PPDX(acceptedNames), mParseOptions(options) {
+    Options(kDisplayPlacedAndVisible);
+    PPDX::Build(file);
+    Build();
+}
+
+ZUBPPD::~ZUBPPD() {
+    DisplayOptionsScope const all(kDisplayAll);
+    if (mProperties != nullptr) {
+        for (auto* page = mProperties->First(); page != nullptr; page = mProperties->Next()) {
+            delete page;
+        }
+    }
+    if (mGroups != nullptr) {
+        for (auto* group = mGroups->First(); group != nullptr; group = mGroups->Next()) {
+            delete group;
+        }
+    }
+    if (mControls != nullptr) {
+        CNTL_TYPE type = kControlType;
+        for (auto* control = mControls->First(type); control != nullptr;
+             control = mControls->Next(type)) {
+            delete control;
+        }
+    }
+    delete mProperties;
+    delete mGroups;
+    delete mControls;
+    delete mShortcuts;
+    ClearGroupNameList();
+    delete mDriverFileVersion;
+    delete mExtensionVersion;
+    delete mConstraints;
+}
+
+char const* ZUBPPD::ZUVersion() const {
+    return TextOf(mExtensionVersion);
+}
+char const* ZUBPPD::ZUFileVersion() const {
+    return TextOf(mDriverFileVersion);
+}
+
+void ZUBPPD::Build() {
+    if (!IsValidPrinterName()) {
+        return;
+    }
+    mConstraints = new (std::nothrow) UIConstraints;
+    mProperties = new (std::nothrow) PPDXProperties;
+    mGroups = new (std::nothrow) PPDXGroups;
+    mControls = new (std::nothrow) PPDXControls;
+    if (mFile == nullptr) {
+        return;
+    }
+    Parse();
+    if (mProperties != nullptr && mProperties->Empty()) {
+        AddError(25, false);
+    }
+    if (mGroups != nullptr && mGroups->Empty()) {
+        AddError(26, false);
+    }
+    if (mControls != nullptr && mControls->Empty()) {
+        AddError(27, false);
+    }
+}
+
+// ---- The pass over the file ----
+
+void ZUBPPD::Parse() {
+    if (mProperties == nullptr || mGroups == nullptr || mControls == nullptr ||
+        mConstraints == nullptr) {
+        AddError(1, true);
+        return;
+    }
+    if (mFile == nullptr) {
+        return;
+    }
+    PPDFileStream stream(mFile, true);
+    if (stream.Bad()) {
+        AddError(18, true);
+        return;
+    }
+    mCurrentStream = &stream;
+    char firstToken[kTextSize];
+    PPDXErrorObj* headerError = nullptr;
+    if (NextToken(stream, firstToken, kKeywordDelimiters, true)) {
+        headerError = TestPPDFile(stream, firstToken);
+    }
+    if (headerError == nullptr) {
+        ReadLines();
+    }
+    SettleForwardReferences();
+    mCurrentStream = nullptr;
+    if (headerError != nullptr) {
+        AddError(headerError);
+    }
+}
+
+void ZUBPPD::ReadLines() {
+    char text[PPDStream::kLineSize];
+    char keyword[kTextSize];
+    while (mCurrentStream->GetLine(text)) {
+        PPDStream line(text, static_cast<long>(std::strlen(text)));
+        if (!NextToken(line, keyword, kKeywordDelimiters, true)) {
+            continue;
+        }
+        PPDXErrorObj* const error = Dispatch(line, keyword);
+        if (error != nullptr) {
+            bool const ends = error->IsFatal() || mAllErrorsFatal;
+            AddError(error);
+            if (ends) {
+                break;
+            }
+        }
+    }
+}
+
+PPDXErrorObj* ZUBPPD::Dispatch(PPDStream& line, char const* keyword) {
+    struct Row {
+        std::string_view keyword;
+        PPDXErrorObj* (ZUBPPD::*parse)(PPDStream&);
+    };
+    static constexpr Row kGrammar[] = {
+        {"*UIConstraints", &ZUBPPD::ParseConstraint},
+        {"*%ZUBUIConstraints", &ZUBPPD::ParseConstraint},
+        {"*%ZUBPropPage", &ZUBPPD::ParsePropertyPage},
+        {"*%ZUBGroupName", &ZUBPPD::ParseGroupName},
+        {"*%ZUBParent", &ZUBPPD::ParseParent},
+        {"*%ZUBFlags", &ZUBPPD::ParseControl},
+        {"*%ZUBUIRequires", &ZUBPPD::ParseRequirement},
+    };
+    std::string_view const wanted = keyword;
+    for (Row const& row : kGrammar) {
+        if (row.keyword == wanted) {
+            return (this->*row.parse)(line);
+        }
+    }
+    return ParsePSKeywords(line, keyword);
+}
+
+void ZUBPPD::SettleForwardReferences() {
+    CollectOrphanGroups();
+    ClearGroupNameList();
+    mConstraints->Resolve();
+}
+
+PPDXErrorObj* ZUBPPD::ParsePSKeywords(PPDStream& line, char const* keyword) {
+    struct Row {
+        std::string_view keyword;
+        PPDXErrorObj* (ZUBPPD::*parse)(PPDStream&);
+    };
+    static constexpr Row kKeywords[] = {
+        {"*%ZUFileVersion", &ZUBPPD::ParseFileVersion},
+        {"*%ZUVersion", &ZUBPPD::ParseVersion},
+        {"*OpenGroup", &ZUBPPD::ParseOpenGroup},
+        {"*CloseGroup", &ZUBPPD::ParseCloseGroup},
+    };
+    std::string_view const wanted = keyword;
+    for (Row const& row : kKeywords) {
+        if (row.keyword == wanted) {
+            return (this->*row.parse)(line);
+        }
+    }
+    return PPDX::ParsePSKeywords(line, keyword);
+}
+
+PPDXErrorObj* ZUBPPD::ParseFileVersion(PPDStream& line) {
+    char text[kTextSize];
+    if (NextToken(line, text, kValueDelimiters, true)) {
+        ReplaceText(mDriverFileVersion, text);
+    }
+    return nullptr;
+}
+
+PPDXErrorObj* ZUBPPD::ParseVersion(PPDStream& line) {
+    char text[kTextSize];
+    if (NextToken(line, text, kValueDelimiters, true)) {
+        ReplaceText(mExtensionVersion, text);
+    }
+    return nullptr;
+}
+
+PPDXErrorObj* ZUBPPD::ParseOpenGroup(PPDStream& line) {
+    char name[kTextSize];
+    if (!NextToken(line, name, kNameDelimiters, true) ||
+        std::strcmp(name, kInstallableOptions) != 0) {
+        return nullptr;
+    }
+    mInsideInstallableOptions = true;
+    if (mInstallableRollDown != nullptr) {
+        return nullptr;
+    }
+    char text[kTextSize];
+    NextToken(line, text, kNameDelimiters, true);
+    CFRef<CFStringRef> const translation(CopyTranslation(text));
+    if (!translation) {
+        return new PPDXErrorObj(12, kInstallableOptions, false);
+    }
+    mInstallableRollDown = new (std::nothrow) PPDXRollDown(kInstallableOptions, translation, true);
+    if (mInstallableRollDown != nullptr) {
+        mGroups->Add(mInstallableRollDown);
+    }
+    return nullptr;
+}
+
+PPDXErrorObj* ZUBPPD::ParseCloseGroup(PPDStream& line) {
+    char name[kTextSize];
+    if (NextToken(line, name, kNameDelimiters, true) &&
+        std::strcmp(name, kInstallableOptions) == 0) {
+        mInsideInstallableOptions = false;
+    }
+    return nullptr;
+}
+
+// ---- Links of a restored tree ----
+
+void ZUBPPD::ResolveHeirarchy() {
+    if (mGroups == nullptr) {
+        return;
+    }
+    if (mProperties != nullptr) {
+        for (auto* group = mGroups->First(); group != nullptr; group = mGroups->Next()) {
+            LinkGroup(*group);
+        }
+    }
+    if (mControls != nullptr) {
+        CNTL_TYPE type = kControlType;
+        for (auto* control = mControls->First(type); control != nullptr;
+             control = mControls->Next(type)) {
+            auto* const rollDown = dynamic_cast<PPDXRollDown*>(TakeParent(*control, *mGroups));
+            if (rollDown != nullptr && rollDown->Controls() != nullptr) {
+                control->SetParent(rollDown);
+                rollDown->Controls()->Add(control);
+            }
+        }
+    }
+}
+
+void ZUBPPD::LinkGroup(PPDXGroup& group) {
+    if (auto* const pane = dynamic_cast<PPDXScrollPane*>(&group)) {
+        if (PPDXProperty* const page = TakeParent(group, *mProperties)) {
+            pane->SetParent(page);
+            page->SetScrollDown(pane);
+        }
+    } else if (auto* const rollDown = dynamic_cast<PPDXRollDown*>(&group)) {
+        if (auto* const parent = dynamic_cast<PPDXScrollPane*>(TakeParent(group, *mGroups))) {
+            rollDown->SetParent(parent);
+            parent->RollDowns()->Add(rollDown);
+        }
+    }
+}

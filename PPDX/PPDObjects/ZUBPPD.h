@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+
+#include "PPDX/PPDObjects/DisplayOptions.h"
+#include "PPDX/PPDObjects/PPDX.h"
+#include "ZUBUtils/PPDUtils/PointerList.h"
+
+class GroupName;
+class PPDXControl;
+class PPDXControls;
+class PPDXGroup;
+class PPDXGroups;
+class PPDXProperties;
+class PPDXRollDown;
+class PPDXShortcuts;
+class UIConstraints;
+
+// What a parse takes in beside visible elements that have a parent.
+enum _PARSE_OPTIONS_ : std::int32_t {
+    kParsePlacedAndVisible = 0,
+    kParseOrphans = 1,
+    kParseHidden = 2,
+    kParseAll = 3
+};
+
+// Which rows of the job note flags a file may use: -1 all of them, 0, 1 and 2 fewer.
+enum _EXTENSIONS_SUPPORT_ : std::int32_t {
+    kExtensionsAll = -1,
+    kExtensionsLevel0 = 0,
+    kExtensionsLevel1 = 1,
+    kExtensionsLevel2 = 2
+};
+
+// A parsed PPD: the root of the option tree, and the owner of every element and control in it.
+//
+// A file is read once, in a single pass, while the object is constructed; what stood in the way is
+// in GetErrors(). An option exists only where a *%ZUBFlags line introduces its block.
+class ZUBPPD : public PPDX, public DisplayOptions {
+  public:
+    // An empty tree without a file.
+    explicit ZUBPPD(_PARSE_OPTIONS_ options);
+    // Read the file. `acceptedNames` holds the *PCFileName fragments that are served, is borrowed
+    // for the length of the construction, and accepts every file when null. A file that isn't
+    // accepted is not parsed: IsValidPrinterName() tells.
+    ZUBPPD(CFURLRef url, _PARSE_OPTIONS_ options, CFArrayRef acceptedNames);
+    ZUBPPD(FSSpec const& file, _PARSE_OPTIONS_ options, CFArrayRef acceptedNames);
+    ~ZUBPPD() override;
+
+    void Parse() override;
+    PPDXErrorObj* ParsePSKeywords(PPDStream& line, char const* keyword) override;
+    // Adds a popup to a tree at run time. The items and the default pass to it. Null when a name
+    // or the text converter is missing.
+    virtual PPDXControl* PPDCreatePopupMenu(char const* groupName, char const* keyword,
+                                            char const* translation, PointerList& items,
+                                            CString* defaultItem);
+    // Gives an existing popup a new list; false when there is no such popup. Items and default
+    // pass to the popup when the result is true.
+    virtual bool PPDReconcilePopupMenu(char const* keyword, char const* name, PointerList& items,
+                                       CString* defaultItem);
+
+    PPDXControls* GetControls() const { return mControls; }
+    PPDXGroups* GetGroups() const { return mGroups; }
+    PPDXProperties* GetProperties() const { return mProperties; }
+    PPDXShortcuts* GetShortcuts() const { return mShortcuts; }
+    UIConstraints* GetUIConstraints() const { return mConstraints; }
+
+    // The text of *%ZUVersion; its first byte gates options and parts of the job. Null when the
+    // keyword wasn't seen.
+    char const* ZUVersion() const;
+    char const* ZUFileVersion() const;
+
+    // The paper of the page format is no paper of this PPD.
+    bool CustomPaper() const { return mCustomPaper; }
+    void SetCustomPaper(bool custom) { mCustomPaper = custom; }
+
+    bool ParseOrphans() const { return (mParseOptions & kParseOrphans) != 0; }
+    bool ParseHidden() const { return (mParseOptions & kParseHidden) != 0; }
+
+    static _EXTENSIONS_SUPPORT_ GetExtensions() { return sExtensionsSupport; }
+    static void SetExtensions(_EXTENSIONS_SUPPORT_ level) { sExtensionsSupport = level; }
+
+    // Turns the parent names that an archive left in the elements into links. An element whose
+    // parent isn't there becomes an orphan.
+    void ResolveHeirarchy();
+
+    // Puts a control into its roll-down and into the tree, which owns it from here on. With `warn`
+    // a control that ends up without a parent is reported as error 29.
+    void SetupControl(PPDXGroup* group, PPDXControl* control, bool warn);
+
+  private:
+    struct OptionLine;
+    struct PopupBlock;
+    struct BooleanBlock;
+    enum class BlockEnd { kClosed, kFileEnded, kFailed };
+    // What a head of a line meant: its value was taken and the line goes on, it and the rest of
+    // its line are done with, it is nobody's, or it breaks the block.
+    enum class HeadResult { kTaken, kLineDone, kIgnored, kFailed };
+
+    void Build();
+    void ReadLines();
+    PPDXErrorObj* Dispatch(PPDStream& line, char const* keyword);
+    void SettleForwardReferences();
+    PPDXErrorObj* ParseFileVersion(PPDStream& line);
+    PPDXErrorObj* ParseVersion(PPDStream& line);
+    PPDXErrorObj* ParseOpenGroup(PPDStream& line);
+    PPDXErrorObj* ParseCloseGroup(PPDStream& line);
+
+    // ---- Layout and rules. Each takes the line behind its keyword; the error belongs to the
+    // caller. ----
+    PPDXErrorObj* ParsePropertyPage(PPDStream& line);
+    PPDXErrorObj* ParseGroupName(PPDStream& line);
+    PPDXErrorObj* ParseParent(PPDStream& line);
+    PPDXErrorObj* ParseConstraint(PPDStream& line);
+    PPDXErrorObj* ParseRequirement(PPDStream& line);
+    PPDXErrorObj* ParseUIConstraint(PPDStream& line, bool requirement);
+    PPDXErrorObj* AddScrollPane(GroupName const& name, char const* parent, bool visible);
+    PPDXErrorObj* AddRollDown(GroupName const& name, char const* parent, bool visible);
+    void AddGroupNameToList(char const* keyword, CFStringRef translation, bool visible);
+    GroupName const* FindGroupNameFromList(char const* keyword) const;
+    void ClearGroupNameList();
+    static void ClearStringList(PointerList& strings);
+    PPDXGroup* FindAndCreateParent(char const* name);
+    PPDXGroup* AddPlainGroup(GroupName const& name);
+    void CollectOrphanGroups();
+
+    // ---- Controls. `flags` holds the words of the flags line; a control takes them and leaves
+    // the list empty. ----
+    PPDXErrorObj* ParseControl(PPDStream& line);
+    PPDXErrorObj* ParseFlaggedBlock(char const* keyword, PointerList& flags);
+    PPDXErrorObj* ParseGroup(PPDStream& line, char const* keyword, PointerList& flags);
+    PPDXErrorObj* ParseGroupedBlock(char const* keyword, PointerList& flags, PPDXGroup* group);
+    PPDXErrorObj* ParseOpenUI(PPDStream& line, char const* keyword, PointerList& flags,
+                              PPDXGroup* group);
+    PPDXErrorObj* ParseOpenUIZUB(PPDStream& line, char const* keyword, PointerList& flags,
+                                 PPDXGroup* group);
+    PPDXErrorObj* ParsePopupControl(char const* keyword, CFStringRef translation,
+                                    PointerList& flags, PPDXGroup* group, bool const& pickMany);
+    PPDXErrorObj* ParseBooleanControl(char const* keyword, CFStringRef translation,
+                                      PointerList& flags, PPDXGroup* group);
+    template <typename TakeHead>
+    BlockEnd ReadBlock(TakeHead takeHead);
+    HeadResult TakePopupHead(PPDStream& line, char const* head, char const* keyword,
+                             PopupBlock& block);
+    HeadResult TakePopupDefault(PPDStream& line, char const* keyword, PopupBlock& block);
+    HeadResult TakePopupOption(PPDStream& line, char const* head, PopupBlock& block);
+    HeadResult TakeBooleanHead(PPDStream& line, char const* head, char const* keyword,
+                               BooleanBlock& block);
+    void CutOptionHead(char const* head, OptionLine& option);
+    void ReadCode(PPDStream& line, OptionLine& option);
+    // Whether a control without a group is dropped, and whether files of this version have
+    // popups and booleans at all.
+    bool DropsWithoutGroup(PPDXGroup const* group) const;
+    bool SeriesHasOptions() const;
+    bool ControlExists(char const* keyword) const;  // whatever the display option
+    void LinkGroup(PPDXGroup& group);
+
+    _PARSE_OPTIONS_ mParseOptions;
+    PPDXProperties* mProperties = nullptr;  // owned, with the pages in it
+    PPDXGroups* mGroups = nullptr;          // owned, with every group of any kind
+    PPDXControls* mControls = nullptr;      // owned, with every control
+    PPDXShortcuts* mShortcuts = nullptr;    // owned; the controls in it are not
+    bool mInsideInstallableOptions = false;
+    PPDXRollDown* mInstallableRollDown = nullptr;  // in mGroups
+    CString* mDriverFileVersion = nullptr;         // owned
+    CString* mExtensionVersion = nullptr;          // owned
+    PointerList mGroupNames;                       // GroupName*, owned; only while parsing
+    bool mCustomPaper = false;
+    UIConstraints* mConstraints = nullptr;  // owned
+
+    static _EXTENSIONS_SUPPORT_ sExtensionsSupport;
+};

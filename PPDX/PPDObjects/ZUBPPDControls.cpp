@@ -1,0 +1,505 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <iterator>
+#include <memory>
+#include <new>
+#include <string_view>
+
+#include "PPDX/PPDObjects/Controls/PPDXBooleanControl.h"
+#include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
+#include "PPDX/PPDObjects/Controls/PopupItem.h"
+#include "PPDX/PPDObjects/PPDStream.h"
+#include "PPDX/PPDObjects/PPDXErrorObj.h"
+#include "PPDX/PPDObjects/PPDXGroups.h"
+#include "PPDX/PPDObjects/PPDXRollDown.h"
+#include "PPDX/PPDObjects/ZUBPPD.h"
+#include "ZUBUtils/PPDUtils/CString.h"
+#include "constraints/UIConstraints.h"
+#include "platform/CFRef.h"
+
+// The lines that make options.
+
+namespace {
+
+constexpr char kKeywordDelimiters[] = " \t:";
+constexpr char kNameDelimiters[] = "/:";
+constexpr char kTranslationDelimiters[] = ":";
+constexpr char kWordDelimiters[] = "|:\"";
+constexpr char kTypeDelimiters[] = ";(;)";
+
+constexpr std::string_view kOpeners[] = {"*OpenUI", "*ZUOpenUI", "*BeginUI"};
+constexpr std::string_view kClosers[] = {"*CloseUI", "*ZUCloseUI", "*CloseUIZUB", "*EndUI"};
+constexpr std::string_view kSkippedOpener = "*OpenUIZUB";
+constexpr std::string_view kSkippedCloser = "*CloseUIZUB";
+constexpr std::string_view kOrder = "*OrderDependency";  // comes to nothing, in every block
+constexpr std::string_view kDefault = "*Default";
+constexpr char kInstallableGroup[] = "ZUPPInstallableOptions";
+constexpr unsigned char kLastSeriesWithoutOptions = '2';
+
+template <typename Words>
+bool IsOneOf(Words const& words, std::string_view text) {
+    return std::find(std::begin(words), std::end(words), text) != std::end(words);
+}
+
+PPDStream StreamOf(char const* text) {
+    return PPDStream(text, static_cast<long>(std::strlen(text)));
+}
+
+struct FreeBlock {
+    void operator()(unsigned char* block) const { std::free(block); }
+};
+using CodeBlock = std::unique_ptr<unsigned char, FreeBlock>;
+
+}  // namespace
+
+// One option line, cut into its fields.
+struct ZUBPPD::OptionLine {
+    char option[kTextSize] = "";
+    char translation[kTextSize] = "";
+    bool hasOption = false;
+    bool hasTranslation = false;
+    CodeBlock code;
+    long codeSize = 0;
+};
+
+// What the lines of a block give until its control can be made.
+struct ZUBPPD::PopupBlock {
+    PopupBlock() = default;
+    PopupBlock(PopupBlock const&) = delete;
+    PopupBlock& operator=(PopupBlock const&) = delete;
+    ~PopupBlock() {
+        for (; !items.Empty(); items.PopBack()) {
+            delete static_cast<_PopupItem*>(items.Back());
+        }
+    }
+
+    PointerList items;  // _PopupItem*, owned
+    std::unique_ptr<CString> defaultKeyword;
+    std::unique_ptr<CString> firstOption;
+    bool defaultFound = false;
+    bool secondDefault = false;
+};
+
+struct ZUBPPD::BooleanBlock {
+    struct State {
+        std::unique_ptr<CString> text;
+        CodeBlock code;
+        long codeSize = 0;
+    };
+    State trueState;
+    State falseState;
+    bool defaultSeen = false;
+    bool defaultState = false;
+};
+
+// ---- From the flags line to the block ----
+
+PPDXErrorObj* ZUBPPD::ParseControl(PPDStream& line) {
+    char keyword[kTextSize];
+    if (!NextToken(line, keyword, kKeywordDelimiters, true)) {
+        return new PPDXErrorObj(16, keyword, false);
+    }
+    if (ControlExists(keyword)) {
+        return new PPDXErrorObj(23, false);
+    }
+    PointerList flags;  // CString*; a control that is made takes them
+    for (char word[kTextSize]; NextToken(line, word, kWordDelimiters, true);) {
+        if (word[0] != '\0') {
+            flags.PushBack(new (std::nothrow) CString(word));
+        }
+    }
+    PPDXErrorObj* const error = ParseFlaggedBlock(keyword, flags);
+    ClearStringList(flags);
+    return error;
+}
+
+PPDXErrorObj* ZUBPPD::ParseFlaggedBlock(char const* keyword, PointerList& flags) {
+    char text[PPDStream::kLineSize];
+    char token[kTextSize];
+    if (!mCurrentStream->GetLine(text)) {
+        return nullptr;
+    }
+    PPDStream line = StreamOf(text);
+    if (!NextToken(line, token, kKeywordDelimiters, true)) {
+        return nullptr;
+    }
+    if (std::strcmp(token, "*%ZUBGroup") == 0) {
+        return ParseGroup(line, keyword, flags);
+    }
+    if (IsOneOf(kOpeners, token)) {
+        return ParseOpenUI(line, keyword, flags, nullptr);
+    }
+    if (token == kSkippedOpener) {
+        return ParseOpenUIZUB(line, keyword, flags, nullptr);
+    }
+    return new PPDXErrorObj(16, keyword, false);
+}
+
+PPDXErrorObj* ZUBPPD::ParseGroup(PPDStream& line, char const* keyword, PointerList& flags) {
+    char field[kTextSize];
+    if (!NextToken(line, field, kKeywordDelimiters, true)) {
+        return new PPDXErrorObj(5, field, false);
+    }
+    if (std::strcmp(field, keyword) != 0 || !NextToken(line, field, kNameDelimiters, true)) {
+        return nullptr;
+    }
+    PPDXGroup* group = mGroups->Find(field, true);
+    if (group == nullptr) {
+        group = FindAndCreateParent(field);
+    }
+    return ParseGroupedBlock(keyword, flags, group);
+}
+
+PPDXErrorObj* ZUBPPD::ParseGroupedBlock(char const* keyword, PointerList& flags, PPDXGroup* group) {
+    // Kinds of option that have no class yet: such a line makes nothing.
+    static constexpr std::string_view kPassedOver[] = {"*%ZUBJobNote", "*%ZUBRange",
+                                                       "*%ZUBUnitRange", "*%ZUBFloatRange"};
+    char text[PPDStream::kLineSize];
+    char token[kTextSize];
+    if (!mCurrentStream->GetLine(text)) {
+        return nullptr;
+    }
+    PPDStream line = StreamOf(text);
+    if (!NextToken(line, token, kKeywordDelimiters, true) || IsOneOf(kPassedOver, token)) {
+        return nullptr;
+    }
+    if (IsOneOf(kOpeners, token)) {
+        return ParseOpenUI(line, keyword, flags, group);
+    }
+    if (token == kSkippedOpener) {
+        return ParseOpenUIZUB(line, keyword, flags, group);
+    }
+    return new PPDXErrorObj(5, keyword, false);
+}
+
+PPDXErrorObj* ZUBPPD::ParseOpenUI(PPDStream& line, char const* keyword, PointerList& flags,
+                                  PPDXGroup* group) {
+    char key[kTextSize];
+    char text[kTextSize];
+    char type[kTextSize];
+    if (!NextToken(line, key, kNameDelimiters, true)) {
+        return new PPDXErrorObj(8, keyword, false);
+    }
+    NextToken(line, text, kTranslationDelimiters, true);
+    if (!NextToken(line, type, kTypeDelimiters, true)) {
+        return new PPDXErrorObj(31, keyword, false);
+    }
+    std::string_view const kind = type;
+    bool const popup = kind == "PickOne" || kind == "PickMany";
+    if (!popup && kind != "Boolean") {
+        return new PPDXErrorObj(31, keyword, false);
+    }
+    CFRef<CFStringRef> const translation(CopyTranslation(text));
+    return popup ? ParsePopupControl(keyword, translation, flags, group, kind == "PickMany")
+                 : ParseBooleanControl(keyword, translation, flags, group);
+}
+
+PPDXErrorObj* ZUBPPD::ParseOpenUIZUB(PPDStream&, char const* keyword, PointerList&, PPDXGroup*) {
+    AddError(34, keyword, false);
+    char text[PPDStream::kLineSize];
+    char token[kTextSize];
+    while (mCurrentStream->GetLine(text)) {
+        PPDStream line = StreamOf(text);
+        if (NextToken(line, token, kKeywordDelimiters, true) && token == kSkippedCloser) {
+            return nullptr;
+        }
+    }
+    return new PPDXErrorObj(10, keyword, true);
+}
+
+// ---- The lines of a block ----
+
+// Reads the block's lines and hands their heads to `takeHead` until a closing head. A head that
+// nothing knows ends its line when it is the line's first.
+template <typename TakeHead>
+ZUBPPD::BlockEnd ZUBPPD::ReadBlock(TakeHead takeHead) {
+    char text[PPDStream::kLineSize];
+    char head[kTextSize];
+    while (mCurrentStream->GetLine(text)) {
+        PPDStream line = StreamOf(text);
+        for (bool first = true; NextToken(line, head, kTranslationDelimiters, true);
+             first = false) {
+            if (IsOneOf(kClosers, head)) {
+                return BlockEnd::kClosed;
+            }
+            HeadResult const result = takeHead(line, head);
+            if (result == HeadResult::kFailed) {
+                return BlockEnd::kFailed;
+            }
+            if (result == HeadResult::kLineDone || (result == HeadResult::kIgnored && first)) {
+                break;
+            }
+        }
+    }
+    return BlockEnd::kFileEnded;
+}
+
+void ZUBPPD::CutOptionHead(char const* head, OptionLine& option) {
+    PPDStream stream = StreamOf(head);
+    char word[kTextSize];
+    NextToken(stream, word, kKeywordDelimiters, true);
+    option.hasOption = NextToken(stream, option.option, kNameDelimiters, true);
+    option.hasTranslation = NextToken(stream, option.translation, kTranslationDelimiters, true);
+}
+
+void ZUBPPD::ReadCode(PPDStream& line, OptionLine& option) {
+    char code[kPostScriptSize];
+    unsigned long const size = GetPostscriptString(line, code, kPostScriptSize);
+    if (size == 0) {
+        return;
+    }
+    option.code.reset(static_cast<unsigned char*>(std::malloc(size)));
+    if (option.code != nullptr) {
+        std::memcpy(option.code.get(), code, size);
+        option.codeSize = static_cast<long>(size);
+    }
+}
+
+bool ZUBPPD::DropsWithoutGroup(PPDXGroup const* group) const {
+    return group == nullptr && !ParseOrphans();
+}
+
+bool ZUBPPD::SeriesHasOptions() const {
+    char const* const version = ZUVersion();
+    return version != nullptr && static_cast<unsigned char>(*version) > kLastSeriesWithoutOptions;
+}
+
+// ---- Popups ----
+
+PPDXErrorObj* ZUBPPD::ParsePopupControl(char const* keyword, CFStringRef translation,
+                                        PointerList& flags, PPDXGroup* group,
+                                        bool const& pickMany) {
+    PopupBlock block;
+    BlockEnd const end = ReadBlock([&](PPDStream& line, char const* head) {
+        return TakePopupHead(line, head, keyword, block);
+    });
+    if (end == BlockEnd::kFileEnded || block.secondDefault) {
+        return new PPDXErrorObj(11, keyword, true);
+    }
+    if (block.defaultKeyword == nullptr) {
+        AddError(33, keyword, false);
+    }
+    if (DropsWithoutGroup(group)) {
+        return new PPDXErrorObj(21, keyword, false);
+    }
+    if (!SeriesHasOptions()) {
+        return nullptr;
+    }
+    if (translation == nullptr) {
+        return new PPDXErrorObj(8, keyword, false);
+    }
+    if (!block.defaultFound && block.defaultKeyword != nullptr) {
+        block.defaultKeyword = std::move(block.firstOption);
+    }
+    bool const installable = group != nullptr && *group == kInstallableGroup;
+    PointerList const items = block.items;
+    auto* const popup = new (std::nothrow)
+        PPDXPopupControl(keyword, translation, flags, true, pickMany, installable, block.items,
+                         block.defaultKeyword.get(), mConstraints);
+    if (popup == nullptr) {
+        return new PPDXErrorObj(1, keyword, false);
+    }
+    flags.MakeEmpty();
+    block.items.MakeEmpty();
+    static_cast<void>(block.defaultKeyword.release());
+    SetupControl(group, popup, true);
+    for (auto at = items.Begin(); at != items.End(); ++at) {
+        mConstraints->KVSInsert(keyword, static_cast<_PopupItem const*>(*at)->Keyword());
+    }
+    return nullptr;
+}
+
+ZUBPPD::HeadResult ZUBPPD::TakePopupHead(PPDStream& line, char const* head, char const* keyword,
+                                         PopupBlock& block) {
+    std::string_view const text = head;
+    if (text == kOrder) {
+        return HeadResult::kIgnored;
+    }
+    if (text.starts_with(kDefault)) {
+        return TakePopupDefault(line, text == kDefault ? keyword : nullptr, block);
+    }
+    if (text.starts_with(keyword)) {
+        return TakePopupOption(line, head, block);
+    }
+    return HeadResult::kIgnored;
+}
+
+// In the long form, "*Default: keyword: value", the line names the option that it is about.
+ZUBPPD::HeadResult ZUBPPD::TakePopupDefault(PPDStream& line, char const* keyword,
+                                            PopupBlock& block) {
+    char text[kTextSize];
+    if (keyword != nullptr &&
+        (!NextToken(line, text, kNameDelimiters, true) || std::strcmp(text, keyword) != 0)) {
+        return HeadResult::kLineDone;
+    }
+    if (!NextToken(line, text, keyword != nullptr ? kWordDelimiters : kNameDelimiters, true)) {
+        return HeadResult::kTaken;
+    }
+    block.secondDefault |= block.defaultKeyword != nullptr;
+    block.defaultKeyword.reset(new (std::nothrow) CString(text));
+    return HeadResult::kTaken;
+}
+
+ZUBPPD::HeadResult ZUBPPD::TakePopupOption(PPDStream& line, char const* head, PopupBlock& block) {
+    OptionLine option;
+    CutOptionHead(head, option);
+    if (!option.hasOption) {
+        return HeadResult::kLineDone;
+    }
+    ReadCode(line, option);
+    auto* const item = new (std::nothrow) _PopupItem;
+    if (item == nullptr) {
+        return HeadResult::kTaken;
+    }
+    item->mKeyword = new (std::nothrow) CString(option.option);
+    if (block.firstOption == nullptr) {
+        block.firstOption.reset(new (std::nothrow) CString(option.option));
+    }
+    block.defaultFound |= block.defaultKeyword != nullptr && *block.defaultKeyword == option.option;
+    item->mLocalName = option.hasTranslation ? CopyTranslation(option.translation) : nullptr;
+    item->mPSLength = static_cast<std::int32_t>(option.codeSize);
+    item->mPSCode = option.code.release();
+    block.items.PushBack(item);
+    return HeadResult::kTaken;
+}
+
+// ---- Booleans ----
+
+PPDXErrorObj* ZUBPPD::ParseBooleanControl(char const* keyword, CFStringRef translation,
+                                          PointerList& flags, PPDXGroup* group) {
+    BooleanBlock block;
+    BlockEnd const end = ReadBlock([&](PPDStream& line, char const* head) {
+        return TakeBooleanHead(line, head, keyword, block);
+    });
+    if (end == BlockEnd::kFailed) {
+        return new PPDXErrorObj(9, keyword, false);
+    }
+    if (end == BlockEnd::kFileEnded) {
+        return nullptr;
+    }
+    if (!block.defaultSeen) {
+        AddError(33, keyword, false);
+    }
+    if (DropsWithoutGroup(group)) {
+        return new PPDXErrorObj(21, keyword, false);
+    }
+    if (!SeriesHasOptions()) {
+        return nullptr;
+    }
+    if (translation == nullptr) {
+        return new PPDXErrorObj(8, keyword, false);
+    }
+    auto* const boolean = new (std::nothrow) PPDXBooleanControl(
+        keyword, translation, flags, true, block.trueState.text.get(), block.trueState.code.get(),
+        block.trueState.codeSize, block.falseState.text.get(), block.falseState.code.get(),
+        block.falseState.codeSize, block.defaultState, mConstraints);
+    if (boolean == nullptr) {
+        return new PPDXErrorObj(1, keyword, true);
+    }
+    flags.MakeEmpty();
+    for (BooleanBlock::State* state : {&block.trueState, &block.falseState}) {
+        static_cast<void>(state->text.release());
+        static_cast<void>(state->code.release());
+    }
+    SetupControl(group, boolean, true);
+    mConstraints->KVSInsert(keyword, "True");
+    mConstraints->KVSInsert(keyword, "False");
+    return nullptr;
+}
+
+ZUBPPD::HeadResult ZUBPPD::TakeBooleanHead(PPDStream& line, char const* head, char const* keyword,
+                                           BooleanBlock& block) {
+    std::string_view const text = head;
+    if (text == kOrder) {
+        return HeadResult::kIgnored;
+    }
+    if (text.starts_with(kDefault)) {
+        char value[kTextSize];
+        NextToken(line, value, kNameDelimiters, true);
+        block.defaultSeen = true;
+        block.defaultState = std::strcmp(value, "True") == 0;
+        return HeadResult::kTaken;
+    }
+    if (!text.starts_with(keyword)) {
+        return HeadResult::kIgnored;
+    }
+    OptionLine option;
+    CutOptionHead(head, option);
+    bool const isTrue = std::strcmp(option.option, "True") == 0;
+    if (!isTrue && std::strcmp(option.option, "False") != 0) {
+        return HeadResult::kFailed;
+    }
+    ReadCode(line, option);
+    BooleanBlock::State& state = isTrue ? block.trueState : block.falseState;
+    state.text.reset(option.hasTranslation ? new (std::nothrow) CString(option.translation)
+                                           : nullptr);
+    state.code = std::move(option.code);
+    state.codeSize = option.codeSize;
+    return HeadResult::kTaken;
+}
+
+// ---- Placing controls ----
+
+bool ZUBPPD::ControlExists(char const* keyword) const {
+    DisplayOptionsScope const all(kDisplayAll);
+    CNTL_TYPE type = kControlType;
+    return mControls->Find(keyword, type, true) != nullptr;
+}
+
+void ZUBPPD::SetupControl(PPDXGroup* group, PPDXControl* control, bool warn) {
+    if (control == nullptr) {
+        return;
+    }
+    if (group == nullptr && mInsideInstallableOptions) {
+        group = mInstallableRollDown;
+    }
+    auto* const rollDown = dynamic_cast<PPDXRollDown*>(group);
+    if (rollDown != nullptr) {
+        if (rollDown->Controls() != nullptr) {
+            control->SetParent(rollDown);
+            rollDown->Controls()->Add(control);
+        }
+    } else if (warn && (group != nullptr || ParseOrphans())) {
+        AddError(29, control->Keyword(), false);
+    }
+    mControls->Add(control);
+}
+
+void ZUBPPD::ClearStringList(PointerList& strings) {
+    for (; !strings.Empty(); strings.PopBack()) {
+        delete static_cast<CString*>(strings.Back());
+    }
+}
+
+// ---- Popups made at run time ----
+
+PPDXControl* ZUBPPD::PPDCreatePopupMenu(char const* groupName, char const* keyword,
+                                        char const* translation, PointerList& items,
+                                        CString* defaultItem) {
+    if (GetTextConverter() == nullptr || groupName == nullptr || translation == nullptr) {
+        return nullptr;
+    }
+    CFRef<CFStringRef> const name(CopyTranslation(translation));
+    if (!name) {
+        return nullptr;
+    }
+    CFRef<CFStringRef> const groupTranslation(CopyTranslation(groupName));
+    AddGroupNameToList(groupName, groupTranslation, true);
+    PPDXGroup* const group = mGroups->Find(groupName, true);
+    PointerList flags;
+    auto* const popup = new (std::nothrow) PPDXPopupControl(
+        keyword, name, flags, true, false, false, items, defaultItem, mConstraints);
+    SetupControl(group, popup, true);
+    return popup;
+}
+
+bool ZUBPPD::PPDReconcilePopupMenu(char const* keyword, char const* name, PointerList& items,
+                                   CString* defaultItem) {
+    DisplayOptionsScope const all(kDisplayAll);
+    CNTL_TYPE type = kControlType;
+    auto* const popup = dynamic_cast<PPDXPopupControl*>(mControls->Find(keyword, type, true));
+    return popup != nullptr && popup->Rebuild(name, items, defaultItem);
+}

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "VelonFeatures/Project/Core/JobKeywords.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace {
+
+constexpr std::array<std::string_view, 12> kExpertKeywords = {
+    "*ZURGBOverride", "*ZUColorRendDict", "*ZURGBSep",       "*ZUSimulation",
+    "*ZUSimSpeed",    "*ZUOutProfile",    "*ZUSpotColors",   "*ZUPureBlack",
+    "*ZUBlkOvpCtrl",  "*ZUKOnlyGrayCMYK", "*ZUKOnlyGrayRGB", "*ZUPaperSim",
+};
+
+}  // namespace
+
+bool isExpertChromvaleControl(char const* keyword) {
+    return keyword != nullptr &&
+           std::ranges::find(kExpertKeywords, std::string_view(keyword)) != kExpertKeywords.end();
+}
+
+bool isBidiKeyword(char const* keyword) {
+    std::string_view const text(keyword == nullptr ? "" : keyword);
+    return text.size() > 4 && text.ends_with("Bidi");
+}

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+
+// Keywords that the job treats in a way of its own. Comparisons are exact; null is none of them.
+
+// Controls of colour management that share their keyword with a job note.
+constexpr std::array<char const*, 3> kSpecialChromvaleKeywords = {
+    "*ZUOutProfile",
+    "*ZUSimulation",
+    "*ZURGBOverride",
+};
+
+bool isExpertChromvaleControl(char const* keyword);
+// Longer than four characters, and the last four are "Bidi".
+bool isBidiKeyword(char const* keyword);

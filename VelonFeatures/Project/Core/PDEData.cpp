@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "VelonFeatures/Project/Core/PDEData.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+
+#include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "PPDX/PPDObjects/ZUBPPD.h"
+#include "VelonFeatures/Project/Core/PDEBundle.h"
+#include "VelonFeatures/Project/Core/PrinterAccess.h"
+#include "VelonFeatures/Project/Core/TicketKeys.h"
+#include "platform/CFRef.h"
+#include "platform/FileManager.h"
+
+namespace {
+
+constexpr std::size_t kPPDPathSize = 512;  // with the terminator
+
+constexpr std::array<wchar_t const*, PDEData::kPCPairs> kPCKeys = {
+    L"*ZUPCMID",
+    L"*ZUPCName",
+    L"*ZUCoverSizePCMID",
+    L"*ZUCoverSizePCName",
+};
+constexpr wchar_t kNoPCValue[] = L"-1";
+
+CFRef<CFURLRef> FileURL(char const* path) {
+    return CFRef<CFURLRef>(CFURLCreateFromFileSystemRepresentation(
+        nullptr, reinterpret_cast<std::uint8_t const*>(path),
+        static_cast<CFIndex>(std::strlen(path)), false));
+}
+
+// False also when both are one file, which is then left alone.
+bool CopyFile(char const* source, char const* target) {
+    std::error_code ignored;
+    if (std::filesystem::equivalent(source, target, ignored)) {
+        return false;
+    }
+    CFRef<CFDataRef> content;
+    std::int32_t error = 0;
+    return CFURLCreateDataAndPropertiesFromResource(nullptr, FileURL(source), content.Receive(),
+                                                    &error) &&
+           CFURLWriteDataAndPropertiesToResource(FileURL(target), content, &error);
+}
+
+// The value of *ZUOrientation for the operating system's number; null for an unknown one.
+CFStringRef OrientationValue(std::int32_t orientation) {
+    switch (orientation) {
+        case 1:
+        case 3:
+            return CFSTR("Portrait");
+        case 2:
+        case 4:
+            return CFSTR("Landscape");
+        default:
+            return nullptr;
+    }
+}
+
+}  // namespace
+
+PDEData::PDEData(PMPrintSession session, ZUBPPD* ppd, ProjectPDE* project)
+    : mPPD(ppd), mSession(session), mProject(project) {
+    if (CFStringRef const name = GetCurrentPrinterName(session); name != nullptr) {
+        mPrinterNameCopy = CFStringCreateCopy(nullptr, name);
+    }
+    mPrinterName = mPrinterNameCopy;
+    if (mPrinterName == nullptr) {
+        return;
+    }
+    CopyPPD();
+    MakePCPairs();
+    TakePageOrientation();
+    mValid = true;
+}
+
+PDEData::~PDEData() {
+    if (mHasTempPPD) {
+        unlink(mTempPPDPath);
+    }
+    CFRelease(mPrinterNameCopy);
+}
+
+void PDEData::CopyPPD() {
+    char source[kPPDPathSize];
+    char name[PPDX::kTextSize];
+    FSSpec file;
+    if (mPPD == nullptr || !mPPD->GetFileSpec(file) ||
+        FSSpecGetPath(&file, source, sizeof(source)) != noErr || !mPPD->GetPPDFileName(name)) {
+        return;
+    }
+    char const* const ending = std::strstr(name, ".ppd") == nullptr ? ".ppd" : "";
+    std::snprintf(mTempPPDPath, sizeof(mTempPPDPath), "/tmp/%s%s", name, ending);
+    mHasTempPPD = CopyFile(source, mTempPPDPath);
+}
+
+void PDEData::MakePCPairs() {
+    for (std::size_t i = 0; i < kPCPairs; ++i) {
+        mPCPairs[i].SetKey(kPCKeys[i]);
+        mPCPairs[i].SetValue(kNoPCValue);
+    }
+}
+
+void PDEData::TakePageOrientation() {
+    mPageOrientation = GetPageOrientationFromOS();
+    CFStringRef const value = OrientationValue(mPageOrientation);
+    PPDXControls* const controls = Controls();
+    if (value == nullptr || controls == nullptr) {
+        return;
+    }
+    DisplayOptionsScope const everything(kDisplayAll);
+    CNTL_TYPE type = kControlType;
+    if (PPDXControl* const control = controls->Find("*ZUOrientation", type, true)) {
+        control->SetCurrentControlWithCFString(value);
+    }
+}
+
+PPDXControls* PDEData::Controls() const {
+    return mPPD == nullptr ? nullptr : mPPD->GetControls();
+}
+
+std::int32_t PDEData::GetPageOrientationFromOS() const {
+    PMTicketRef pageFormat = 0;
+    std::int32_t orientation = 0;
+    if (MyGetTicket(mSession, TicketKey(kPageFormatTicket), &pageFormat) == noErr) {
+        PMTicketGetSInt32(pageFormat, 0, 0, TicketKey(kOrientationKey), &orientation);
+    }
+    return orientation;
+}
+
+// No printer has a record in which it could be switched on.
+bool PDEData::GetIPAddressEnabled() const {
+    return false;
+}
+
+bool PDEData::GetSummaryLine(CFMutableStringRef title, CFMutableStringRef summary,
+                             bool& more) const {
+    more = false;
+    CFRef<CFStringRef> const text(PDEBundle::CopyLocalizedCFString(CFSTR("N/A")));
+    CFStringAppend(title, text);
+    CFStringAppend(summary, text);
+    more = true;
+    return false;
+}

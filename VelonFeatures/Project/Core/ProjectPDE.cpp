@@ -1,0 +1,334 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "VelonFeatures/Project/Core/ProjectPDE.h"
+
+#include <new>
+
+#include "PPDX/PPDObjects/ZUBPPD.h"
+#include "VelonFeatures/Project/Core/BundleIdentity.h"
+#include "VelonFeatures/Project/Core/PDEBundle.h"
+#include "VelonFeatures/Project/Core/PDEData.h"
+#include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
+#include "VelonFeatures/Project/Core/PrinterAccess.h"
+#include "VelonFeatures/Project/Core/PrinterInfoTicket.h"
+#include "VelonFeatures/Project/Core/SessionGlobals.h"
+#include "VelonFeatures/Project/Core/ZUBJobTicket.h"
+#include "platform/CFRef.h"
+#include "platform/FileManager.h"
+#include "twoway/PrinterListFile.h"
+
+namespace {
+
+constexpr int kHighestWindowTop = 60;  // pixels below the top of the screen
+constexpr int kWindowStep = 4;
+
+// The Job Properties application under the names that its versions run by.
+struct JobPropertiesProcess {
+    char const* mName;
+    std::int32_t mNumber;
+};
+constexpr JobPropertiesProcess kJobPropertiesProcesses[] = {
+    {"ZUB VD3toJP", 3},    {"ZUB VD4toJP", 4},    {"ZUB VD4.1toJP", 41},
+    {"ZUB VD4.2toJP", 42}, {"ZUB VD4.4toJP", 44},
+};
+constexpr std::int32_t kNoJobProperties = -1;
+
+// 0 for a process that isn't the Job Properties application.
+std::int32_t JobPropertiesNumber(CFStringRef processName) {
+    for (JobPropertiesProcess const& process : kJobPropertiesProcesses) {
+        if (CFEqual(processName, CFStringConstant(process.mName))) {
+            return process.mNumber;
+        }
+    }
+    return 0;
+}
+
+// Sets the process's resource file back at the end of a scope.
+class ResourceFileScope {
+  public:
+    ResourceFileScope() = default;
+    ResourceFileScope(ResourceFileScope const&) = delete;
+    ResourceFileScope& operator=(ResourceFileScope const&) = delete;
+    ~ResourceFileScope() { UseResFile(mFormer); }
+
+  private:
+    std::int16_t mFormer = CurResFile();
+};
+
+void AddSummaryLines(CFMutableArrayRef titles, CFMutableArrayRef summaries) {
+    bool more = gPDEData != nullptr;
+    while (more) {
+        CFRef<CFMutableStringRef> const title(CFStringCreateMutable(nullptr, 0));
+        CFRef<CFMutableStringRef> const summary(CFStringCreateMutable(nullptr, 0));
+        if (!gPDEData->GetSummaryLine(title, summary, more)) {
+            return;
+        }
+        CFArrayAppendValue(titles, title);
+        CFArrayAppendValue(summaries, summary);
+    }
+}
+
+void ReplaceAll(CFMutableStringRef text, CFStringRef wanted, CFStringRef replacement) {
+    CFStringFindAndReplace(text, wanted, replacement, CFRangeMake(0, CFStringGetLength(text)),
+                           kCFCompareCaseInsensitive);
+}
+
+}  // namespace
+
+ProjectPDE::ProjectPDE() : mBundle(GetBundleRef()) {
+    if (mBundle == nullptr) {
+        return;
+    }
+    PDEBundle::InitBundle(mBundle);
+    CFRef<CFStringRef> const nibName(CreateNIBFileName());
+    mNibStatus = nibName ? CreateNibReferenceWithCFBundle(mBundle, nibName, &mNibRef) : memFullErr;
+    if (mNibStatus != noErr) {
+        return;
+    }
+    mTitle = PDEBundle::CopyLocalizedCFString(CFSTR("PDE Panel Title"), mBundle);
+    mVersion = static_cast<CFStringRef>(
+        CFBundleGetValueForInfoDictionaryKey(mBundle, CFSTR("CFBundleVersion")));
+    gNeedShrink = true;
+    mValid = true;
+}
+
+ProjectPDE::~ProjectPDE() {
+    DisposeNibReference(mNibRef);
+    CFRelease(mTitle);
+    DestroyPPD();
+    CFRelease(mPrinterKey);
+}
+
+void ProjectPDE::PaneSize(std::uint32_t& width, std::uint32_t& height) const {
+    width = kPaneWidth;
+    height = kPaneHeight;
+}
+
+OSStatus ProjectPDE::Initialize(std::uint32_t* flags, std::uint32_t pdeRef, ControlRef parentPane,
+                                PMPrintSession session) {
+    ResourceFileScope const resourceFile;
+    mInitialized = false;
+    PrinterInfoTicket info(session);
+    if (!info.IsValid()) {
+        return kBadTicket;
+    }
+    *flags = 0;
+    mSession = session;
+    mPDERef = pdeRef;
+    mParentPane = parentPane;
+    MakePrinterKey(info.GetMakeAndModelName());
+    mInitialized = info.HasCompiledPPD() && SetUpSession();
+    if (!mInitialized) {
+        DestroyPPD();
+    }
+    return mInitialized ? noErr : kPrinterRefused;
+}
+
+// Every model has stored settings of its own, unless all share one set.
+void ProjectPDE::MakePrinterKey(CFStringRef makeAndModel) {
+    CFRelease(mPrinterKey);
+    mPrinterKey = nullptr;
+    if (gUseCommonPresets || makeAndModel == nullptr) {
+        return;
+    }
+    CFRef<CFMutableStringRef> const ending(CFStringCreateMutableCopy(nullptr, 0, CFSTR(".")));
+    mPrinterKey = CreateClientIdentifier(nullptr);
+    if (!ending || mPrinterKey == nullptr) {
+        return;
+    }
+    CFStringAppend(ending, makeAndModel);
+    CFStringAppend(ending, CFSTR(".PInf"));
+    ReplaceAll(mPrinterKey, CFSTR(".PInf"), ending);
+    ReplaceAll(mPrinterKey, CFSTR(" "), CFSTR("_"));
+}
+
+CFStringRef ProjectPDE::CreateSessionKey() const {
+    return CFStringCreateCopy(nullptr, mPrinterKey != nullptr ? mPrinterKey : GetBundleID());
+}
+
+bool ProjectPDE::SetUpSession() {
+    CFRef<CFStringRef> const dataKey(CreatePostscriptDataFileKey());
+    if (!dataKey) {
+        return false;
+    }
+    CFRef<CFStringRef> const sessionKey(CreateSessionKey());
+    PrintSettingsTicket settings(mSession);
+    ZUBJobTicket ticket(&settings, dataKey);
+    if (!IsAcceptedPrinter(sessionKey)) {
+        return false;
+    }
+    bool restored = false;
+    SetupPPD(ticket, restored, mPrinterKey);
+    if (mPPD == nullptr || !mPPD->IsValidPPD() || !ReplaceData()) {
+        return false;
+    }
+    gPDEData->SetRestored(restored);
+    SaveJob(ticket);
+    return true;
+}
+
+bool ProjectPDE::IsAcceptedPrinter(CFStringRef sessionKey) const {
+    CFRef<CFURLRef> ppd;
+    FSRef file;
+    if (GetPPDFile(mSession, *ppd.Receive(), file) != noErr) {
+        return false;
+    }
+    CFRef<CFURLRef> const contents(CreatePDEContentsURL(sessionKey));
+    if (!contents) {
+        return false;
+    }
+    PrinterListFile const printers(contents, kCFPropertyListImmutable);
+    return printers.IsFileValid() && PPDX::ValidateFileName(ppd, printers.PCFileNames(), nullptr);
+}
+
+bool ProjectPDE::SetupPPD(ZUBJobTicket& /*ticket*/, bool& restored, CFStringRef printerKey) {
+    restored = false;
+    DestroyPPD();
+    mPPD = ::SetupPPD(mSession, GetBundleID(), printerKey);
+    if (gPDEData != nullptr) {
+        gPDEData->SetPPD(mPPD);
+    }
+    return true;
+}
+
+// The former data goes first: both may keep their copy of the PPD under the same path.
+bool ProjectPDE::ReplaceData() {
+    delete gPDEData;
+    gPDEData = nullptr;
+    gPDEData = new (std::nothrow) PDEData(mSession, mPPD, this);
+    return gPDEData != nullptr && gPDEData->IsValid();
+}
+
+OSStatus ProjectPDE::Sync(PMPrintSession session, bool reinitialize) {
+    JobTicket const job(session);
+    if (!job.IsValid()) {
+        return kBadTicket;
+    }
+    CFRef<CFStringRef> const dataKey(CreatePostscriptDataFileKey());
+    if (!dataKey) {
+        return noErr;
+    }
+    mSession = session;
+    PrintSettingsTicket settings(session);
+    ZUBJobTicket ticket(&settings, dataKey);
+    if (ticket.IsJobValid() && !reinitialize) {
+        return Commit(ticket);
+    }
+    OSStatus const result = ticket.IsJobValid() ? Rebuild(ticket) : kBadTicket;
+    if (result != noErr) {
+        DestroyPPD();
+    }
+    return result;
+}
+
+OSStatus ProjectPDE::Rebuild(ZUBJobTicket& ticket) {
+    DestroyPPD();
+    delete gPDEData;
+    gPDEData = nullptr;
+    bool restored = false;
+    SetupPPD(ticket, restored, mPrinterKey);
+    if (mPPD != nullptr && !mPPD->IsValidPPD()) {
+        return kPrinterRefused;
+    }
+    if (!ReplaceData()) {
+        return memFullErr;
+    }
+    gPDEData->SetRebuilt(true);
+    SaveJob(ticket);
+    return noErr;
+}
+
+OSStatus ProjectPDE::Commit(ZUBJobTicket& ticket) {
+    if (mPPD == nullptr || gPDEData == nullptr) {
+        return noErr;
+    }
+    if (OSStatus const status = gPDEData->OutPostscriptData(ticket); status != noErr) {
+        DestroyPPD();
+        return status;
+    }
+    SaveJob(ticket);
+    return noErr;
+}
+
+// A job data file that can't be written leaves the settings with the former one; the dialog goes
+// on.
+void ProjectPDE::SaveJob(ZUBJobTicket& ticket) {
+    CFRef<CFStringRef> const sessionKey(CreateSessionKey());
+    ticket.Save(sessionKey);
+}
+
+OSStatus ProjectPDE::GetSummaryText(CFArrayRef* titles, CFArrayRef* summaries) {
+    ResourceFileScope const resourceFile;
+    *titles = nullptr;
+    *summaries = nullptr;
+    CFRef<CFMutableArrayRef> titleLines(CFArrayCreateMutable(nullptr, 0));
+    CFRef<CFMutableArrayRef> summaryLines(CFArrayCreateMutable(nullptr, 0));
+    if (!titleLines || !summaryLines) {
+        return memFullErr;
+    }
+    AddSummaryLines(titleLines, summaryLines);
+    if (CFArrayGetCount(titleLines) > 0) {
+        *titles = titleLines.Release();
+        *summaries = summaryLines.Release();
+    }
+    return noErr;
+}
+
+OSStatus ProjectPDE::Open() {
+    RaiseWindow();
+    return noErr;
+}
+
+void ProjectPDE::RaiseWindow() {
+    WindowRef const window = GetControlOwner(mParentPane);
+    WindowRef parent = nullptr;
+    Rect bounds = {};
+    if (window == nullptr || GetSheetWindowParent(window, &parent) == noErr ||
+        GetWindowBounds(window, kWindowContentRgn, &bounds) != noErr) {
+        return;
+    }
+    for (int top = bounds.top - 1; top > kHighestWindowTop; top -= kWindowStep) {
+        MoveWindow(window, bounds.left, static_cast<std::int16_t>(top), false);
+    }
+}
+
+OSStatus ProjectPDE::Close() {
+    char const* const version = mPPD == nullptr ? nullptr : mPPD->ZUVersion();
+    if (version == nullptr || *version != '2') {
+        KillJP();
+    }
+    return noErr;
+}
+
+void ProjectPDE::KillJP() {
+    ProcessSerialNumber process = {0, kNoProcess};
+    bool const isFound = ReportPSNofFDNtoJP(&process) != kNoJobProperties;
+    bool const isEnded = isFound && KillProcess(&process) == noErr;
+    if (gPDEData != nullptr) {
+        gPDEData->SetJPEnded(isEnded);
+    }
+}
+
+std::int32_t ProjectPDE::ReportPSNofFDNtoJP(ProcessSerialNumber* psn) {
+    while (GetNextProcess(psn) == noErr) {
+        CFRef<CFStringRef> name;
+        if (CopyProcessName(psn, name.Receive()) != noErr) {
+            break;
+        }
+        if (std::int32_t const number = JobPropertiesNumber(name); number != 0) {
+            return number;
+        }
+    }
+    return kNoJobProperties;
+}
+
+void ProjectPDE::DestroyPPD() {
+    if (mPPD == nullptr) {
+        return;
+    }
+    // Another dialog's data may have taken over by now.
+    if (gPDEData != nullptr && gPDEData->GetPPD() == mPPD) {
+        gPDEData->SetPPD(nullptr);
+    }
+    mPPD->Release();
+    mPPD = nullptr;
+}

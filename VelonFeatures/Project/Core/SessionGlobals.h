@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/Controls.h"
+#include "platform/CoreFoundation.h"
+
+class PDEData;
+
+// What the whole process shares. All of it belongs to the dialog's thread.
+
+// The file whose presence makes all printers share one set of stored settings. Its content is
+// never read.
+extern char const* gCommonPresetsPath;
+// Set by the factory when that file exists; stays set as long as the process lives.
+extern bool gUseCommonPresets;
+// A dialog is under way: the factory sets it, Close and Terminate clear it.
+extern bool gFactoryBusy;
+// The pane shrinks once for each ProjectPDE.
+extern bool gNeedShrink;
+// The printing application is one that draws its own pane background.
+extern bool gAppIsAdobe;
+extern bool gMacOSx105;      // the system's minor version is 5
+extern bool gMacOSx105plus;  // it is 5 or higher
+// The pane is coming back from the Job Properties application.
+extern bool gBackFromJP;
+
+// The session data. Owned; outlives the ProjectPDE that made it, until the next one replaces it.
+extern PDEData* gPDEData;
+// The nib of the interface instances; owned by whichever of them goes last.
+extern IBNibRef gSharedNib;
+// The first bundle that MyGetBundle found; retained.
+extern CFBundleRef gCachedBundle;

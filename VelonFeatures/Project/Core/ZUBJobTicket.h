@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+
+#include "VelonFeatures/Project/Core/JobTicket.h"
+#include "VelonFeatures/Project/Core/PostScriptInjectionSite.h"
+
+class PPDXControl;
+class PrintSettingsTicket;
+
+// The job's injection list: pairs of a site and bytes in the order in which they were added, and
+// the file that they are handed on in. Lives for one Initialize or Sync.
+class ZUBJobTicket : public JobTicket {
+  public:
+    // `settings`, which must outlive this object, takes everything that is stored; `dataKey` is
+    // copied. Usable only with both.
+    ZUBJobTicket(PrintSettingsTicket* settings, CFStringRef dataKey);
+    ~ZUBJobTicket() override;
+
+    bool IsJobValid() const { return mJobValid; }
+    OSStatus LastStatus() const { return mLastStatus; }  // memFullErr after a lack of memory
+    std::uint32_t Count() const { return mCount; }       // pairs added
+    CFArrayRef List() const { return mList; }            // borrowed: number, data, number, data ...
+
+    bool Create();  // a new, empty list
+    // False without memory; what was added before stays. A length of 0 and an outdated server
+    // preset add nothing and are no failure.
+    bool Add(PostScriptInjectionSite site, unsigned char const* bytes, unsigned long length);
+    bool Add(PostScriptInjectionSite site, char const* text);
+    // Adds what the control would emit now; false also for null.
+    bool Add(PostScriptInjectionSite site, PPDXControl* control);
+    // Writes the list into a new file "/tmp/Velon.temp" and a UUID, readable and writable for all,
+    // and puts its path into the settings. An XML property list: one array, <integer> and <data>
+    // alternating. The file appears whole or not at all. An empty list writes nothing and is no
+    // failure; after a failure the settings still name the former file.
+    bool Save(CFStringRef client);
+
+    bool EnforceCopiesLimit(CFStringRef client, long copies);
+    long GetCopies();  // 0 when the settings don't tell
+    // Takes the path of the last job data file out of the settings; the file stays.
+    bool Invalidate(CFStringRef client);
+
+  private:
+    // A new path "/tmp/Velon.temp..."; the caller releases it.
+    static CFStringRef CreateFilePath();
+    OSStatus WriteList(CFStringRef path);
+
+    PrintSettingsTicket* mSettings;  // not owned
+    CFStringRef mDataKey = nullptr;  // owned
+    std::uint32_t mCount = 0;
+    CFMutableArrayRef mList = nullptr;  // owned
+    OSStatus mLastStatus = noErr;
+    bool mDirty = true;
+    bool mJobValid = false;
+};

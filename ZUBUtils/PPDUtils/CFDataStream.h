@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "ZUBUtils/PPDUtils/DataStream.h"
+
+struct __CFData;
+
+// A stream over a growing block of memory.
+class CFDataStream : public DataStream {
+  public:
+    CFDataStream();  // empty; not valid, with the error -108, when there is no memory
+    // Reads from a private copy. Not valid for data that is null or empty, or without memory.
+    explicit CFDataStream(__CFData const* data);
+    ~CFDataStream() override;
+
+    bool out(void* data, unsigned long size) override;
+    // Bytes asked for beyond the end are 0.
+    bool in(void* data, unsigned long size, unsigned long* count, short* error) override;
+
+    // What was written so far, borrowed: it lives until the stream goes. May be null.
+    __CFData const* Data() const { return mBuffer; }
+
+  private:
+    __CFData* mBuffer = nullptr;  // owned, may be null
+};

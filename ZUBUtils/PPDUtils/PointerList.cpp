@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "ZUBUtils/PPDUtils/PointerList.h"
+
+#include <new>
+
+PointerList::PointerList() {
+    mHead.mNext = &mTail;
+    mTail.mPrevious = &mHead;
+}
+
+PointerList::PointerList(PointerList const& other) : PointerList() {
+    Append(other);
+}
+
+PointerList& PointerList::operator=(PointerList const& other) {
+    if (this != &other) {
+        MakeEmpty();
+        Append(other);
+    }
+    return *this;
+}
+
+PointerList::~PointerList() {
+    MakeEmpty();
+}
+
+bool PointerList::PushBack(void const* data) {
+    return !InsertBefore(End(), data).IsNull();
+}
+
+bool PointerList::PushFront(void const* data) {
+    return !InsertBefore(Begin(), data).IsNull();
+}
+
+PointerListItr PointerList::InsertBefore(PointerListItr position, void const* data) {
+    PNode* const next = position.Node();
+    if (next == nullptr || next->mPrevious == nullptr) {
+        return PointerListItr();
+    }
+    PNode* const node = new (std::nothrow) PNode(data);
+    if (node == nullptr) {
+        return PointerListItr();
+    }
+    node->mPrevious = next->mPrevious;
+    node->mNext = next;
+    node->mPrevious->mNext = node;
+    next->mPrevious = node;
+    ++mCount;
+    return PointerListItr(node);
+}
+
+PointerListItr PointerList::Erase(PointerListItr& position) {
+    PNode* const node = position.Node();
+    position = PointerListItr();
+    if (node == nullptr || node == &mHead) {
+        return Begin();
+    }
+    if (node == &mTail) {
+        return End();
+    }
+    PNode* const next = node->mNext;
+    node->mPrevious->mNext = next;
+    next->mPrevious = node->mPrevious;
+    delete node;
+    --mCount;
+    return PointerListItr(next);
+}
+
+PointerListItr PointerList::Erase(PointerListItr first, PointerListItr last) {
+    while (first != last && first != End() && !first.IsNull()) {
+        first = Erase(PointerListItr(first));
+    }
+    return last;
+}
+
+void* PointerList::Front() const {
+    return const_cast<void*>(mHead.mNext->mData);
+}
+
+void* PointerList::Back() const {
+    return const_cast<void*>(mTail.mPrevious->mData);
+}
+
+void PointerList::PopFront() {
+    if (!Empty()) {
+        Erase(Begin());
+    }
+}
+
+void PointerList::PopBack() {
+    if (!Empty()) {
+        Erase(--End());
+    }
+}
+
+void PointerList::MakeEmpty() {
+    while (!Empty()) {
+        PopFront();
+    }
+}
+
+void PointerList::Append(PointerList const& other) {
+    for (ConstPointerListItr itr = other.Begin(); itr != other.End(); ++itr) {
+        PushBack(*itr);
+    }
+}

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <vector>
+
+class KVCache;
+
+// The options of every keyword in PPD order. Ids are those of one CStringSoup; a negative key is
+// ignored.
+class KeyForest {
+  public:
+    KeyForest() = default;
+    KeyForest(KeyForest const&) = delete;
+    KeyForest& operator=(KeyForest const&) = delete;
+    virtual ~KeyForest();
+
+    // Appends the option; one that is inserted twice stands twice.
+    void insert(long key, long item);
+    // The options of the key, or null. Lives until clear.
+    std::vector<long> const* GetItems(long key) const;
+    // Fills the cache with every key and option, keys ascending, options in order. A null cache is
+    // made, and then belongs to the caller.
+    void GetKeys(KVCache** keys) const;
+    void clear();
+
+  private:
+    std::vector<std::vector<long>*> mItems;  // owned, by key id; null for a key without options
+};

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "host/CommandLine.h"
+
+#include <limits>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "platform/CFRef.h"
+
+namespace {
+
+constexpr char const* kSetHelp = "Set the control KEY to VALUE; may be repeated, in order";
+
+bool IsUTF8(std::string const& text) {
+    return static_cast<bool>(CFRef<CFStringRef>(
+        CFStringCreateWithCString(nullptr, text.c_str(), kCFStringEncodingUTF8)));
+}
+
+CLI::Validator TextCheck() {
+    return {[](std::string& text) {
+                return IsUTF8(text) ? std::string() : std::string("The text isn't UTF-8");
+            },
+            ""};
+}
+
+CLI::Validator URICheck() {
+    return {[](std::string& text) {
+                CFRef<CFStringRef> const string(
+                    CFStringCreateWithCString(nullptr, text.c_str(), kCFStringEncodingUTF8));
+                CFRef<CFURLRef> const uri(CFURLCreateWithString(nullptr, string, nullptr));
+                return uri ? std::string() : "'" + text + "' is no URI";
+            },
+            ""};
+}
+
+// Only the value is text; a keyword is whatever bytes the PPD has.
+CLI::Validator SettingCheck() {
+    return {[](std::string& text) {
+                std::size_t const at = text.find('=');
+                if (at == 0 || at == std::string::npos) {
+                    return "'" + text + "' isn't KEY=VALUE";
+                }
+                return IsUTF8(text.substr(at + 1)) ? std::string()
+                                                   : std::string("The value isn't UTF-8");
+            },
+            ""};
+}
+
+CLI::Option* AddText(CLI::App& app, std::string const& name, std::string& text,
+                     std::string const& help) {
+    return app.add_option(name, text, help)->check(TextCheck())->type_name("TEXT");
+}
+
+void AddSettings(CLI::App& app, std::vector<std::string>& settings) {
+    // One argument for each --set, so that what follows it stays what it is.
+    app.add_option("--set", settings, kSetHelp)
+        ->allow_extra_args(false)
+        ->check(SettingCheck())
+        ->type_name("KEY=VALUE");
+}
+
+std::vector<ControlSetting> Split(std::vector<std::string> const& settings) {
+    std::vector<ControlSetting> result;
+    for (std::string const& text : settings) {
+        std::size_t const at = text.find('=');
+        result.push_back({text.substr(0, at), text.substr(at + 1)});
+    }
+    return result;
+}
+
+void DescribeInspect(CLI::App& app, InspectOptions& options, std::vector<std::string>& settings) {
+    app.add_option("PPD", options.ppd, "The PPD to read")->required();
+    app.add_option("--accept", options.accepted,
+                   "An accepted *PCFileName fragment; may be repeated; without it every file is "
+                   "accepted")
+        ->allow_extra_args(false)
+        ->check(TextCheck());
+    app.add_option("--parse-options", options.parseOptions,
+                   "What is taken in: 1 orphans, 2 hidden elements, 3 both, 0 neither")
+        ->check(CLI::Range(0, 3))
+        ->capture_default_str();
+    app.add_option("--extensions", options.extensions,
+                   "Which job note flags are known: 0, 1 or 2 fewer, any other number all")
+        ->capture_default_str();
+    AddSettings(app, settings);
+}
+
+void DescribePrinter(CLI::App& app, PrintOptions& options) {
+    AddText(app, "--printer", options.printer, "Printer name")->capture_default_str();
+    app.add_option("--make-and-model", options.makeAndModel,
+                   "Make and model; the PPD's *ModelName, else Demo, without it")
+        ->check(TextCheck());
+    app.add_option("--device-uri", options.deviceURI, "Device URI")
+        ->check(URICheck())
+        ->type_name("URI")
+        ->capture_default_str();
+    app.add_flag("!--no-compiled-ppd", options.compiledPPD,
+                 "Leave the compiled PPD item out of the printer info ticket");
+}
+
+void DescribePrint(CLI::App& app, PrintOptions& options, std::vector<std::string>& settings) {
+    app.add_option("--ppd", options.ppd, "The printer's PPD")->required()->type_name("PPD");
+    AddSettings(app, settings);
+    app.add_flag(
+        "--pairs", options.pairs,
+        "Print the pairs of the job data file as JSON, [{\"site\": 81, \"text\": \"...\"}], "
+        "instead of its path; the file is written all the same");
+    DescribePrinter(app, options);
+    AddText(app, "--process-name", options.processName, "Name of the printing application")
+        ->capture_default_str();
+    AddText(app, "--bundle-id", options.bundleID, "Bundle identifier of the printing application")
+        ->capture_default_str();
+    app.add_flag("--custom-paper", options.customPaper,
+                 "The paper of the page format is no paper of the PPD");
+    app.add_option("--bundle", options.bundle, "The plug-in bundle; the built one without it")
+        ->check(CLI::Validator(
+            [](std::string& text) {
+                return text.empty() ? std::string("No folder is named") : std::string();
+            },
+            ""))
+        ->type_name("DIR");
+    app.add_option("--commits", options.commits,
+                   "Commit so often in one dialog; what the last one wrote is printed")
+        ->check(CLI::Range(1, std::numeric_limits<int>::max()))
+        ->capture_default_str();
+}
+
+std::string OneLine(std::string text) {
+    for (char& c : text) {
+        c = c == '\n' || c == '\r' ? ' ' : c;
+    }
+    return text;
+}
+
+}  // namespace
+
+std::optional<ExitStatus> CommandLine::Parse(int argc, char const* const* argv, std::ostream& out,
+                                             std::ostream& err) {
+    std::vector<std::string> settings;
+    CLI::App app("Stands in the print dialog's place: loads the plug-in and drives it", "zubprint");
+    app.require_subcommand(1);
+    CLI::App* inspect =
+        app.add_subcommand("inspect", "Print all that came of reading a PPD, as JSON");
+    DescribeInspect(*inspect, mInspect, settings);
+    CLI::App* print = app.add_subcommand(
+        "print", "Run one dialog without a window and print the path of the job data file");
+    DescribePrint(*print, mPrint, settings);
+    try {
+        app.parse(argc, argv);
+    } catch (CLI::CallForHelp const&) {
+        out << app.help();
+        return ExitStatus::kDone;
+    } catch (CLI::ParseError const& error) {
+        err << "zubprint: " << OneLine(error.what()) << '\n';
+        return ExitStatus::kUsage;
+    }
+    mCommand = inspect->parsed() ? Command::kInspect : Command::kPrint;
+    (inspect->parsed() ? mInspect.settings : mPrint.settings) = Split(settings);
+    return std::nullopt;
+}

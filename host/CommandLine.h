@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <optional>
+#include <ostream>
+
+#include "host/InspectOptions.h"
+#include "host/Outcome.h"
+#include "host/PrintOptions.h"
+
+// The command's arguments.
+class CommandLine {
+  public:
+    enum class Command { kNone, kInspect, kPrint };
+
+    // None when there is a command to run. Otherwise the exit status, after help went to `out` or
+    // one line about a wrong argument to `err`.
+    std::optional<ExitStatus> Parse(int argc, char const* const* argv, std::ostream& out,
+                                    std::ostream& err);
+
+    Command Chosen() const { return mCommand; }
+    InspectOptions const& Inspect() const { return mInspect; }
+    PrintOptions const& Print() const { return mPrint; }
+
+  private:
+    Command mCommand = Command::kNone;
+    InspectOptions mInspect;
+    PrintOptions mPrint;
+};

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "host/DialogSession.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "VelonFeatures/Project/Core/BundleIdentity.h"
+#include "VelonFeatures/Project/Core/PDEData.h"
+#include "VelonFeatures/Project/Core/SessionGlobals.h"
+#include "host/HostFiles.h"
+#include "platform/CFRef.h"
+#include "platform/ProcessManager.h"
+
+namespace {
+
+CFRef<CFStringRef> String(std::string const& text) {
+    return CFRef<CFStringRef>(
+        CFStringCreateWithCString(nullptr, text.c_str(), kCFStringEncodingUTF8));
+}
+
+std::int16_t Pixels(std::uint32_t size) {
+    return static_cast<std::int16_t>(std::min<std::uint32_t>(size, INT16_MAX));
+}
+
+}  // namespace
+
+DialogSession::~DialogSession() {
+    if (PrinterInfoTable const* const table = mPlugIn.Table()) {
+        if (mInitialized) {
+            table->Close(mContext);
+        }
+        // Also without a context: it is what lets the plug-in make its next factory.
+        table->Terminate(mContext, noErr);
+    }
+    DisposeUserPane(mPane);
+    DisposeHostWindow(mWindow);
+}
+
+Outcome DialogSession::Start(PrintOptions const& options, std::string const& makeAndModel) {
+    SetCurrentProcessName(options.processName.c_str());
+    SetMainBundleIdentifier(String(options.bundleID));
+    Outcome outcome = mSession.Open(options, makeAndModel);
+    if (outcome.Ok()) {
+        outcome = mPlugIn.Load(options.bundle.empty() ? HostFiles::BuiltBundle() : options.bundle);
+    }
+    if (outcome.Ok()) {
+        outcome = MakeContext();
+    }
+    if (outcome.Ok()) {
+        outcome = Initialize(options.ppd);
+    }
+    return outcome;
+}
+
+Outcome DialogSession::MakeContext() {
+    OSType creator = 0;
+    CFRef<CFStringRef> kind;
+    CFStringRef title = nullptr;
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    OSStatus const status =
+        mPlugIn.Table()->Prologue(&mContext, &creator, kind.Receive(), &title, &width, &height);
+    if (status != noErr) {
+        return Outcome::Failed("the plug-in can't start: error " + std::to_string(status));
+    }
+    MakePane(width, height);
+    return Outcome::Done();
+}
+
+void DialogSession::MakePane(std::uint32_t width, std::uint32_t height) {
+    mWindow = CreateHostWindow({0, 0, Pixels(height), Pixels(width)}, nullptr);
+    mPane = CreateUserPane(mWindow, false);
+}
+
+Outcome DialogSession::Initialize(std::string const& ppd) {
+    std::uint32_t flags = 0;
+    constexpr std::uint32_t kHostReference = 0;
+    OSStatus const status =
+        mPlugIn.Table()->Initialize(mContext, &flags, kHostReference, mPane, mSession.Get());
+    mInitialized = status == noErr;
+    return mInitialized ? Outcome::Done()
+                        : Outcome::NotOurs("the extension doesn't take the printer of " + ppd +
+                                           ": Initialize gave " + std::to_string(status));
+}
+
+ZUBPPD* DialogSession::PPD() const {
+    return gPDEData == nullptr ? nullptr : gPDEData->GetPPD();
+}
+
+// A commit that writes leaves a new path in the ticket; one that doesn't leaves the former one.
+Outcome DialogSession::Commit() {
+    std::string const former = PathInTicket();
+    OSStatus const status = mPlugIn.Table()->Sync(mContext, mSession.Get(), false);
+    if (status != noErr) {
+        return Outcome::Failed("the commit failed: error " + std::to_string(status));
+    }
+    std::string path = PathInTicket();
+    mJobDataPath = path == former ? std::string() : std::move(path);
+    return Outcome::Done();
+}
+
+std::string DialogSession::PathInTicket() const {
+    CFRef<CFStringRef> const key(CreatePostscriptDataFileKey());
+    return mSession.PrintSettingsText(key);
+}

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+
+#include "host/LoadedPlugIn.h"
+#include "host/Outcome.h"
+#include "host/PrintOptions.h"
+#include "host/PrintSession.h"
+#include "platform/Controls.h"
+
+class ZUBPPD;
+
+// One run of a print dialog without anybody looking: the plug-in in a window that stays hidden.
+// Destruction closes the dialog and gives everything back.
+class DialogSession {
+  public:
+    DialogSession() = default;
+    DialogSession(DialogSession const&) = delete;
+    DialogSession& operator=(DialogSession const&) = delete;
+    ~DialogSession();
+
+    // From the loading of the bundle to Initialize. Called once.
+    Outcome Start(PrintOptions const& options, std::string const& makeAndModel);
+    // The PPD whose controls the user sets; borrowed, null before Start and after a failed Commit.
+    ZUBPPD* PPD() const;
+    Outcome Commit();
+    // The file that the last Commit wrote; empty if it wrote none.
+    std::string const& JobDataPath() const { return mJobDataPath; }
+
+  private:
+    Outcome MakeContext();
+    Outcome Initialize(std::string const& ppd);
+    void MakePane(std::uint32_t width, std::uint32_t height);
+    std::string PathInTicket() const;
+
+    PrintSession mSession;
+    LoadedPlugIn mPlugIn;
+    WindowRef mWindow = nullptr;  // owned, as the pane in it
+    ControlRef mPane = nullptr;
+    PlugInContext mContext = nullptr;  // the plug-in's, between Prologue and Terminate
+    bool mInitialized = false;
+    std::string mJobDataPath;
+};

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "host/HostFiles.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+CFRef<CFURLRef> HostFiles::URL(std::string const& path, bool isDirectory) {
+    std::error_code error;
+    fs::path const absolute = fs::absolute(path, error);
+    std::string const& text = error ? path : absolute.native();
+    return CFRef<CFURLRef>(CFURLCreateFromFileSystemRepresentation(
+        nullptr, reinterpret_cast<std::uint8_t const*>(text.data()),
+        static_cast<CFIndex>(text.size()), isDirectory));
+}
+
+Outcome HostFiles::CheckReadable(std::string const& path) {
+    std::error_code ignored;
+    int reason = 0;
+    if (fs::is_directory(path, ignored)) {
+        reason = EISDIR;
+    } else {
+        errno = 0;
+        if (!std::ifstream(path)) {
+            reason = errno;
+        }
+    }
+    if (reason == 0) {
+        return Outcome::Done();
+    }
+    return Outcome::Failed("can't open " + path + ": " + std::strerror(reason));
+}
+
+std::string HostFiles::BuiltBundle() {
+    std::error_code error;
+    fs::path const program = fs::read_symlink("/proc/self/exe", error);
+    return (program.parent_path().parent_path() / "ZUB.plugin").string();
+}

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+
+#include "host/Outcome.h"
+#include "platform/CFRef.h"
+
+// Files and folders that the command is told by name.
+class HostFiles {
+  public:
+    // An absolute file URL; a relative path is taken from the working directory.
+    static CFRef<CFURLRef> URL(std::string const& path, bool isDirectory);
+    // Fails for a file that can't be opened for reading, a folder too, with the system's reason.
+    static Outcome CheckReadable(std::string const& path);
+    // The bundle that was built with this program: ZUB.plugin in the folder above the program's.
+    static std::string BuiltBundle();
+};

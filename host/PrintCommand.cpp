@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "host/PrintCommand.h"
+
+#include "PPDX/PPDObjects/ZUBPPD.h"
+#include "ZUBUtils/PPDUtils/TextConverter.h"
+#include "host/ControlSettings.h"
+#include "host/DialogSession.h"
+#include "host/HostFiles.h"
+#include "host/JobDataFile.h"
+#include "host/JsonText.h"
+#include "host/ParsedPPD.h"
+#include "platform/CFRef.h"
+
+PrintCommand::PrintCommand(PrintOptions const& options, std::ostream& out, std::ostream& err)
+    : mOptions(options), mOut(out), mErr(err) {}
+
+Outcome PrintCommand::Run() {
+    std::string path;
+    Outcome outcome = HostFiles::CheckReadable(mOptions.ppd);
+    if (outcome.Ok()) {
+        outcome = RunDialog(path);
+    }
+    return outcome.Ok() ? Report(path) : outcome;
+}
+
+std::string PrintCommand::MakeAndModel() const {
+    if (mOptions.makeAndModel) {
+        return *mOptions.makeAndModel;
+    }
+    ParsedPPD const ppd(mOptions.ppd, kParseAll, {});
+    char const* const model = ppd->ModelName();
+    TextConverter* const converter = ppd->GetTextConverter();
+    if (model == nullptr) {
+        return "Demo";
+    }
+    CFRef<CFStringRef> const text(
+        converter != nullptr
+            ? converter->ConvertToCFString(model, 0)
+            : CFStringCreateWithCString(nullptr, model, kCFStringEncodingMacRoman));
+    return text ? JsonText::ToUTF8(text) : "Demo";
+}
+
+// The dialog is over, and with it everything that it held, when this returns.
+Outcome PrintCommand::RunDialog(std::string& path) {
+    DialogSession dialog;
+    Outcome outcome = dialog.Start(mOptions, MakeAndModel());
+    if (outcome.Ok()) {
+        outcome = MakeChoices(dialog);
+    }
+    for (int commit = 0; outcome.Ok() && commit < mOptions.commits; ++commit) {
+        outcome = dialog.Commit();
+    }
+    path = dialog.JobDataPath();
+    return outcome;
+}
+
+Outcome PrintCommand::MakeChoices(DialogSession& dialog) {
+    ZUBPPD* const ppd = dialog.PPD();
+    if (ppd == nullptr) {
+        return Outcome::Failed("the plug-in holds no PPD for " + mOptions.ppd);
+    }
+    if (mOptions.customPaper) {
+        ppd->SetCustomPaper(true);
+    }
+    return ControlSettings(*ppd, mOptions.ppd, mErr).Apply(mOptions.settings);
+}
+
+Outcome PrintCommand::Report(std::string const& path) {
+    if (!mOptions.pairs) {
+        if (!path.empty()) {
+            mOut << path << '\n';
+        }
+        return Outcome::Done();
+    }
+    JobDataFile file;
+    Outcome outcome = path.empty() ? Outcome::Done() : file.Read(path);
+    if (outcome.Ok()) {
+        mOut << file.JSON();
+    }
+    return outcome;
+}

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <ostream>
+#include <string>
+
+#include "host/Outcome.h"
+#include "host/PrintOptions.h"
+
+class DialogSession;
+
+// `zubprint print`: runs one dialog and prints what its last commit wrote.
+class PrintCommand {
+  public:
+    // All must outlive the command.
+    PrintCommand(PrintOptions const& options, std::ostream& out, std::ostream& err);
+
+    Outcome Run();
+
+  private:
+    std::string MakeAndModel() const;
+    Outcome RunDialog(std::string& path);
+    Outcome MakeChoices(DialogSession& dialog);
+    Outcome Report(std::string const& path);
+
+    PrintOptions const& mOptions;
+    std::ostream& mOut;
+    std::ostream& mErr;
+};

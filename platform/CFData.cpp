@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/CoreFoundation.h"
+
+#include "platform/internal/CFObjects.h"
+
+namespace platform {
+
+constinit CFClass const kDataClass = {
+    kDataTypeID, DestroyObject<__CFData>, [](CFObject const* left, CFObject const* right) {
+        return static_cast<CFDataRef>(left)->bytes == static_cast<CFDataRef>(right)->bytes;
+    }};
+
+}  // namespace platform
+
+using platform::NewObject;
+
+CFDataRef CFDataCreate(CFAllocatorRef, std::uint8_t const* bytes, CFIndex length) {
+    if (length < 0 || (bytes == nullptr && length > 0)) {
+        return nullptr;
+    }
+    return NewObject<__CFData>(bytes, static_cast<std::size_t>(length), false);
+}
+
+CFDataRef CFDataCreateCopy(CFAllocatorRef, CFDataRef data) {
+    if (data == nullptr) {
+        return nullptr;
+    }
+    if (!data->isMutable) {
+        return static_cast<CFDataRef>(CFRetain(data));
+    }
+    return NewObject<__CFData>(data->bytes.data(), data->bytes.size(), false);
+}
+
+CFMutableDataRef CFDataCreateMutable(CFAllocatorRef, CFIndex) {
+    return NewObject<__CFData>(nullptr, std::size_t{0}, true);
+}
+
+CFIndex CFDataGetLength(CFDataRef data) {
+    return data == nullptr ? 0 : static_cast<CFIndex>(data->bytes.size());
+}
+
+std::uint8_t const* CFDataGetBytePtr(CFDataRef data) {
+    return data == nullptr ? nullptr : data->bytes.data();
+}
+
+void CFDataAppendBytes(CFMutableDataRef data, std::uint8_t const* bytes, CFIndex length) {
+    if (data == nullptr || bytes == nullptr || length <= 0) {
+        return;
+    }
+    platform::WithoutExceptions(false, [&] {
+        // The bytes may be the data's own.
+        std::vector<std::uint8_t> const copy(bytes, bytes + length);
+        data->bytes.insert(data->bytes.end(), copy.begin(), copy.end());
+        return true;
+    });
+}

@@ -1,0 +1,267 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/CoreFoundation.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+#include "platform/MacTypes.h"
+#include "platform/internal/CFURLObject.h"
+
+namespace platform {
+namespace {
+
+constexpr std::size_t kChunkSize = 65536;
+constexpr int kMaximumLinks = 40;
+constexpr int kMaximumNameAttempts = 100;
+
+class FileDescriptor {
+  public:
+    explicit FileDescriptor(int descriptor) : mDescriptor(descriptor) {}
+    FileDescriptor(FileDescriptor const&) = delete;
+    FileDescriptor& operator=(FileDescriptor const&) = delete;
+    ~FileDescriptor() { Close(); }
+
+    int Get() const { return mDescriptor; }
+    bool IsOpen() const { return mDescriptor >= 0; }
+    // 0, or the error that a write had kept back until now.
+    std::int32_t Close() {
+        int const descriptor = std::exchange(mDescriptor, -1);
+        return descriptor >= 0 && close(descriptor) != 0 && errno != EINTR ? errno : 0;
+    }
+
+  private:
+    int mDescriptor;
+};
+
+std::int32_t WriteAll(int descriptor, std::uint8_t const* bytes, std::size_t size) {
+    while (size > 0) {
+        ssize_t const written = write(descriptor, bytes, size);
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        if (written <= 0) {
+            return written == 0 ? EIO : errno;
+        }
+        bytes += written;
+        size -= static_cast<std::size_t>(written);
+    }
+    return 0;
+}
+
+// Follows links at the end of the path, also one that leads to a file not there yet.
+std::int32_t ResolveLinks(std::string& path) {
+    for (int count = 0; count < kMaximumLinks; ++count) {
+        char target[PATH_MAX];
+        ssize_t const length = readlink(path.c_str(), target, sizeof target);
+        if (length < 0) {
+            return 0;  // no link; whether there is a file shows later
+        }
+        std::string const link(target, static_cast<std::size_t>(length));
+        path = link.starts_with('/') ? link : PathIn(FolderOf(path), link);
+    }
+    return ELOOP;
+}
+
+// A new file under a name of its own in `folder`; removed again unless it takes the target's place.
+class ReplacementFile {
+  public:
+    ReplacementFile() = default;
+    ReplacementFile(ReplacementFile const&) = delete;
+    ReplacementFile& operator=(ReplacementFile const&) = delete;
+    ~ReplacementFile() {
+        if (!mPath.empty()) {
+            unlink(mPath.c_str());
+        }
+    }
+
+    // `old`, if given, tells the mode and the owner to keep.
+    std::int32_t Create(std::string const& folder, struct stat const* old);
+    std::int32_t Fill(std::uint8_t const* bytes, std::size_t size);
+    std::int32_t Replace(std::string const& target);
+
+  private:
+    std::string mPath;  // empty when there is nothing to remove
+    int mDescriptor = -1;
+};
+
+std::int32_t ReplacementFile::Create(std::string const& folder, struct stat const* old) {
+    constexpr mode_t kNewFileMode = 0666;
+    constexpr mode_t kPrivateMode = 0600;
+    for (int attempt = 0; attempt < kMaximumNameAttempts; ++attempt) {
+        std::uint64_t number = 0;
+        if (getentropy(&number, sizeof number) != 0) {
+            return errno;
+        }
+        char name[40];
+        std::snprintf(name, sizeof name, "/.new-%016llx", static_cast<unsigned long long>(number));
+        std::string path = folder + name;
+        int const flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
+        mDescriptor = open(path.c_str(), flags, old == nullptr ? kNewFileMode : kPrivateMode);
+        if (mDescriptor >= 0) {
+            mPath = std::move(path);
+            break;
+        }
+        if (errno != EEXIST) {
+            return errno;
+        }
+    }
+    if (mDescriptor < 0) {
+        return EEXIST;
+    }
+    if (old == nullptr) {
+        return 0;
+    }
+    // Another's file stays theirs where we may give it away; the mode counts in any case.
+    if (fchown(mDescriptor, old->st_uid, old->st_gid) != 0) {
+        errno = 0;
+    }
+    return fchmod(mDescriptor, old->st_mode & 07777) == 0 ? 0 : errno;
+}
+
+std::int32_t ReplacementFile::Fill(std::uint8_t const* bytes, std::size_t size) {
+    FileDescriptor file(std::exchange(mDescriptor, -1));
+    std::int32_t error = WriteAll(file.Get(), bytes, size);
+    if (error == 0 && fsync(file.Get()) != 0) {
+        error = errno;
+    }
+    std::int32_t const closeError = file.Close();
+    return error != 0 ? error : closeError;
+}
+
+std::int32_t ReplacementFile::Replace(std::string const& target) {
+    if (rename(mPath.c_str(), target.c_str()) != 0) {
+        return errno;
+    }
+    mPath.clear();
+    // The rename itself shall last; a folder that can't be synchronised is no failure of the write.
+    FileDescriptor const folder(open(FolderOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder.IsOpen() && fsync(folder.Get()) != 0) {
+        errno = 0;
+    }
+    return 0;
+}
+
+std::int32_t WriteToDevice(std::string const& path, std::uint8_t const* bytes, std::size_t size) {
+    FileDescriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
+    if (!file.IsOpen()) {
+        return errno;
+    }
+    std::int32_t const error = WriteAll(file.Get(), bytes, size);
+    std::int32_t const closeError = file.Close();
+    return error != 0 ? error : closeError;
+}
+
+std::int32_t WriteWholeFile(std::string path, std::uint8_t const* bytes, std::size_t size) {
+    if (std::int32_t const error = ResolveLinks(path); error != 0) {
+        return error;
+    }
+    struct stat old {};
+    bool const exists = stat(path.c_str(), &old) == 0;
+    if (!exists && errno != ENOENT) {
+        return errno;
+    }
+    if (exists) {
+        if (S_ISCHR(old.st_mode)) {
+            return WriteToDevice(path, bytes, size);
+        }
+        if (!S_ISREG(old.st_mode)) {
+            return S_ISDIR(old.st_mode) ? EISDIR : EINVAL;
+        }
+        // A file that the user protected isn't replaced, though its folder would let us.
+        if (access(path.c_str(), W_OK) != 0) {
+            return errno;
+        }
+    }
+    ReplacementFile replacement;
+    std::int32_t error = replacement.Create(FolderOf(path), exists ? &old : nullptr);
+    if (error == 0) {
+        error = replacement.Fill(bytes, size);
+    }
+    return error != 0 ? error : replacement.Replace(path);
+}
+
+}  // namespace
+
+std::int32_t ReadWholeFile(std::string const& path, std::string& bytes) {
+    bytes.clear();
+    // Opening a pipe would wait for its other end.
+    FileDescriptor const file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status {};
+    if (!file.IsOpen() || fstat(file.Get(), &status) != 0) {
+        return errno;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+    }
+    std::size_t used = 0;
+    bytes.resize(static_cast<std::size_t>(status.st_size) + 1);
+    for (;;) {
+        if (used == bytes.size()) {
+            bytes.resize(used + kChunkSize);
+        }
+        ssize_t const count = read(file.Get(), bytes.data() + used, bytes.size() - used);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            bytes.resize(used);
+            return count == 0 ? 0 : errno;
+        }
+        used += static_cast<std::size_t>(count);
+    }
+}
+
+}  // namespace platform
+
+namespace {
+
+void Report(std::int32_t value, std::int32_t* error) {
+    if (error != nullptr) {
+        *error = value;
+    }
+}
+
+}  // namespace
+
+bool CFURLCreateDataAndPropertiesFromResource(CFAllocatorRef allocator, CFURLRef url,
+                                              CFDataRef* data, std::int32_t* error) {
+    CFRef<CFDataRef> contents;
+    std::int32_t const result = platform::WithoutExceptions<std::int32_t>(memFullErr, [&] {
+        std::string const path = platform::AbsolutePath(url);
+        std::string bytes;
+        std::int32_t const readError =
+            path.empty() ? paramErr : platform::ReadWholeFile(path, bytes);
+        if (readError != 0) {
+            return readError;
+        }
+        contents = CFRef<CFDataRef>(
+            CFDataCreate(allocator, reinterpret_cast<std::uint8_t const*>(bytes.data()),
+                         static_cast<CFIndex>(bytes.size())));
+        return contents ? noErr : memFullErr;
+    });
+    Report(result, error);
+    if (data != nullptr) {
+        *data = contents.Release();
+    }
+    return result == noErr;
+}
+
+bool CFURLWriteDataAndPropertiesToResource(CFURLRef url, CFDataRef data, std::int32_t* error) {
+    std::int32_t const result = platform::WithoutExceptions<std::int32_t>(memFullErr, [&] {
+        std::string path = platform::AbsolutePath(url);
+        if (path.empty() || data == nullptr) {
+            return paramErr;
+        }
+        return platform::WriteWholeFile(std::move(path), CFDataGetBytePtr(data),
+                                        static_cast<std::size_t>(CFDataGetLength(data)));
+    });
+    Report(result, error);
+    return result == noErr;
+}

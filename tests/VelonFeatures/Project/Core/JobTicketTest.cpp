@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "VelonFeatures/Project/Core/JobTicket.h"
+
+#include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
+#include "VelonFeatures/Project/Core/PrinterInfoTicket.h"
+#include "ZUBUtils/PPDUtils/CString.h"
+#include "tests/VelonFeatures/Project/Core/TestSession.h"
+
+namespace {
+
+TEST(JobTicketTest, ASessionNumberIsThereAndNotZero) {
+    TestSession session;
+    JobTicket ticket(session.Get());
+    struct {
+        std::int32_t number;
+        OSStatus status;
+    } const cases[] = {{5, noErr}, {-1, noErr}, {0, -30875}};
+    for (auto const& row : cases) {
+        PMSessionSetTicket(session.Get(), CFSTR("Number"), row.number);
+        long value = 77;
+        EXPECT_EQ(row.status, ticket.Get(CFSTR("Number"), value));
+        EXPECT_EQ(row.status == noErr ? row.number : 77, value);
+        EXPECT_EQ(row.status, ticket.Status());
+    }
+    long value = 0;
+    PMSessionSetDataInSession(session.Get(), CFSTR("Number"), CFSTR("12"));
+    EXPECT_EQ(-30875, ticket.Get(CFSTR("Number"), value)) << "a text";
+    EXPECT_EQ(-30875, ticket.Get(CFSTR("Nothing"), value));
+}
+
+TEST(JobTicketTest, ItemsComeBackAsTheyWereSet) {
+    TestSession session;
+    JobTicket ticket(session.Get());
+    CFStringRef const client = CFSTR("client");
+    CFRef<CFDataRef> const data(
+        CFDataCreate(nullptr, reinterpret_cast<std::uint8_t const*>("\0x"), 2));
+    CFRef<CFMutableDictionaryRef> const dictionary(CFDictionaryCreateMutable(nullptr, 0));
+    EXPECT_EQ(noErr, ticket.Set(client, CFSTR("S"), CFSTR("text"), false));
+    EXPECT_EQ(noErr, ticket.Set(client, CFSTR("D"), data.Get(), false));
+    EXPECT_EQ(noErr, ticket.Set(client, CFSTR("Y"), CFDictionaryRef(dictionary.Get()), false));
+    EXPECT_EQ(noErr, ticket.Set(client, CFSTR("N"), 3000000000L, false));
+    CFStringRef text = nullptr;
+    CFDataRef bytes = nullptr;
+    CFDictionaryRef values = nullptr;
+    long number = 0;
+    EXPECT_EQ(noErr, ticket.Get(CFSTR("S"), text));
+    EXPECT_EQ("text", Text(text));
+    EXPECT_EQ(noErr, ticket.Get(CFSTR("D"), bytes));
+    EXPECT_TRUE(CFEqual(data, bytes));
+    EXPECT_EQ(noErr, ticket.Get(CFSTR("Y"), values));
+    EXPECT_TRUE(CFEqual(dictionary, values));
+    EXPECT_EQ(noErr, ticket.GetInt(CFSTR("N"), number));
+    EXPECT_EQ(2147483647, number) << "numbers have 32 bits";
+    EXPECT_NE(noErr, ticket.Get(CFSTR("N"), text)) << "another type";
+    EXPECT_EQ(nullptr, text);
+    EXPECT_EQ(noErr, ticket.Release(CFSTR("N")));
+    EXPECT_NE(noErr, ticket.GetInt(CFSTR("N"), number));
+    EXPECT_EQ(0, number);
+}
+
+TEST(JobTicketTest, ValidityIsEachClassesOwn) {
+    EXPECT_FALSE(JobTicket(static_cast<PMPrintSession>(nullptr)).IsValid());
+    EXPECT_TRUE(JobTicket(CFSTR("name")).IsValid());
+    TestSession session;
+    session.RemoveTicket("PMPrinterInfoTicket");
+    PrinterInfoTicket info(session.Get());
+    EXPECT_FALSE(info.IsValid()) << "the print settings don't stand in for it";
+    EXPECT_EQ(nullptr, info.GetMakeAndModelName());
+    EXPECT_TRUE(PrintSettingsTicket(session.Get()).IsValid());
+    session.RemoveTicket("PMPrintSettingsTicket");
+    EXPECT_FALSE(PrintSettingsTicket(session.Get()).IsValid());
+    JobTicket ticket(session.Get());
+    EXPECT_TRUE(ticket.IsValid());
+    CFStringRef text = CFSTR("former");
+    EXPECT_EQ(-30891, ticket.Get(CFSTR("S"), text));
+    EXPECT_EQ(nullptr, text);
+    EXPECT_EQ(-30891, ticket.Set(CFSTR("client"), CFSTR("N"), 1L, false));
+    EXPECT_EQ(-30891, ticket.Release(CFSTR("N")));
+}
+
+TEST(PrinterInfoTicketTest, EachAccessorReadsItsOwnKey) {
+    TestSession session;
+    PrinterInfoTicket info(session.Get());
+    auto const set = [&](std::string const& key, CFPropertyListRef value) {
+        PMTicketSetItem(session.Info(), CFSTR("test"), Str("com.apple.print.PrinterInfo." + key),
+                        value, false);
+    };
+    struct {
+        char const* key;
+        CFStringRef (PrinterInfoTicket::*get)();
+    } const texts[] = {
+        {"PMMakeAndModelName", &PrinterInfoTicket::GetMakeAndModelName},
+        {"PMPrinterLongName", &PrinterInfoTicket::GetFullPrinterTypeName},
+        {"PMPrinterAddress", &PrinterInfoTicket::GetPrinterAddress},
+        {"PMDescriptionFile", &PrinterInfoTicket::PPDFile},
+        {"PMColorDeviceID", &PrinterInfoTicket::GetColorDeviceUUID},
+    };
+    for (auto const& row : texts) {
+        session.RemoveInfo(row.key);
+        EXPECT_EQ(nullptr, (info.*row.get)()) << row.key;
+        EXPECT_NE(noErr, info.InfoStatus());
+        session.SetInfo(row.key, row.key);
+        EXPECT_EQ(row.key, Text((info.*row.get)()));
+        EXPECT_EQ(noErr, info.InfoStatus());
+    }
+    struct {
+        char const* key;
+        bool (PrinterInfoTicket::*get)();
+    } const flags[] = {
+        {"PMSupportsColor", &PrinterInfoTicket::SupportColor},
+        {"PMDoesCopies", &PrinterInfoTicket::SupportCopies},
+        {"PMDoesCopyCollate", &PrinterInfoTicket::SupportCopiesAndCollate},
+        {"PMDoesReverseOrder", &PrinterInfoTicket::SupportReversePrintingOrder},
+    };
+    for (auto const& row : flags) {
+        EXPECT_FALSE((info.*row.get)()) << row.key;
+        set(row.key, kCFBooleanTrue);
+        EXPECT_TRUE((info.*row.get)()) << row.key;
+        set(row.key, kCFBooleanFalse);
+        EXPECT_FALSE((info.*row.get)()) << row.key;
+    }
+    CString file("former");
+    session.RemoveInfo("PMDescriptionFile");
+    EXPECT_FALSE(info.PPDFile(file));
+    EXPECT_TRUE(file.Empty());
+}
+
+TEST(PrinterInfoTicketTest, PostscriptVersionTakesWhatIsThere) {
+    TestSession session;
+    PrinterInfoTicket info(session.Get());
+    long level = 7;
+    long revision = 7;
+    CFStringRef version = nullptr;
+    EXPECT_FALSE(info.PostscriptVersion(&level, &version, &revision));
+    EXPECT_EQ(7, level);
+    PMTicketSetSInt32(info.Ticket(), CFSTR("test"),
+                      CFSTR("com.apple.print.PrinterInfo.PMPostScriptLevel"), 3, false);
+    session.SetInfo("PMPSRevision", "no number");
+    EXPECT_TRUE(info.PostscriptVersion(&level, nullptr, &revision));
+    EXPECT_EQ(3, level);
+    EXPECT_EQ(-1, revision);
+    EXPECT_FALSE(info.PostscriptVersion(nullptr, &version, nullptr));
+    EXPECT_EQ(0, info.MemoryInstalled());
+}
+
+}  // namespace

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "VelonFeatures/Project/Core/ZUBJobTicket.h"
+
+#include <algorithm>
+#include <climits>
+
+#include "PPDX/PPDObjects/Controls/PPDXControl.h"
+#include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
+#include "tests/VelonFeatures/Project/Core/CoreFixture.h"
+
+namespace {
+
+// Emits `length` bytes.
+class FixedControl : public PPDXControl {
+  public:
+    explicit FixedControl(long length) : mLength(length) {}
+
+    void ResetToDefaultValue() override {}
+    long PostScript(unsigned char* out) override {
+        if (out != nullptr) {
+            std::fill_n(out, mLength, static_cast<unsigned char>('x'));
+        }
+        return mLength;
+    }
+    short Restore(Settings&, long) override { return 0; }
+    CFStringRef CopyCurrentControlValueString() override { return nullptr; }
+    void SetCurrentControlWithCFString(CFStringRef) override {}
+
+  private:
+    long mLength;
+};
+
+class ZUBJobTicketTest : public CoreFixture {
+  protected:
+    TestSession::Pairs Added() const { return TestSession::PairsOf(mTicket.List()); }
+
+    PrintSettingsTicket mSettings{mSession.Get()};
+    CFRef<CFStringRef> mKey{CreatePostscriptDataFileKey()};
+    ZUBJobTicket mTicket{&mSettings, mKey};
+};
+
+TEST_F(ZUBJobTicketTest, AddKeepsOrderAndPassesOverNothing) {
+    EXPECT_TRUE(mTicket.Add(kFeatureSite, ""));
+    EXPECT_EQ(0U, mTicket.Count());
+    EXPECT_TRUE(mTicket.Add(kSuppressedKeywordSite, "*Key"));
+    unsigned char const bytes[] = {0, 0xFF, '\n'};
+    EXPECT_TRUE(mTicket.Add(kFeatureSite, bytes, sizeof(bytes)));
+    EXPECT_FALSE(mTicket.Add(kFeatureSite, static_cast<PPDXControl*>(nullptr)));
+    EXPECT_TRUE(mTicket.Add(kFeatureSite, "%%BeginFeature: *PresetName x"))
+        << "no exchange took place";
+    EXPECT_EQ(3U, mTicket.Count());
+    EXPECT_EQ(
+        (TestSession::Pairs{
+            {-9, "*Key"}, {81, std::string("\0\xFF\n", 3)}, {81, "%%BeginFeature: *PresetName x"}}),
+        Added());
+}
+
+TEST_F(ZUBJobTicketTest, AControlsTextComesWholeWhateverItsLength) {
+    for (long const length : {0L, 1L, 1024L, 1025L, 100000L}) {
+        FixedControl control(length);
+        std::uint32_t const before = mTicket.Count();
+        EXPECT_TRUE(mTicket.Add(kFeatureSite, &control)) << length;
+        ASSERT_EQ(before + (length > 0 ? 1 : 0), mTicket.Count());
+        if (length > 0) {
+            EXPECT_EQ(std::string(static_cast<std::size_t>(length), 'x'), Added().back().second);
+        }
+    }
+}
+
+TEST_F(ZUBJobTicketTest, ALackOfMemoryKeepsWhatWasThere) {
+    mTicket.Add(kFeatureSite, "first");
+    for (long const creation : {0L, 1L}) {
+        FailCreationAfter(creation);
+        EXPECT_FALSE(mTicket.Add(kFeatureSite, "second")) << creation;
+        EXPECT_EQ(-108, mTicket.LastStatus());
+    }
+    FailCreationAfter(-1);
+    EXPECT_EQ((TestSession::Pairs{{81, "first"}}), Added());
+    EXPECT_TRUE(mTicket.Add(kFeatureSite, "third"));
+    EXPECT_EQ(noErr, mTicket.LastStatus());
+    int unusable = 0;
+    for (long n = 0; n < 8; ++n) {
+        FailCreationAfter(n);
+        ZUBJobTicket const ticket(&mSettings, mKey);
+        FailCreationAfter(-1);
+        EXPECT_EQ(ticket.List() != nullptr, ticket.IsJobValid());
+        unusable += ticket.IsJobValid() ? 0 : 1;
+    }
+    EXPECT_EQ(1, unusable);
+}
+
+TEST_F(ZUBJobTicketTest, SaveNamesAFileOnlyWhenItIsWhole) {
+    EXPECT_TRUE(mTicket.Save(CFSTR("client"))) << "nothing to write";
+    EXPECT_EQ("", mSession.JobFile());
+    mTicket.Add(kFeatureSite, "first");
+    EXPECT_FALSE(mTicket.Save(nullptr));
+    ASSERT_TRUE(mTicket.Save(CFSTR("client")));
+    std::string const first = mSession.JobFile();
+    EXPECT_EQ(std::string("/tmp/Velon.temp").size() + 36, first.size()) << first;
+    EXPECT_TRUE(mTicket.Save(CFSTR("client"))) << "unchanged";
+    EXPECT_EQ(first, mSession.JobFile());
+
+    mTicket.Add(kFeatureSite, "second");
+    for (long n = 0; n < 4; ++n) {
+        FailCreationAfter(n);
+        EXPECT_FALSE(mTicket.Save(CFSTR("client"))) << n;
+        FailCreationAfter(-1);
+        EXPECT_EQ(-108, mTicket.LastStatus());
+        EXPECT_EQ(first, mSession.JobFile());
+    }
+    EXPECT_EQ((TestSession::Pairs{{81, "first"}}), mSession.TakeJob());
+    EXPECT_TRUE(mTicket.Save(CFSTR("client"))) << "still to be written";
+    EXPECT_EQ((TestSession::Pairs{{81, "first"}, {81, "second"}}), mSession.TakeJob());
+    EXPECT_TRUE(mTicket.Invalidate(CFSTR("client")));
+    EXPECT_EQ("", mSession.JobFile());
+    EXPECT_FALSE(ZUBJobTicket(nullptr, mKey).Save(CFSTR("client")));
+}
+
+TEST_F(ZUBJobTicketTest, CopiesGoThroughTheSettings) {
+    EXPECT_EQ(0, mTicket.GetCopies());
+    for (long const copies : {1L, 99L, LONG_MAX}) {
+        EXPECT_TRUE(mTicket.EnforceCopiesLimit(CFSTR("client"), copies));
+        EXPECT_EQ(std::min<long>(copies, INT_MAX), mTicket.GetCopies());
+    }
+}
+
+}  // namespace

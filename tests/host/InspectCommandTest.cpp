@@ -1,0 +1,201 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "host/InspectCommand.h"
+
+#include "PPDX/PPDObjects/DisplayOptions.h"
+#include "PPDX/PPDObjects/ZUBPPD.h"
+#include "host/ParsedPPD.h"
+#include "host/TreeJson.h"
+#include "tests/host/HostFixture.h"
+
+using nlohmann::json;
+
+namespace {
+
+class InspectCommandTest : public HostFixture {
+  protected:
+    static json Control(json const& document, std::string const& keyword) {
+        for (json const& control : document["controls"]) {
+            if (control["keyword"] == keyword) {
+                return control;
+            }
+        }
+        ADD_FAILURE() << keyword << " isn't among " << document["controls"];
+        return {};
+    }
+
+    // A boolean outside all groups, with a text and code for one state only.
+    static std::string Collate() {
+        return "*%ZUBFlags *Collate: Spooler|Command\n"
+               "*OpenUI *Collate/Collate: Boolean\n"
+               "*DefaultCollate: True\n"
+               "*Collate True/Sorted: \"true setcollate\"\n"
+               "*Collate False: \"\"\n"
+               "*CloseUI: *Collate\n";
+    }
+};
+
+TEST_F(InspectCommandTest, PrintsAllThatCameOfAFile) {
+    json const expected = json::parse(R"json({
+      "validPrinterName": true,
+      "valid": true,
+      "header": {"PCFileName": "ZUBDEMO.PPD", "FormatVersion": "4.3", "FileVersion": null,
+                 "LanguageVersion": "English", "LanguageEncoding": "ISOLatin1", "ModelName": null,
+                 "APDialogExtension": null, "ZUFileVersion": null, "ZUVersion": "4.4"},
+      "errors": [{"code": 29, "fatal": false, "keyword": "*Collate"},
+                 {"code": 33, "fatal": false, "keyword": "*Stack"},
+                 {"code": 29, "fatal": false, "keyword": "*Stack"}],
+      "properties": [{"keyword": "Layout", "name": "Layout", "visible": true,
+                      "showInPrintProperties": true, "showInApplication": true,
+                      "scrollPane": "Pane1"}],
+      "groups": [{"keyword": "Pane1", "name": "Layout Pane", "kind": "scrollPane", "visible": true,
+                  "parent": "Layout", "rollDowns": ["Finish"]},
+                 {"keyword": "Finish", "name": "Finishing", "kind": "rollDown", "visible": true,
+                  "parent": "Pane1", "controls": ["*Duplex"]}],
+      "controls": [
+        {"keyword": "*Duplex", "name": "Two Sided", "type": 5, "visible": true, "parent": "Finish",
+         "flags": ["Dynamic"], "value": "None",
+         "postScript": "%%BeginFeature: *Duplex None\nfalse setduplex\n%%EndFeature\n",
+         "multiple": false, "installable": false, "default": "None",
+         "items": [{"keyword": "None", "name": "Off", "code": "false setduplex\n",
+                    "selected": true},
+                   {"keyword": "On", "name": "On", "code": "true setduplex\n", "selected": false},
+                   {"keyword": "Tumble", "name": "Tumbled", "code": "true settumble\n",
+                    "selected": false}]},
+        {"keyword": "*Collate", "name": "Collate", "type": 4, "visible": true, "parent": null,
+         "flags": ["Spooler", "Command"], "value": "True",
+         "postScript": "%%BeginFeature: *Collate True\ntrue setcollate\n%%EndFeature\n",
+         "default": true, "trueText": "Sorted", "falseText": null,
+         "trueCode": "true setcollate\n", "falseCode": null},
+        {"keyword": "*Stack", "name": "Stack", "type": 5, "visible": true, "parent": null,
+         "flags": [], "value": null, "postScript": "", "multiple": true, "installable": false,
+         "default": null,
+         "items": [{"keyword": "Face", "name": null, "code": null, "selected": false}]}],
+      "shortcuts": [],
+      "shortcutCount": 0
+    })json");
+    std::string const stack =
+        "*%ZUBFlags *Stack: \"\"\n"
+        "*OpenUI *Stack/Stack: PickMany\n"
+        "*Stack Face: \"\"\n"
+        "*CloseUI: *Stack\n";
+    std::string const ppd = Write("a.ppd", Head() + Duplex() + Collate() + stack);
+    json const document = RunForJSON({"inspect", ppd});
+    EXPECT_EQ(json::array(), json::diff(expected, document));
+}
+
+TEST_F(InspectCommandTest, BytesKeepTheirValueAndNamesTheirMeaning) {
+    // 0xE9 is "e acute" in the file's encoding and "E grave" in the system's.
+    std::string const ppd = Write("a.ppd", Head() +
+                                               "*%ZUBFlags *Tray: Dynamic\n"
+                                               "*OpenUI *Tray/Bac \xE9troit: PickOne\n"
+                                               "*DefaultTray: T\xE9\n"
+                                               "*Tray T\xE9/Pr\xE9"
+                                               "f\xE9r\xE9: \"(\xE9\x80) =\"\n"
+                                               "*CloseUI: *Tray\n");
+    json const tray = Control(RunForJSON({"inspect", ppd}), "*Tray");
+    EXPECT_EQ("Bac \u00E9troit", tray["name"]);
+    EXPECT_EQ("T\u00E9", tray["default"]);
+    EXPECT_EQ("T\u00E9", tray["items"][0]["keyword"]);
+    EXPECT_EQ("Pr\u00E9f\u00E9r\u00E9", tray["items"][0]["name"]);
+    EXPECT_EQ("(\u00E9\u0080) =\n", tray["items"][0]["code"]);
+    EXPECT_EQ("%%BeginFeature: *Tray T\u00E9\n(\u00E9\u0080) =\n%%EndFeature\n",
+              tray["postScript"]);
+}
+
+TEST_F(InspectCommandTest, SettingsAreMadeInOrderBeforePrinting) {
+    std::string const ppd = Write("a.ppd", Head() + Duplex() + Collate());
+    json const document = RunForJSON(
+        {"inspect", ppd, "--set", "*Duplex=On", "--set", "*Duplex=Tumble", "--set", "*Collate=no"});
+    json const duplex = Control(document, "*Duplex");
+    EXPECT_EQ("Tumble", duplex["value"]);
+    EXPECT_EQ("None", duplex["default"]);
+    EXPECT_FALSE(duplex["items"][1]["selected"].get<bool>());
+    EXPECT_TRUE(duplex["items"][2]["selected"].get<bool>());
+    EXPECT_EQ("False", Control(document, "*Collate")["value"]);
+    EXPECT_EQ("%%BeginFeature: *Collate False\n\n%%EndFeature\n",
+              Control(document, "*Collate")["postScript"]);
+}
+
+TEST_F(InspectCommandTest, AChoiceThatIsntTakenOnlyWarns) {
+    std::string const ppd = Write("a.ppd", Head() + Duplex());
+    Result const result = Run({"inspect", ppd, "--set", "*Duplex=On", "--set", "*Duplex=Off"});
+    EXPECT_EQ(0, result.status);
+    EXPECT_EQ("zubprint: warning: *Duplex doesn't take Off and stays at On\n", result.err);
+    EXPECT_EQ("On", Control(json::parse(result.out), "*Duplex")["value"]);
+}
+
+// The colour profiles can be named as people see them, and take what the PPD doesn't know.
+TEST_F(InspectCommandTest, AChoiceBySecondNameIsTakenWithoutWarning) {
+    std::string const ppd = Write("a.ppd", Head() +
+                                               "*%ZUBFlags *ZUOutProfile: Dynamic\n"
+                                               "*OpenUI *ZUOutProfile/Profile: PickOne\n"
+                                               "*DefaultZUOutProfile: None\n"
+                                               "*ZUOutProfile None/Off: \"\"\n"
+                                               "*ZUOutProfile F39/Coated 39: \"\"\n"
+                                               "*CloseUI: *ZUOutProfile\n");
+    for (auto const& [asked, value] :
+         {std::pair{"coated 39", "F39"}, {"F39", "F39"}, {"My Press", "My Press"}}) {
+        Result const result = Run({"inspect", ppd, "--set", std::string("*ZUOutProfile=") + asked});
+        EXPECT_EQ("", result.err);
+        EXPECT_EQ(value, Control(json::parse(result.out), "*ZUOutProfile")["value"]);
+    }
+}
+
+TEST_F(InspectCommandTest, ASettingOfAnUnknownControlPrintsNothingElse) {
+    std::string const ppd = Write("a.ppd", Head() + Duplex());
+    Result const result = Run({"inspect", ppd, "--set", "*Dup=On"});
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ("", result.out);
+    EXPECT_EQ("zubprint: " + ppd + " has no control *Dup\n", result.err);
+}
+
+TEST_F(InspectCommandTest, AFileOfAnotherMakerIsNotRead) {
+    std::string const ppd = Write("a.ppd", Head() + Duplex());
+    EXPECT_EQ(
+        1U,
+        RunForJSON({"inspect", ppd, "--accept", "OTHER", "--accept", "ZUB"})["controls"].size());
+    json const refused = RunForJSON({"inspect", ppd, "--accept", "OTHER"});
+    EXPECT_EQ(false, refused["validPrinterName"]);
+    EXPECT_EQ(json::array(), refused["controls"]);
+    EXPECT_EQ(json::array(), refused["groups"]);
+    EXPECT_EQ(nullptr, refused["header"]["ZUVersion"]);
+}
+
+TEST_F(InspectCommandTest, ParseOptionsDecideAboutOrphans) {
+    std::string const ppd = Write("a.ppd", Head() + Duplex() + Collate());
+    EXPECT_EQ(2U, RunForJSON({"inspect", ppd, "--parse-options", "1"})["controls"].size());
+    json const placed = RunForJSON({"inspect", ppd, "--parse-options", "2"});
+    EXPECT_EQ(1U, placed["controls"].size());
+    EXPECT_EQ(json::parse(R"([{"code": 21, "fatal": false, "keyword": "*Collate"}])"),
+              placed["errors"]);
+}
+
+TEST_F(InspectCommandTest, WhatCantBeOpenedIsAFailureAndWhatCantBeReadAnError) {
+    std::string const file = Write("empty.ppd", "");
+    for (std::string const& path : {PathOf("missing.ppd"), PathOf(""), file + "/below.ppd"}) {
+        Result const result = Run({"inspect", path});
+        EXPECT_EQ(1, result.status) << path;
+        EXPECT_EQ("", result.out);
+        EXPECT_TRUE(result.err.starts_with("zubprint: can't open " + path + ": ")) << result.err;
+        EXPECT_EQ(1, CountLines(result.err));
+    }
+    json const empty = RunForJSON({"inspect", file});
+    EXPECT_EQ(false, empty["valid"]);
+    EXPECT_EQ(json::parse(R"({"code": 18, "fatal": true, "keyword": null})"),
+              empty["errors"].at(0));
+}
+
+TEST_F(InspectCommandTest, TheProcessIsLeftAsItWas) {
+    std::string const path = Write("a.ppd", Head() + Duplex());
+    ZUBPPD::SetExtensions(kExtensionsLevel1);
+    RunForJSON({"inspect", path, "--extensions", "2"});
+    EXPECT_EQ(kExtensionsLevel1, ZUBPPD::GetExtensions());
+    ZUBPPD::SetExtensions(kExtensionsAll);
+
+    ParsedPPD const ppd(path, kParseAll, {});
+    DisplayOptions::Options(kDisplayOrphans);
+    EXPECT_EQ(1U, TreeJson::Describe(ppd.Get())["controls"].size());
+    EXPECT_EQ(kDisplayOrphans, DisplayOptions::Options());
+}
+
+}  // namespace

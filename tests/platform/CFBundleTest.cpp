@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/PlugInHost.h"
+#include "tests/platform/TestSupport.h"
+
+namespace {
+
+std::string Dictionary(std::string const& entries) {
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist><dict>" + entries + "</dict></plist>";
+}
+
+std::string Entry(std::string const& key, std::string const& value) {
+    return "<key>" + key + "</key><string>" + value + "</string>";
+}
+
+class CFBundleTest : public OwnershipTest {
+  protected:
+    CFRef<CFBundleRef> Create(std::string const& folder, std::string const& entries) {
+        mFolder.Write(folder + "/Contents/Info.plist", Dictionary(entries));
+        return CFRef<CFBundleRef>(CFBundleCreate(nullptr, FileURL(mFolder.Path(folder), true)));
+    }
+    void WriteTexts(std::string const& language, std::string const& entries,
+                    std::string const& table = "Localizable") {
+        mFolder.Write("a.plugin/Contents/Resources/" + language + ".lproj/" + table + ".strings",
+                      Dictionary(entries));
+    }
+
+    TemporaryFolder mFolder;
+    ScopedVariable mAllLocale{"LC_ALL", nullptr};
+    ScopedVariable mMessages{"LC_MESSAGES", nullptr};
+    ScopedVariable mLanguage{"LANG", nullptr};
+};
+
+TEST_F(CFBundleTest, IsKnownByItsIdentifierAsLongAsItLives) {
+    auto first = Create("a.plugin", Entry("CFBundleIdentifier", "zub.test"));
+    ASSERT_TRUE(first);
+    auto second = Create("b.plugin", Entry("CFBundleIdentifier", "zub.test"));
+    EXPECT_EQ(CFBundleGetBundleWithIdentifier(Str("zub.test")), second.Get());
+    second = {};
+    EXPECT_EQ(CFBundleGetBundleWithIdentifier(Str("zub.test")), first.Get());
+    EXPECT_EQ(CFBundleGetBundleWithIdentifier(Str("zub.other")), nullptr);
+    first = {};
+    EXPECT_EQ(CFBundleGetBundleWithIdentifier(Str("zub.test")), nullptr);
+    EXPECT_EQ(CFBundleGetBundleWithIdentifier(nullptr), nullptr);
+}
+
+TEST_F(CFBundleTest, TellsItsInformationAndItsPlace) {
+    auto const bundle =
+        Create("a.plugin", Entry("CFBundleVersion", "1.2") + "<key>CFPlugInTypes</key><dict/>");
+    auto const* version = CFBundleGetValueForInfoDictionaryKey(bundle, CFSTR("CFBundleVersion"));
+    EXPECT_TRUE(CFEqual(version, CFSTR("1.2")));
+    EXPECT_EQ(CFGetTypeID(CFBundleGetValueForInfoDictionaryKey(bundle, CFSTR("CFPlugInTypes"))),
+              CFDictionaryGetTypeID());
+    EXPECT_EQ(CFBundleGetValueForInfoDictionaryKey(bundle, CFSTR("absent")), nullptr);
+    EXPECT_EQ(CFBundleGetIdentifier(bundle), nullptr);
+    CFRef<CFURLRef> const url(CFBundleCopyBundleURL(bundle));
+    EXPECT_TRUE(CFEqual(url, FileURL(mFolder.Path("a.plugin"), true)));
+}
+
+TEST_F(CFBundleTest, NeedsAnInfoListThatIsADictionary) {
+    EXPECT_EQ(CFBundleCreate(nullptr, FileURL(mFolder.Path("absent"), true)), nullptr);
+    mFolder.Write("bad/Contents/Info.plist", "<plist><array/></plist>");
+    EXPECT_EQ(CFBundleCreate(nullptr, FileURL(mFolder.Path("bad"), true)), nullptr);
+    EXPECT_EQ(CFBundleCreate(nullptr, nullptr), nullptr);
+}
+
+TEST_F(CFBundleTest, TextsComeInTheUsersLanguageThenInEnglishThenAsGiven) {
+    auto const bundle = Create("a.plugin", "");
+    WriteTexts("English", Entry("Title", "Printer") + Entry("Only", "English"));
+    WriteTexts("de", Entry("Title", "Drucker"));
+    WriteTexts("Japanese", Entry("Title", "プリンタ"));
+    WriteTexts("zh_TW", Entry("Title", "印表機"));
+    WriteTexts("en", Entry("Pane", "Settings"), "Other");
+    auto const text = [&](char const* key, CFStringRef value, CFStringRef table) {
+        CFRef<CFStringRef> const found(CFBundleCopyLocalizedString(bundle, Str(key), value, table));
+        return Text(found);
+    };
+    struct Case {
+        char const* locale;
+        char const* title;
+    };
+    for (auto const& c :
+         {Case{"C", "Printer"}, Case{"de_AT.UTF-8", "Drucker"}, Case{"de", "Drucker"},
+          Case{"ja_JP.UTF-8", "プリンタ"}, Case{"zh_TW", "印表機"}, Case{"fr_FR", "Printer"},
+          Case{"../../x", "Printer"}}) {
+        ScopedVariable const locale("LC_MESSAGES", c.locale);
+        EXPECT_EQ(text("Title", nullptr, nullptr), c.title) << c.locale;
+        EXPECT_EQ(text("Only", nullptr, nullptr), "English") << c.locale;
+        EXPECT_EQ(text("Pane", nullptr, CFSTR("Other")), "Settings") << c.locale;
+    }
+    EXPECT_EQ(text("Missing", CFSTR("default"), nullptr), "default");
+    EXPECT_EQ(text("Missing", CFSTR(""), nullptr), "Missing");
+    EXPECT_EQ(text("Title", nullptr, CFSTR("../English.lproj/Localizable")), "Title");
+    CFRef<CFStringRef> const withoutBundle(
+        CFBundleCopyLocalizedString(nullptr, CFSTR("Title"), nullptr, nullptr));
+    EXPECT_EQ(Text(withoutBundle), "Title");
+}
+
+TEST_F(CFBundleTest, FunctionsComeFromItsExecutable) {
+    auto const bundle = Create("a.plugin", Entry("CFBundleExecutable", "Module"));
+    auto const answer = CFSTR("AnswerOfTheLoadedModule");
+    EXPECT_EQ(CFBundleGetFunctionPointerForName(bundle, answer), nullptr);
+    std::filesystem::create_directories(mFolder.Path("a.plugin/Contents/MacOS"));
+    std::filesystem::copy(LOADED_MODULE_FILE, mFolder.Path("a.plugin/Contents/MacOS/Module"));
+    auto* function = CFBundleGetFunctionPointerForName(bundle, answer);
+    ASSERT_NE(function, nullptr);
+    EXPECT_EQ(reinterpret_cast<int (*)()>(function)(), 4711);
+    EXPECT_EQ(CFBundleGetFunctionPointerForName(bundle, CFSTR("NoSuchFunction")), nullptr);
+    EXPECT_EQ(CFBundleGetFunctionPointerForName(Create("b.plugin", ""), answer), nullptr);
+    EXPECT_EQ(CFBundleGetFunctionPointerForName(nullptr, answer), nullptr);
+}
+
+TEST_F(CFBundleTest, TheApplicationHasTheIdentifierThatTheHostSets) {
+    auto* application = CFBundleGetMainBundle();
+    ASSERT_NE(application, nullptr);
+    SetMainBundleIdentifier(CFSTR("org.example.viewer"));
+    EXPECT_TRUE(CFEqual(CFBundleGetIdentifier(application), CFSTR("org.example.viewer")));
+    EXPECT_EQ(CFBundleGetBundleWithIdentifier(CFSTR("org.example.viewer")), application);
+    SetMainBundleIdentifier(nullptr);
+    EXPECT_EQ(CFBundleGetIdentifier(CFBundleGetMainBundle()), nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+
+#include "tests/platform/TestSupport.h"
+
+namespace {
+
+using CFURLTest = OwnershipTest;
+
+CFRef<CFURLRef> URL(char const* text, CFURLRef base = nullptr) {
+    return CFRef<CFURLRef>(CFURLCreateWithString(nullptr, Str(text), base));
+}
+
+std::string PathOf(CFURLRef url, bool resolve = true) {
+    std::uint8_t buffer[256];
+    return CFURLGetFileSystemRepresentation(url, resolve, buffer, sizeof buffer)
+               ? reinterpret_cast<char const*>(buffer)
+               : "(none)";
+}
+
+TEST_F(CFURLTest, FilePathsSurviveTheWayThroughAURLsText) {
+    for (std::string const path : {"/", "/usr/share/ppd/A 4#1?.ppd",
+                                   "/tmp/Gr\xC3\xB6\xC3\x9F"
+                                   "e",
+                                   "/tmp/\xFF%41"}) {
+        auto const url = FileURL(path);
+        ASSERT_TRUE(url) << path;
+        EXPECT_EQ(PathOf(url), path);
+        auto const again = URL(Text(CFURLGetString(url)).c_str());
+        EXPECT_EQ(PathOf(again), path);
+        EXPECT_TRUE(CFEqual(url, again));
+    }
+    EXPECT_EQ(Text(CFURLGetString(FileURL("/a b/", true))), "file:///a%20b/");
+    EXPECT_EQ(PathOf(FileURL("/a//", true)), "/a");
+    EXPECT_FALSE(FileURL(""));
+    EXPECT_FALSE(FileURL(std::string("/a\0b", 4)));
+}
+
+TEST_F(CFURLTest, TextMakesAFileURLAnotherURLOrNone) {
+    struct Case {
+        char const* text;
+        char const* scheme;
+        char const* path;  // null: there is no URL
+    };
+    Case const cases[] = {
+        {"file:///etc/a%20b", "file", "/etc/a b"},
+        {"FILE:///etc", "file", "/etc"},
+        {"file://localhost/etc/", "file", "/etc"},
+        {"file:/etc", "file", "/etc"},
+        {"lpd://10.0.0.7/queue", "lpd", "(none)"},
+        {"dnssd://Tolvane%20X._ipp._tcp.local/", "dnssd", "(none)"},
+        {"file://elsewhere/etc", "", nullptr},
+        {"file:///a%4", "", nullptr},
+        {"file:///a%zz", "", nullptr},
+        {"file:///a%00b", "", nullptr},
+        {"file://", "", nullptr},
+        {"/etc/passwd", "", nullptr},
+        {"1pd://x", "", nullptr},
+        {"://x", "", nullptr},
+        {"lpd://a b", "", nullptr},
+        {"lpd://\xC3\xA4", "", nullptr},
+        {"", "", nullptr},
+    };
+    for (auto const& c : cases) {
+        auto const url = URL(c.text);
+        EXPECT_EQ(url.Get() != nullptr, c.path != nullptr) << c.text;
+        if (url) {
+            CFRef<CFStringRef> const scheme(CFURLCopyScheme(url));
+            EXPECT_EQ(Text(scheme), c.scheme) << c.text;
+            EXPECT_EQ(PathOf(url), c.path) << c.text;
+        }
+    }
+}
+
+TEST_F(CFURLTest, RelativeTextTakesItsPlaceFromTheBase) {
+    EXPECT_EQ(PathOf(URL("b%20c", FileURL("/x/y", true))), "/x/y/b c");
+    EXPECT_EQ(PathOf(URL("b", FileURL("/x/y"))), "/x/b");
+    EXPECT_EQ(PathOf(URL("/b", FileURL("/x/y"))), "/b");
+    auto const other = URL("ipp://host/a/b");
+    EXPECT_EQ(Text(CFURLGetString(URL("c", other))), "ipp://host/a/c");
+    EXPECT_EQ(Text(CFURLGetString(URL("/c", other))), "ipp://host/c");
+    EXPECT_EQ(Text(CFURLGetString(URL("c", URL("ipp://host")))), "ipp://host/c");
+}
+
+TEST_F(CFURLTest, ComponentsAreAppendedAsNamesNotAsURLText) {
+    auto const append = [](CFURLRef url, char const* name) {
+        return CFRef<CFURLRef>(
+            CFURLCreateCopyAppendingPathComponent(nullptr, url, Str(name), false));
+    };
+    EXPECT_EQ(PathOf(append(FileURL("/a", true), "x%41 #.plist")), "/a/x%41 #.plist");
+    EXPECT_EQ(PathOf(append(FileURL("/"), "b")), "/b");
+    EXPECT_EQ(PathOf(append(FileURL("/a"), "")), "/a");
+    EXPECT_EQ(Text(CFURLGetString(append(URL("ipp://host/a"), "b c"))), "ipp://host/a/b%20c");
+    EXPECT_FALSE(append(nullptr, "b"));
+}
+
+TEST_F(CFURLTest, RelativePathsBecomeAbsoluteFromTheWorkingDirectory) {
+    auto const relative = FileURL("sub/file");
+    auto const expected = std::filesystem::current_path().string() + "/sub/file";
+    EXPECT_EQ(PathOf(relative, false), "sub/file");
+    EXPECT_EQ(PathOf(relative, true), expected);
+    CFRef<CFURLRef> const absolute(CFURLCopyAbsoluteURL(relative));
+    EXPECT_EQ(PathOf(absolute, false), expected);
+    std::uint8_t small[4];
+    EXPECT_FALSE(CFURLGetFileSystemRepresentation(relative, true, small, sizeof small));
+    EXPECT_EQ(small[0], 0);
+}
+
+class FileAccessTest : public OwnershipTest {
+  protected:
+    bool Write(std::string const& path, std::string_view content) {
+        return CFURLWriteDataAndPropertiesToResource(FileURL(path), Data(content), &mError);
+    }
+    mode_t ModeOf(std::string const& name) {
+        struct stat status {};
+        EXPECT_EQ(stat(mFolder.Path(name).c_str(), &status), 0);
+        return status.st_mode & 07777;
+    }
+
+    TemporaryFolder mFolder;
+    std::int32_t mError = 99;
+};
+
+TEST_F(FileAccessTest, WrittenFileReadsBackWhole) {
+    std::string content(200000, '\0');
+    for (std::size_t index = 0; index < content.size(); ++index) {
+        content[index] = static_cast<char>(index * 31 >> 3);
+    }
+    for (std::string const& sample : {content, std::string()}) {
+        EXPECT_TRUE(Write(mFolder.Path("file"), sample));
+        EXPECT_EQ(mError, 0);
+        CFRef<CFDataRef> data;
+        EXPECT_TRUE(CFURLCreateDataAndPropertiesFromResource(nullptr, FileURL(mFolder.Path("file")),
+                                                             data.Receive(), &mError));
+        EXPECT_EQ(mError, 0);
+        EXPECT_TRUE(Text(data) == sample);
+    }
+    EXPECT_EQ(mFolder.CountEntries(), 1);
+}
+
+TEST_F(FileAccessTest, ReadingWhatIsNoFileTellsWhy) {
+    struct Case {
+        std::string path;
+        std::int32_t error;
+    };
+    ASSERT_EQ(mkfifo(mFolder.Path("pipe").c_str(), 0600), 0);
+    for (auto const& c : {Case{mFolder.Path("absent"), ENOENT}, Case{mFolder.Path(), EISDIR},
+                          Case{mFolder.Path("pipe"), EINVAL}}) {
+        CFDataRef data = nullptr;
+        EXPECT_FALSE(
+            CFURLCreateDataAndPropertiesFromResource(nullptr, FileURL(c.path), &data, &mError));
+        EXPECT_EQ(mError, c.error) << c.path;
+        EXPECT_EQ(data, nullptr);
+    }
+    CFDataRef data = nullptr;
+    EXPECT_FALSE(
+        CFURLCreateDataAndPropertiesFromResource(nullptr, URL("lpd://host/"), &data, &mError));
+    EXPECT_LT(mError, 0);
+}
+
+TEST_F(FileAccessTest, ModeStaysWithAnExistingFileAndFollowsTheMaskForANewOne) {
+    mode_t const mask = umask(027);
+    EXPECT_TRUE(Write(mFolder.Path("new"), "a"));
+    umask(mask);
+    EXPECT_EQ(ModeOf("new"), 0640U);
+    chmod(mFolder.Path("new").c_str(), 0604);
+    EXPECT_TRUE(Write(mFolder.Path("new"), "b"));
+    EXPECT_EQ(ModeOf("new"), 0604U);
+    EXPECT_EQ(mFolder.Read("new"), "b");
+}
+
+TEST_F(FileAccessTest, ALinkStaysAndWhatItLeadsToIsReplaced) {
+    mFolder.Write("real/file", "old");
+    ASSERT_EQ(symlink("real/file", mFolder.Path("link").c_str()), 0);
+    ASSERT_EQ(symlink("real/later", mFolder.Path("dangling").c_str()), 0);
+    ASSERT_EQ(symlink("loop", mFolder.Path("loop").c_str()), 0);
+    EXPECT_TRUE(Write(mFolder.Path("link"), "new"));
+    EXPECT_TRUE(std::filesystem::is_symlink(mFolder.Path("link")));
+    EXPECT_EQ(mFolder.Read("real/file"), "new");
+    EXPECT_TRUE(Write(mFolder.Path("dangling"), "made"));
+    EXPECT_EQ(mFolder.Read("real/later"), "made");
+    EXPECT_FALSE(Write(mFolder.Path("loop"), "x"));
+    EXPECT_EQ(mError, ELOOP);
+}
+
+TEST_F(FileAccessTest, AFullDiskLeavesTheOldFileAndNothingBesideIt) {
+    mFolder.Write("file", "old");
+    // The limit on a file's size stands in for a full disk: the write stops in the middle.
+    struct rlimit old {};
+    getrlimit(RLIMIT_FSIZE, &old);
+    auto const handler = std::signal(SIGXFSZ, SIG_IGN);
+    struct rlimit const small = {1000, old.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    bool const isWritten = Write(mFolder.Path("file"), std::string(5000, 'x'));
+    setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_FALSE(isWritten);
+    EXPECT_EQ(mError, EFBIG);
+    EXPECT_EQ(mFolder.Read("file"), "old");
+    EXPECT_EQ(mFolder.CountEntries(), 1);
+
+    EXPECT_FALSE(Write("/dev/full", "x"));
+    EXPECT_EQ(mError, ENOSPC);
+}
+
+TEST_F(FileAccessTest, WhereNoFileCanStandTheWriteFails) {
+    EXPECT_FALSE(Write(mFolder.Path("absent/file"), "x"));
+    EXPECT_EQ(mError, ENOENT);
+    EXPECT_FALSE(Write(mFolder.Path(), "x"));
+    EXPECT_EQ(mError, EISDIR);
+    EXPECT_FALSE(
+        CFURLWriteDataAndPropertiesToResource(FileURL(mFolder.Path("file")), nullptr, &mError));
+    EXPECT_EQ(mFolder.CountEntries(), 0);
+    if (geteuid() != 0) {
+        mFolder.Write("file", "old");
+        chmod(mFolder.Path("file").c_str(), 0444);
+        EXPECT_FALSE(Write(mFolder.Path("file"), "x"));
+        EXPECT_EQ(mError, EACCES);
+        EXPECT_EQ(mFolder.Read("file"), "old");
+    }
+}
+
+}  // namespace

@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/CollectionManager.h"
+
+#include <cstring>
+#include <memory>
+#include <vector>
+
+#include "tests/platform/TestSupport.h"
+
+namespace {
+
+using CollectionManagerTest = OwnershipTest;
+
+struct CollectionDeleter {
+    void operator()(Collection collection) const { DisposeCollection(collection); }
+};
+using CollectionGuard = std::unique_ptr<OpaqueCollection, CollectionDeleter>;
+
+struct HandleDeleter {
+    void operator()(char** handle) const { DisposeHandle(handle); }
+};
+using HandleGuard = std::unique_ptr<char*, HandleDeleter>;
+
+OSErr Add(CollectionGuard const& collection, std::uint32_t tag, std::int32_t id,
+          std::string_view value) {
+    return AddCollectionItem(collection.get(), tag, id, static_cast<long>(value.size()),
+                             value.data());
+}
+
+std::string Value(CollectionGuard const& collection, std::uint32_t tag, std::int32_t id) {
+    long size = -1;
+    OSErr const error = GetCollectionItem(collection.get(), tag, id, &size, nullptr);
+    if (error != noErr) {
+        return "error " + std::to_string(error);
+    }
+    std::vector<char> bytes(static_cast<std::size_t>(size));
+    GetCollectionItem(collection.get(), tag, id, nullptr, bytes.data());
+    return {bytes.begin(), bytes.end()};
+}
+
+// Every item in order, to compare two collections.
+std::string Summary(CollectionGuard const& collection) {
+    std::string text;
+    for (long index = 1; index <= CountCollectionItems(collection.get()); ++index) {
+        std::uint32_t tag = 0;
+        std::int32_t id = 0;
+        std::uint32_t attributes = 0;
+        GetIndexedCollectionItemInfo(collection.get(), index, &tag, &id, nullptr, &attributes);
+        text += std::to_string(tag) + '/' + std::to_string(id) + '/' + std::to_string(attributes) +
+                '=' + Value(collection, tag, id) + ';';
+    }
+    return text;
+}
+
+CollectionGuard Sample() {
+    CollectionGuard collection(NewCollection());
+    Add(collection, 0x4B795764, 1, "*PageSize");
+    Add(collection, 3000, 3002, std::string("\3\0\0\0", 4));
+    Add(collection, 0xFFFFFFFF, -1, "");
+    Add(collection, 1, 1, std::string(300, 'x'));
+    SetCollectionItemInfo(collection.get(), 3000, 3002, ~0U, collectionLockMask | 5);
+    return collection;
+}
+
+TEST_F(CollectionManagerTest, ItemsAreKnownByTagAndIdTogether) {
+    CollectionGuard const collection(NewCollection());
+    EXPECT_EQ(Add(collection, 1, 2, "a"), noErr);
+    EXPECT_EQ(Add(collection, 2, 1, "b"), noErr);
+    EXPECT_EQ(Add(collection, 1, -2, "c"), noErr);
+    EXPECT_EQ(Add(collection, 1, 2, "replaced"), noErr);
+    EXPECT_EQ(AddCollectionItem(collection.get(), 7, 7, 0, nullptr), noErr);
+    EXPECT_EQ(Summary(collection), "1/2/0=replaced;2/1/0=b;1/-2/0=c;7/7/0=;");
+    EXPECT_EQ(Value(collection, 2, 2), "error -5751");
+    EXPECT_EQ(AddCollectionItem(collection.get(), 8, 8, -1, "x"), paramErr);
+    EXPECT_EQ(AddCollectionItem(collection.get(), 8, 8, 1, nullptr), paramErr);
+    EXPECT_EQ(AddCollectionItem(nullptr, 8, 8, 0, nullptr), paramErr);
+    EXPECT_EQ(CountCollectionItems(collection.get()), 4);
+}
+
+TEST_F(CollectionManagerTest, RemovalClosesTheGapInTheIndex) {
+    CollectionGuard const collection(NewCollection());
+    for (std::int32_t id = 1; id <= 5; ++id) {
+        Add(collection, 1, id, std::to_string(id));
+    }
+    EXPECT_EQ(RemoveCollectionItem(collection.get(), 1, 2), noErr);
+    EXPECT_EQ(RemoveCollectionItem(collection.get(), 1, 2), collectionItemNotFoundErr);
+    EXPECT_EQ(RemoveCollectionItem(collection.get(), 1, 5), noErr);
+    EXPECT_EQ(Summary(collection), "1/1/0=1;1/3/0=3;1/4/0=4;");
+    long index = 0;
+    long size = 0;
+    EXPECT_EQ(GetCollectionItemInfo(collection.get(), 1, 4, &index, &size, nullptr), noErr);
+    EXPECT_EQ(index, 3);
+    EXPECT_EQ(size, 1);
+    EXPECT_EQ(ReplaceIndexedCollectionItem(collection.get(), 3, 3, "new"), noErr);
+    EXPECT_EQ(Value(collection, 1, 4), "new");
+    for (long const outside : {0L, 4L, -1L}) {
+        EXPECT_EQ(ReplaceIndexedCollectionItem(collection.get(), outside, 1, "x"),
+                  collectionIndexRangeErr);
+        EXPECT_EQ(GetIndexedCollectionItemInfo(collection.get(), outside, nullptr, nullptr, nullptr,
+                                               nullptr),
+                  collectionIndexRangeErr);
+    }
+}
+
+TEST_F(CollectionManagerTest, LockedItemsStayUntilTheyAreUnlocked) {
+    CollectionGuard const collection(NewCollection());
+    Add(collection, 1, 1, "old");
+    EXPECT_EQ(SetCollectionItemInfo(collection.get(), 1, 1, collectionLockMask | 3, ~0U), noErr);
+    EXPECT_EQ(Add(collection, 1, 1, "new"), collectionItemLockedErr);
+    EXPECT_EQ(ReplaceIndexedCollectionItem(collection.get(), 1, 3, "new"), collectionItemLockedErr);
+    EXPECT_EQ(RemoveCollectionItem(collection.get(), 1, 1), collectionItemLockedErr);
+    EXPECT_EQ(Value(collection, 1, 1), "old");
+    std::uint32_t attributes = 0;
+    SetCollectionItemInfo(collection.get(), 1, 1, collectionLockMask, 0);
+    GetCollectionItemInfo(collection.get(), 1, 1, nullptr, nullptr, &attributes);
+    EXPECT_EQ(attributes, 3U);
+    EXPECT_EQ(Add(collection, 1, 1, "new"), noErr);
+}
+
+TEST_F(CollectionManagerTest, CopyReplacesWhatTheTargetHeld) {
+    auto const source = Sample();
+    CollectionGuard const copy(CopyCollection(source.get(), nullptr));
+    CollectionGuard const target(NewCollection());
+    Add(target, 9, 9, "gone");
+    EXPECT_EQ(CopyCollection(source.get(), target.get()), target.get());
+    EXPECT_EQ(CopyCollection(source.get(), source.get()), source.get());
+    Add(source, 10, 10, "later");
+    EXPECT_EQ(Summary(copy), Summary(Sample()));
+    EXPECT_EQ(Summary(target), Summary(copy));
+    EXPECT_EQ(CopyCollection(nullptr, target.get()), nullptr);
+}
+
+TEST_F(CollectionManagerTest, FlatFormRestoresEveryItemInOrder) {
+    auto const collection = Sample();
+    HandleGuard const flat(NewHandle(0));
+    ASSERT_EQ(FlattenCollectionToHdl(collection.get(), flat.get()), noErr);
+    CollectionGuard const restored(NewCollection());
+    Add(restored, 5, 5, "gone");
+    ASSERT_EQ(UnflattenCollectionFromHdl(restored.get(), flat.get()), noErr);
+    EXPECT_EQ(Summary(restored), Summary(collection));
+    // Numbers have one byte order, whatever machine wrote them.
+    EXPECT_EQ(std::string(*flat, 12), std::string("ITEM\0\0\0\1\0\0\0\4", 12));
+
+    CollectionGuard const empty(NewCollection());
+    ASSERT_EQ(FlattenCollectionToHdl(empty.get(), flat.get()), noErr);
+    ASSERT_EQ(UnflattenCollectionFromHdl(restored.get(), flat.get()), noErr);
+    EXPECT_EQ(CountCollectionItems(restored.get()), 0);
+}
+
+TEST_F(CollectionManagerTest, DamagedCutAndContinuedDataIsRefusedWithoutAChange) {
+    HandleGuard const flat(NewHandle(0));
+    ASSERT_EQ(FlattenCollectionToHdl(Sample().get(), flat.get()), noErr);
+    long const size = GetHandleSize(flat.get());
+    std::string const bytes(*flat, static_cast<std::size_t>(size));
+    CollectionGuard const target(NewCollection());
+    Add(target, 5, 5, "kept");
+
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        for (int const change : {0x01, 0x80, 0xFF}) {
+            (*flat)[at] = static_cast<char>((*flat)[at] ^ change);
+            EXPECT_EQ(UnflattenCollectionFromHdl(target.get(), flat.get()), collectionVersionErr)
+                << at;
+            (*flat)[at] = bytes[at];
+        }
+    }
+    for (long length = 0; length < size; ++length) {
+        HandleGuard const cut(NewHandle(length));
+        std::memcpy(*cut, bytes.data(), static_cast<std::size_t>(length));
+        EXPECT_EQ(UnflattenCollectionFromHdl(target.get(), cut.get()), collectionVersionErr)
+            << length;
+    }
+    ASSERT_EQ(SetHandleSize(flat.get(), size + 1), noErr);
+    EXPECT_EQ(UnflattenCollectionFromHdl(target.get(), flat.get()), collectionVersionErr);
+    EXPECT_EQ(Summary(target), "5/5/0=kept;");
+    EXPECT_EQ(UnflattenCollectionFromHdl(target.get(), nullptr), paramErr);
+}
+
+// A flat form with the checksum that belongs to it (CRC-32), whatever it says.
+HandleGuard WithChecksum(std::string bytes) {
+    std::uint32_t checksum = ~0U;
+    for (char const c : bytes) {
+        checksum ^= static_cast<unsigned char>(c);
+        for (int bit = 0; bit < 8; ++bit) {
+            checksum = (checksum >> 1) ^ (0xEDB88320U & (0U - (checksum & 1)));
+        }
+    }
+    for (int const shift : {24, 16, 8, 0}) {
+        bytes += static_cast<char>(~checksum >> shift);
+    }
+    HandleGuard flat(NewHandle(static_cast<long>(bytes.size())));
+    std::memcpy(*flat, bytes.data(), bytes.size());
+    return flat;
+}
+
+TEST_F(CollectionManagerTest, NumbersThatDoNotFitTheDataAreRefusedInSpiteOfARightChecksum) {
+    auto const number = [](unsigned value) {
+        return std::string{char(value >> 24), char(value >> 16), char(value >> 8), char(value)};
+    };
+    auto const item = [&](unsigned id, unsigned size) {
+        return number(1) + number(id) + number(0) + number(size) + "abcd";
+    };
+    struct Case {
+        unsigned version;
+        unsigned count;
+        std::string items;
+        OSErr error;
+    };
+    Case const cases[] = {
+        {1, 2, item(1, 4) + item(2, 4), noErr},
+        {1, 1, item(1, 4) + item(2, 4), collectionVersionErr},  // more than told
+        {1, 3, item(1, 4) + item(2, 4), collectionVersionErr},
+        {1, 0xFFFFFFFF, item(1, 4), collectionVersionErr},
+        {1, 1, item(1, 5), collectionVersionErr},
+        {1, 1, item(1, 0xFFFFFFFF), collectionVersionErr},
+        {1, 2, item(1, 4) + item(1, 4), collectionVersionErr},  // one item twice
+        {2, 1, item(1, 4), collectionVersionErr},
+    };
+    for (auto const& c : cases) {
+        CollectionGuard const target(NewCollection());
+        auto const flat = WithChecksum("ITEM" + number(c.version) + number(c.count) + c.items);
+        EXPECT_EQ(UnflattenCollectionFromHdl(target.get(), flat.get()), c.error) << c.count;
+    }
+}
+
+TEST_F(CollectionManagerTest, HandlesKeepTheirContentAsTheyGrow) {
+    EXPECT_EQ(NewHandle(-1), nullptr);
+    HandleGuard const handle(NewHandle(3));
+    EXPECT_EQ(std::string(*handle, 3), std::string(3, '\0'));
+    std::memcpy(*handle, "abc", 3);
+    EXPECT_EQ(SetHandleSize(handle.get(), 5), noErr);
+    EXPECT_EQ(std::string(*handle, 5), std::string("abc\0\0", 5));
+    EXPECT_EQ(SetHandleSize(handle.get(), -1), paramErr);
+    EXPECT_EQ(SetHandleSize(handle.get(), 0), noErr);
+    EXPECT_EQ(GetHandleSize(handle.get()), 0);
+    EXPECT_EQ(GetHandleSize(nullptr), 0);
+    DisposeHandle(nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "twoway/PropertyListFile.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "platform/CFRef.h"
+#include "twoway/PrinterListFile.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char kListHead[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">";
+
+class PropertyListFileTest : public testing::Test {
+  protected:
+    PropertyListFileTest() {
+        std::string pattern = testing::TempDir() + "lists-XXXXXX";
+        mFolder = mkdtemp(pattern.data());
+    }
+    ~PropertyListFileTest() override { fs::remove_all(mFolder); }
+
+    std::string Path(std::string const& name) const { return mFolder + "/" + name; }
+    CFRef<CFURLRef> URL(std::string const& name = "") const {
+        std::string const path = name.empty() ? mFolder : Path(name);
+        return CFRef<CFURLRef>(CFURLCreateFromFileSystemRepresentation(
+            nullptr, reinterpret_cast<std::uint8_t const*>(path.c_str()),
+            static_cast<CFIndex>(path.size()), name.empty()));
+    }
+    void Write(std::string const& name, std::string const& list) const {
+        std::ofstream(Path(name)) << kListHead << list << "</plist>\n";
+    }
+
+    std::string mFolder;
+};
+
+TEST_F(PropertyListFileTest, WhatIsSavedIsReadBackWhicheverWayTheFileIsNamed) {
+    fs::create_directories(Path("Library/Preferences"));
+    setenv("HOME", mFolder.c_str(), 1);
+    CFRef<CFMutableArrayRef> const list(CFArrayCreateMutable(nullptr, 0));
+    CFArrayAppendValue(list, CFSTR("first"));
+    CFArrayAppendValue(list, kCFBooleanTrue);
+    PropertyListFile below("/Library/Preferences/list.plist", kCFPropertyListImmutable);
+    EXPECT_TRUE(below.IsFileValid()) << "a missing file is no failure";
+    EXPECT_EQ(nullptr, below.PropertyList());
+    ASSERT_TRUE(below.Save(list));
+
+    PropertyListFile const byURL(URL("Library/Preferences/list.plist"), kCFPropertyListImmutable);
+    PropertyListFile const inDirectory(URL("Library/Preferences"), CFSTR("list.plist"),
+                                       kCFPropertyListImmutable);
+    PropertyListFile const byPath("/Library/Preferences/list.plist", kCFPropertyListImmutable);
+    for (PropertyListFile const* file : {&byURL, &inDirectory, &byPath}) {
+        EXPECT_TRUE(file->IsFileValid());
+        EXPECT_EQ(0, file->FileError());
+        EXPECT_TRUE(CFEqual(list, file->PropertyList()));
+    }
+}
+
+TEST_F(PropertyListFileTest, FailuresLeaveAnErrorAndNoList) {
+    PropertyListFile missing(URL("none/list.plist"), kCFPropertyListImmutable);
+    EXPECT_TRUE(missing.IsFileValid());
+    EXPECT_NE(0, missing.FileError());
+    EXPECT_FALSE(missing.Save(CFSTR("text"))) << "its folder doesn't exist";
+    EXPECT_NE(0, missing.FileError());
+
+    std::ofstream(Path("text")) << "no list";
+    PropertyListFile damaged(URL("text"), kCFPropertyListImmutable);
+    EXPECT_EQ(nullptr, damaged.PropertyList());
+    EXPECT_NE(0, damaged.FileError());
+    EXPECT_FALSE(damaged.Save(nullptr));
+    EXPECT_TRUE(damaged.Save(CFSTR("text")));
+    EXPECT_EQ(0, damaged.FileError());
+    EXPECT_TRUE(damaged.CreatePropertyListFromFile(URL("text"), kCFPropertyListImmutable));
+    EXPECT_TRUE(CFEqual(CFSTR("text"), damaged.PropertyList()));
+
+    PropertyListFile const nowhere(nullptr, CFSTR("list.plist"), kCFPropertyListImmutable);
+    EXPECT_FALSE(nowhere.IsFileValid());
+    unsetenv("HOME");
+    PropertyListFile homeless("/list.plist", kCFPropertyListImmutable);
+    EXPECT_TRUE(homeless.IsFileValid());
+    EXPECT_FALSE(homeless.Save(CFSTR("text")));
+}
+
+TEST_F(PropertyListFileTest, APrinterListNeedsANameInItsArray) {
+    struct {
+        char const* list;
+        bool isValid;
+    } const cases[] = {
+        {"<dict><key>PCFILENAME</key><array><string>ZUB</string></array></dict>", true},
+        {"<dict><key>PCFILENAME</key><string>ZUB</string></dict>", false},
+        {"<dict><key>PCFILENAME</key><array/></dict>", false},
+        {"<dict/>", false},
+        {"<array><string>PCFILENAME</string></array>", false},
+    };
+    EXPECT_FALSE(PrinterListFile(URL(), kCFPropertyListImmutable).IsFileValid()) << "no file";
+    for (auto const& row : cases) {
+        Write("PrinterList.plist", row.list);
+        PrinterListFile const printers(URL(), kCFPropertyListImmutable);
+        EXPECT_EQ(row.isValid, printers.IsFileValid()) << row.list;
+        EXPECT_EQ(row.isValid ? 1 : 0, CFArrayGetCount(printers.PCFileNames())) << row.list;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "twoway/PropertyListFile.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/CFRef.h"
+#include "platform/MacTypes.h"
+
+namespace {
+
+// The URL of `path` below the home directory; null without one. The caller releases it.
+CFURLRef CreateHomeURL(char const* path) {
+    char const* const home = std::getenv("HOME");
+    if (home == nullptr || path == nullptr) {
+        return nullptr;
+    }
+    CFRef<CFURLRef> const directory(CFURLCreateFromFileSystemRepresentation(
+        nullptr, reinterpret_cast<std::uint8_t const*>(home),
+        static_cast<CFIndex>(std::strlen(home)), true));
+    CFRef<CFStringRef> const below(
+        CFStringCreateWithCString(nullptr, path + (*path == '/' ? 1 : 0), kCFStringEncodingUTF8));
+    return CFURLCreateCopyAppendingPathComponent(nullptr, directory, below, false);
+}
+
+}  // namespace
+
+PropertyListFile::PropertyListFile(CFURLRef url, CFOptionFlags mutability) {
+    Open(url, mutability);
+    mFileValid = true;
+}
+
+PropertyListFile::PropertyListFile(CFURLRef directory, CFStringRef fileName,
+                                   CFOptionFlags mutability) {
+    if (directory == nullptr || fileName == nullptr) {
+        return;
+    }
+    CFRef<CFURLRef> const url(
+        CFURLCreateCopyAppendingPathComponent(nullptr, directory, fileName, false));
+    Open(url, mutability);
+    mFileValid = mFileURL != nullptr;
+}
+
+PropertyListFile::PropertyListFile(char const* path, CFOptionFlags mutability) {
+    CFRef<CFURLRef> const url(CreateHomeURL(path));
+    Open(url, mutability);
+    mFileValid = true;
+}
+
+PropertyListFile::~PropertyListFile() {
+    CFRelease(mPropertyList);
+    CFRelease(mFileURL);
+}
+
+void PropertyListFile::Open(CFURLRef url, CFOptionFlags mutability) {
+    mFileURL = url == nullptr ? nullptr : CFURLCopyAbsoluteURL(url);
+    CreatePropertyListFromFile(mFileURL, mutability);
+}
+
+bool PropertyListFile::CreatePropertyListFromFile(CFURLRef url, CFOptionFlags mutability) {
+    CFRelease(mPropertyList);
+    mPropertyList = nullptr;
+    mFileError = noErr;
+    if (url == nullptr) {
+        mFileError = fnfErr;
+        return false;
+    }
+    CFRef<CFDataRef> data;
+    if (!CFURLCreateDataAndPropertiesFromResource(nullptr, url, data.Receive(), &mFileError)) {
+        return false;
+    }
+    mPropertyList = CFPropertyListCreateFromXMLData(nullptr, data, mutability, nullptr);
+    if (mPropertyList == nullptr) {
+        mFileError = paramErr;
+    }
+    return mPropertyList != nullptr;
+}
+
+bool PropertyListFile::Save(CFPropertyListRef list) {
+    mFileError = noErr;
+    CFRef<CFDataRef> const data(list == nullptr ? nullptr
+                                                : CFPropertyListCreateXMLData(nullptr, list));
+    if (!data) {
+        mFileError = memFullErr;
+        return false;
+    }
+    if (mFileURL == nullptr) {
+        mFileError = fnfErr;
+        return false;
+    }
+    return CFURLWriteDataAndPropertiesToResource(mFileURL, data, &mFileError);
+}
