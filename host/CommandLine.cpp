@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/CommandLine.h"
 
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -96,8 +95,9 @@ void DescribePrinter(CLI::App& app, PrintOptions& options) {
         ->check(URICheck())
         ->type_name("URI")
         ->capture_default_str();
-    app.add_flag("!--no-compiled-ppd", options.compiledPPD,
-                 "Leave the compiled PPD item out of the printer info ticket");
+    app.add_flag_callback(
+        "--no-compiled-ppd", [&options] { options.compiledPPD = false; },
+        "Leave the compiled PPD item out of the printer info ticket");
 }
 
 void DescribePrint(CLI::App& app, PrintOptions& options, std::vector<std::string>& settings) {
@@ -123,7 +123,8 @@ void DescribePrint(CLI::App& app, PrintOptions& options, std::vector<std::string
         ->type_name("DIR");
     app.add_option("--commits", options.commits,
                    "Commit so often in one dialog; what the last one wrote is printed")
-        ->check(CLI::Range(1, std::numeric_limits<int>::max()))
+        ->check(CLI::PositiveNumber)
+        ->type_name("N")
         ->capture_default_str();
 }
 

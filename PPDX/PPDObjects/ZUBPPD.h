@@ -149,9 +149,11 @@ class ZUBPPD : public PPDX, public DisplayOptions {
                                BooleanBlock& block);
     void CutOptionHead(char const* head, OptionLine& option);
     void ReadCode(PPDStream& line, OptionLine& option);
-    // Whether a control without a group is dropped, and whether files of this version have
-    // popups and booleans at all.
-    bool DropsWithoutGroup(PPDXGroup const* group) const;
+    // Whether a block that was read to its end makes its control. Where it doesn't, `error` says
+    // why, or stays null where that is no fault.
+    bool BlockMakesControl(char const* keyword, CFStringRef translation, PPDXGroup const* group,
+                           bool defaultSeen, PPDXErrorObj*& error);
+    // Files of older versions have no popups and booleans.
     bool SeriesHasOptions() const;
     bool ControlExists(char const* keyword) const;  // whatever the display option
     void LinkGroup(PPDXGroup& group);

@@ -258,8 +258,17 @@ void ZUBPPD::ReadCode(PPDStream& line, OptionLine& option) {
     }
 }
 
-bool ZUBPPD::DropsWithoutGroup(PPDXGroup const* group) const {
-    return group == nullptr && !ParseOrphans();
+bool ZUBPPD::BlockMakesControl(char const* keyword, CFStringRef translation, PPDXGroup const* group,
+                               bool defaultSeen, PPDXErrorObj*& error) {
+    if (!defaultSeen) {
+        AddError(33, keyword, false);
+    }
+    if (group == nullptr && !ParseOrphans()) {
+        error = new PPDXErrorObj(21, keyword, false);
+    } else if (SeriesHasOptions() && translation == nullptr) {
+        error = new PPDXErrorObj(8, keyword, false);
+    }
+    return error == nullptr && SeriesHasOptions();
 }
 
 bool ZUBPPD::SeriesHasOptions() const {
@@ -279,17 +288,9 @@ PPDXErrorObj* ZUBPPD::ParsePopupControl(char const* keyword, CFStringRef transla
     if (end == BlockEnd::kFileEnded || block.secondDefault) {
         return new PPDXErrorObj(11, keyword, true);
     }
-    if (block.defaultKeyword == nullptr) {
-        AddError(33, keyword, false);
-    }
-    if (DropsWithoutGroup(group)) {
-        return new PPDXErrorObj(21, keyword, false);
-    }
-    if (!SeriesHasOptions()) {
-        return nullptr;
-    }
-    if (translation == nullptr) {
-        return new PPDXErrorObj(8, keyword, false);
+    PPDXErrorObj* error = nullptr;
+    if (!BlockMakesControl(keyword, translation, group, block.defaultKeyword != nullptr, error)) {
+        return error;
     }
     if (!block.defaultFound && block.defaultKeyword != nullptr) {
         block.defaultKeyword = std::move(block.firstOption);
@@ -380,17 +381,9 @@ PPDXErrorObj* ZUBPPD::ParseBooleanControl(char const* keyword, CFStringRef trans
     if (end == BlockEnd::kFileEnded) {
         return nullptr;
     }
-    if (!block.defaultSeen) {
-        AddError(33, keyword, false);
-    }
-    if (DropsWithoutGroup(group)) {
-        return new PPDXErrorObj(21, keyword, false);
-    }
-    if (!SeriesHasOptions()) {
-        return nullptr;
-    }
-    if (translation == nullptr) {
-        return new PPDXErrorObj(8, keyword, false);
+    PPDXErrorObj* error = nullptr;
+    if (!BlockMakesControl(keyword, translation, group, block.defaultSeen, error)) {
+        return error;
     }
     auto* const boolean = new (std::nothrow) PPDXBooleanControl(
         keyword, translation, flags, true, block.trueState.text.get(), block.trueState.code.get(),

@@ -18,6 +18,6 @@ HexLanguageExceptions::HexLanguageExceptions()
 
 HexLanguageExceptions::~HexLanguageExceptions() = default;
 
-bool HexLanguageExceptions::IsException(std::string language) const {
+bool HexLanguageExceptions::IsException(std::string const& language) const {
     return mLanguages.contains(language);
 }

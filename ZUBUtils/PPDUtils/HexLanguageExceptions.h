@@ -13,7 +13,7 @@ class HexLanguageExceptions {
     HexLanguageExceptions& operator=(HexLanguageExceptions const&) = delete;
     virtual ~HexLanguageExceptions();
 
-    bool IsException(std::string language) const;  // compared exactly
+    bool IsException(std::string const& language) const;  // compared exactly
 
   private:
     std::set<std::string> mLanguages;

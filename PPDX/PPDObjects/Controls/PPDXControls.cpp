@@ -289,7 +289,7 @@ short PPDXControls::Save(Settings& settings) {
     counts.AddNumber(kCountTag, static_cast<std::int32_t>(mAll.Size()));
     short status = counts.Status();
     long id = kFirstControlID;
-    CNTL_TYPE type;
+    CNTL_TYPE type = kControlType;
     for (PPDXControl* control = First(type); control != nullptr && status == 0;
          control = Next(type))
         status = control->Save(settings, id++);
@@ -299,7 +299,7 @@ short PPDXControls::Save(Settings& settings) {
 short PPDXControls::Restore(Settings& settings) {
     short status = 0;
     long id = kFirstControlID;
-    CNTL_TYPE type;
+    CNTL_TYPE type = kControlType;
     for (PPDXControl* control = First(type); control != nullptr && status == 0;
          control = Next(type))
         status = control->Restore(settings, id++);

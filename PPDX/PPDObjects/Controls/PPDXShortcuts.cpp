@@ -49,7 +49,7 @@ PPDXShortcuts::PPDXShortcuts(Settings& settings, PPDXControls* registry) {
         if (keyword == nullptr) {
             return;
         }
-        CNTL_TYPE type;
+        CNTL_TYPE type = kControlType;
         mControls.PushBack(registry->Find(keyword->GetCharData(), type, true));
     }
 }

@@ -311,7 +311,11 @@ void ProjectPDE::KillJP() {
 std::int32_t ProjectPDE::ReportPSNofFDNtoJP(ProcessSerialNumber* psn) {
     while (GetNextProcess(psn) == noErr) {
         CFRef<CFStringRef> name;
-        if (CopyProcessName(psn, name.Receive()) != noErr) {
+        OSStatus const status = CopyProcessName(psn, name.Receive());
+        if (status == procNotFound) {
+            continue;  // it has ended since the list was made
+        }
+        if (status != noErr) {
             break;
         }
         if (std::int32_t const number = JobPropertiesNumber(name); number != 0) {

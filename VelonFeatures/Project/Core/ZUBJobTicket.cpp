@@ -2,6 +2,7 @@
 #include "VelonFeatures/Project/Core/ZUBJobTicket.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstring>
 #include <memory>
@@ -18,6 +19,18 @@ namespace {
 constexpr std::size_t kLocalTextSize = 1024;
 constexpr std::size_t kPathSize = 256;
 constexpr mode_t kFileMode = 0666;
+
+// A path in bytes, terminated.
+struct FilePath {
+    explicit FilePath(CFStringRef path) {
+        CFStringGetCString(path, mText, sizeof(mText), kCFStringEncodingUTF8);
+    }
+    char mText[kPathSize] = {};
+};
+
+void RemoveFile(CFStringRef path) {
+    unlink(FilePath(path).mText);
+}
 
 }  // namespace
 
@@ -103,11 +116,16 @@ bool ZUBJobTicket::Save(CFStringRef client) {
     }
     CFRef<CFStringRef> const path(CreateFilePath());
     mLastStatus = path ? WriteList(path) : memFullErr;
-    if (mLastStatus == noErr) {
-        mLastStatus = mSettings->Set(client, mDataKey, path, false);
-        mDirty = false;
+    if (mLastStatus != noErr) {
+        return false;
     }
-    return mLastStatus == noErr;
+    mLastStatus = mSettings->Set(client, mDataKey, path, false);
+    if (mLastStatus != noErr) {
+        RemoveFile(path);  // nobody would find it
+        return false;
+    }
+    mDirty = false;
+    return true;
 }
 
 CFStringRef ZUBJobTicket::CreateFilePath() {
@@ -124,21 +142,18 @@ CFStringRef ZUBJobTicket::CreateFilePath() {
 
 OSStatus ZUBJobTicket::WriteList(CFStringRef path) {
     CFRef<CFDataRef> const data(CFPropertyListCreateXMLData(nullptr, mList));
-    char file[kPathSize];
-    if (!data || !CFStringGetCString(path, file, sizeof(file), kCFStringEncodingUTF8)) {
-        return memFullErr;
-    }
+    FilePath const file(path);
     CFRef<CFURLRef> const url(CFURLCreateFromFileSystemRepresentation(
-        nullptr, reinterpret_cast<std::uint8_t const*>(file),
-        static_cast<CFIndex>(std::strlen(file)), false));
-    if (!url) {
+        nullptr, reinterpret_cast<std::uint8_t const*>(file.mText),
+        static_cast<CFIndex>(std::strlen(file.mText)), false));
+    if (!data || !url) {
         return memFullErr;
     }
     std::int32_t error = noErr;
     if (!CFURLWriteDataAndPropertiesToResource(url, data, &error)) {
         return error;
     }
-    chmod(file, kFileMode);
+    chmod(file.mText, kFileMode);
     return noErr;
 }
 

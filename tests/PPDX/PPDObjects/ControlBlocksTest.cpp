@@ -16,15 +16,10 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-constexpr char kTree[] =
-    "*%ZUBPropPage Layout/Layout: True\n"
-    "*%ZUBGroupName Pane1/Layout: True\n"
-    "*%ZUBGroupName Finish/Finishing: True\n"
-    "*%ZUBGroupName Plain/Plain: True\n"
-    "*%ZUBGroupName ZUPPInstallableOptions/Installed: True\n"
-    "*%ZUBParent Pane1/Layout: True|Scrollpane\n"
-    "*%ZUBParent Finish/Pane1: True|Rolldown\n"
-    "*%ZUBParent ZUPPInstallableOptions/Pane1: True|Rolldown\n";
+std::string const kGroups = std::string(kTree) +
+                            "*%ZUBGroupName Plain/Plain: True\n"
+                            "*%ZUBGroupName ZUPPInstallableOptions/Installed: True\n"
+                            "*%ZUBParent ZUPPInstallableOptions/Pane1: True|Rolldown\n";
 
 // A block of *K in the roll-down "Finish", with these lines in it.
 std::string Block(std::string const& kind, std::string const& lines) {
@@ -33,7 +28,7 @@ std::string Block(std::string const& kind, std::string const& lines) {
 }
 
 PPDPtr ParseBlock(std::string const& kind, std::string const& lines) {
-    return ParseBody(kTree + Block(kind, lines));
+    return ParseBody(kGroups + Block(kind, lines));
 }
 
 Texts ItemsOf(PPDXPopupControl& popup) {
@@ -105,7 +100,7 @@ TEST(PopupBlockTest, SecondDefaultAndMissingEndAreFatal) {
          {Block("PickOne", "*DefaultK: a\n*K a/A: \"\"\n*Default: *K: a\n"),
           std::string("*%ZUBFlags *K:\n*OpenUI *K/K: PickOne\n*DefaultK: a\n*K a/A: \"\"\n"),
           std::string("*%ZUBFlags *K:\n*OpenUI *K/K: PickOne\n*K a/A: \"never closed\n")}) {
-        PPDPtr const ppd = ParseBody(kTree + lines + "*%ZUBPropPage\n", kParsePlacedAndVisible);
+        PPDPtr const ppd = ParseBody(kGroups + lines + "*%ZUBPropPage\n", kParsePlacedAndVisible);
         EXPECT_EQ(ErrorsOf(*ppd), (Texts{"11! *K", "27"})) << lines;
         EXPECT_FALSE(ppd->IsValidPPD());
     }
@@ -158,7 +153,7 @@ TEST(BooleanBlockTest, DefaultsAndFaults) {
         EXPECT_EQ(boolean == nullptr ? -1 : boolean->IsTrue(), row.state) << row.lines;
         EXPECT_EQ(ErrorsOf(*ppd), row.errors) << row.lines;
     }
-    PPDPtr const open = ParseBody(std::string(kTree) + "*%ZUBFlags *K:\n*OpenUI *K/K: Boolean\n");
+    PPDPtr const open = ParseBody(kGroups + "*%ZUBFlags *K:\n*OpenUI *K/K: Boolean\n");
     EXPECT_EQ(ErrorsOf(*open), (Texts{"27"}));
 }
 
@@ -189,7 +184,7 @@ TEST(ControlBlockTest, WhatOpensABlockDecides) {
         {"*%ZUBFlags *K:\n*%ZUBGroup *K: Plain/P\n*OpenUI *K/K: PickOne\n", {"29 *K"}, true},
     };
     for (Case const& row : cases) {
-        PPDPtr const ppd = ParseBody(kTree + (row.lines + rest));
+        PPDPtr const ppd = ParseBody(kGroups + (row.lines + rest));
         Texts errors = ErrorsOf(*ppd);
         std::erase(errors, "27");
         EXPECT_EQ(errors, row.errors) << row.lines;
@@ -203,7 +198,7 @@ TEST(ControlBlockTest, RepeatedKeywordKeepsTheFirstControl) {
     std::string const orphan =
         "*%ZUBFlags *K:\n*OpenUI *K/K: PickOne\n*DefaultK: o\n*K o/O: \"\"\n*CloseUI: *K\n";
     for (std::string const& first : {block, orphan}) {
-        PPDPtr const ppd = ParseBody(kTree + first + block);
+        PPDPtr const ppd = ParseBody(kGroups + first + block);
         Texts const errors = ErrorsOf(*ppd);
         EXPECT_EQ(std::count(errors.begin(), errors.end(), "23"), 1);
         DisplayOptionsScope const all(kDisplayAll);
@@ -212,7 +207,7 @@ TEST(ControlBlockTest, RepeatedKeywordKeepsTheFirstControl) {
 }
 
 TEST(ControlBlockTest, VersionsUpTo2HaveNoPopupsAndBooleans) {
-    std::string const body = kTree + Block("PickOne", "*DefaultK: a\n*K a/A: \"\"\n");
+    std::string const body = kGroups + Block("PickOne", "*DefaultK: a\n*K a/A: \"\"\n");
     std::string const header =
         "*PPD-Adobe: \"4.3\"\n*LanguageVersion: English\n"
         "*LanguageEncoding: ISOLatin1\n";
@@ -252,7 +247,7 @@ TEST(ControlBlockTest, ControlsWithoutAGroupFollowTheParseOptions) {
               kParseAll,
               {"29 *K"},
               nullptr}}) {
-        PPDPtr const ppd = ParseBody(kTree + row.lines, row.options);
+        PPDPtr const ppd = ParseBody(kGroups + row.lines, row.options);
         PPDXControl* const control = ControlOf(*ppd, "*K");
         Texts errors = ErrorsOf(*ppd);
         std::erase(errors, "27");
@@ -267,7 +262,7 @@ TEST(ControlBlockTest, ControlsWithoutAGroupFollowTheParseOptions) {
 TEST(ControlBlockTest, GroupOfInstallableOptionsMarksItsPopups) {
     std::string block = Block("PickOne", "*DefaultK: a\n*K a/A: \"\"\n");
     block.replace(block.find("Finish/Finishing"), 16, "ZUPPInstallableOptions/I");
-    PPDPtr const ppd = ParseBody(kTree + block);
+    PPDPtr const ppd = ParseBody(kGroups + block);
     ASSERT_NE(ControlOf(*ppd, "*K"), nullptr);
     EXPECT_TRUE(ControlOf(*ppd, "*K")->IsInstallableOption());
 }
@@ -275,12 +270,12 @@ TEST(ControlBlockTest, GroupOfInstallableOptionsMarksItsPopups) {
 TEST(ControlBlockTest, SkippedBlockIsReportedAndTheFileGoesOn) {
     std::string const skipped =
         "*%ZUBFlags *S:\n*OpenUIZUB *S/S: PickOne\n*DefaultS: a\n*DefaultS: a\n*S a/A: \"\"\n";
-    PPDPtr ppd = ParseBody(kTree + skipped + "*CloseUIZUB: *S\n" +
+    PPDPtr ppd = ParseBody(kGroups + skipped + "*CloseUIZUB: *S\n" +
                            Block("PickOne", "*DefaultK: a\n*K a/A: \"\"\n"));
     EXPECT_EQ(ErrorsOf(*ppd), (Texts{"34 *S"}));
     EXPECT_EQ(ControlOf(*ppd, "*S"), nullptr);
     EXPECT_NE(ControlOf(*ppd, "*K"), nullptr);
-    ppd = ParseBody(kTree + skipped);
+    ppd = ParseBody(kGroups + skipped);
     EXPECT_EQ(ErrorsOf(*ppd), (Texts{"34 *S", "10! *S", "27"}));
 }
 
@@ -313,7 +308,7 @@ TEST(RunTimePopupTest, PopupIsAddedToATreeAndGivenANewList) {
         made->mKeyword = new CString(keyword);
         return made;
     };
-    PPDPtr const ppd = ParseBody(kTree);
+    PPDPtr const ppd = ParseBody(kGroups);
     PointerList items;
     items.PushBack(item("a"));
     items.PushBack(item("b"));

@@ -187,6 +187,11 @@ TEST(ElementTreeTest, ARecordHoldsWhatTheElementHas) {
     EXPECT_EQ(Entry(settings, Tag("LcNm"), 4001), "H\x9Ahe");
     EXPECT_EQ(Entry(settings, Tag("PrNm"), 4001), "Pane");
     EXPECT_EQ(Entry(settings, Tag("PrNm"), 4002), "(none)");
+    CFRef<CFStringRef> const name(GetSettingsCFString(settings, Tag("LcCF"), 4001));
+    EXPECT_TRUE(CFEqual(name, tree.mName));
+    std::int32_t visible = -1;
+    EXPECT_TRUE(GetSettingsField(settings, Tag("isVs"), 4004, &visible, sizeof visible));
+    EXPECT_EQ(visible, 0);
     // A roll-down has its own mark alone.
     EXPECT_EQ(Entry(settings, Tag("gGrp"), 4001), "(none)");
     std::int32_t count = 0;
@@ -238,7 +243,9 @@ TEST(ElementTreeTest, ADamagedArchiveGivesASmallerTree) {
     EXPECT_TRUE(nothing.mGroups.Empty() && nothing.mPages.Empty());
     PPDXProperty bare(empty, 3001);
     EXPECT_EQ(bare.UserName(), nullptr);
-    EXPECT_EQ(bare.Save(settings, 9001), 0);
+    tree.mPlain.SetParent(&bare);
+    EXPECT_EQ(tree.mPlain.Save(settings, 9001), 0);
+    EXPECT_EQ(Entry(settings, Tag("PrNm"), 9001), "(none)");
 }
 
 }  // namespace

@@ -15,13 +15,6 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-constexpr char kTree[] =
-    "*%ZUBPropPage Layout/Layout: True\n"
-    "*%ZUBGroupName Pane1/Layout: True\n"
-    "*%ZUBGroupName Finish/Finishing: True\n"
-    "*%ZUBParent Pane1/Layout: True|Scrollpane\n"
-    "*%ZUBParent Finish/Pane1: True|Rolldown\n";
-
 std::string KindOf(PPDXGroup* group) {
     return IsRollDown(group) ? "rollDown" : IsScrollPane(group) ? "scrollPane" : "group";
 }

@@ -15,6 +15,14 @@
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "platform/CFRef.h"
 
+// A page with a pane and a roll-down on it.
+constexpr char kTree[] =
+    "*%ZUBPropPage Layout/Layout: True\n"
+    "*%ZUBGroupName Pane1/Layout: True\n"
+    "*%ZUBGroupName Finish/Finishing: True\n"
+    "*%ZUBParent Pane1/Layout: True|Scrollpane\n"
+    "*%ZUBParent Finish/Pane1: True|Rolldown\n";
+
 // A file of these bytes that lives as long as the object.
 class TemporaryFile {
   public:

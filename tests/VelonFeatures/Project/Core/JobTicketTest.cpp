@@ -32,23 +32,12 @@ TEST(JobTicketTest, ItemsComeBackAsTheyWereSet) {
     TestSession session;
     JobTicket ticket(session.Get());
     CFStringRef const client = CFSTR("client");
-    CFRef<CFDataRef> const data(
-        CFDataCreate(nullptr, reinterpret_cast<std::uint8_t const*>("\0x"), 2));
-    CFRef<CFMutableDictionaryRef> const dictionary(CFDictionaryCreateMutable(nullptr, 0));
     EXPECT_EQ(noErr, ticket.Set(client, CFSTR("S"), CFSTR("text"), false));
-    EXPECT_EQ(noErr, ticket.Set(client, CFSTR("D"), data.Get(), false));
-    EXPECT_EQ(noErr, ticket.Set(client, CFSTR("Y"), CFDictionaryRef(dictionary.Get()), false));
     EXPECT_EQ(noErr, ticket.Set(client, CFSTR("N"), 3000000000L, false));
     CFStringRef text = nullptr;
-    CFDataRef bytes = nullptr;
-    CFDictionaryRef values = nullptr;
     long number = 0;
     EXPECT_EQ(noErr, ticket.Get(CFSTR("S"), text));
     EXPECT_EQ("text", Text(text));
-    EXPECT_EQ(noErr, ticket.Get(CFSTR("D"), bytes));
-    EXPECT_TRUE(CFEqual(data, bytes));
-    EXPECT_EQ(noErr, ticket.Get(CFSTR("Y"), values));
-    EXPECT_TRUE(CFEqual(dictionary, values));
     EXPECT_EQ(noErr, ticket.GetInt(CFSTR("N"), number));
     EXPECT_EQ(2147483647, number) << "numbers have 32 bits";
     EXPECT_NE(noErr, ticket.Get(CFSTR("N"), text)) << "another type";

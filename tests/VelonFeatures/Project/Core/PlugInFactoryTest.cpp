@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "VelonFeatures/Project/Core/PlugInFactoryEntry.h"
+
+#include <cstring>
+
 #include "platform/PlugInHost.h"
 #include "tests/VelonFeatures/Project/Core/CoreFixture.h"
 
@@ -91,10 +94,8 @@ TEST_F(PlugInFactoryTest, TheInterfaceChecksItsContext) {
     PrinterInfoTable const& table = *instance->table;
     PrinterInfoAPIVersion version = {9, 9, 9, 9};
     EXPECT_EQ(noErr, table.GetAPIVersion(instance, &version));
-    EXPECT_EQ(1U, version.buildVersionMajor);
-    EXPECT_EQ(0U, version.buildVersionMinor);
-    EXPECT_EQ(1U, version.baseVersionMajor);
-    EXPECT_EQ(0U, version.baseVersionMinor);
+    PrinterInfoAPIVersion const expected = {1, 0, 1, 0};
+    EXPECT_EQ(0, std::memcmp(&expected, &version, sizeof(version)));
 
     PlugInContext context = nullptr;
     OSType creator = 0;

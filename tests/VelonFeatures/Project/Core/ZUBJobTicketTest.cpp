@@ -78,13 +78,17 @@ TEST_F(ZUBJobTicketTest, ALackOfMemoryKeepsWhatWasThere) {
     EXPECT_EQ((TestSession::Pairs{{81, "first"}}), Added());
     EXPECT_TRUE(mTicket.Add(kFeatureSite, "third"));
     EXPECT_EQ(noErr, mTicket.LastStatus());
+}
+
+TEST_F(ZUBJobTicketTest, WithoutAListATicketIsRefused) {
+    PDEData data(mSession.Get(), nullptr, nullptr);
     int unusable = 0;
     for (long n = 0; n < 8; ++n) {
         FailCreationAfter(n);
-        ZUBJobTicket const ticket(&mSettings, mKey);
+        ZUBJobTicket ticket(&mSettings, mKey);
         FailCreationAfter(-1);
-        EXPECT_EQ(ticket.List() != nullptr, ticket.IsJobValid());
-        unusable += ticket.IsJobValid() ? 0 : 1;
+        unusable += ticket.List() == nullptr ? 1 : 0;
+        EXPECT_EQ(ticket.List() == nullptr ? -50 : noErr, data.OutPostscriptData(ticket));
     }
     EXPECT_EQ(1, unusable);
 }
