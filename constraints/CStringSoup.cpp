@@ -32,7 +32,8 @@ long CStringSoup::Insert(char const* text) {
         return found->second;
     }
     long const id = size();
-    mTexts.push_back(NewCopy(wanted));
+    mTexts.push_back(nullptr);  // first what may throw, so that no copy is lost
+    mTexts.back() = NewCopy(wanted);
     mIds.emplace(std::string_view(mTexts.back(), wanted.size()), id);
     return id;
 }

@@ -80,7 +80,7 @@ void KVCache::ForgetFirst(long key) {
         mKeys.erase(found);
         return;
     }
-    auto const next = std::find_if(mPairs.begin() + PositionOf(found->second) + 1, mPairs.end(),
+    auto const next = std::find_if(mPairs.begin() + (PositionOf(found->second) + 1), mPairs.end(),
                                    [key](auto const& pair) { return pair.first == key; });
     found->second.first = mPopped + (next - mPairs.begin());
 }

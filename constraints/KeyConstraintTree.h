@@ -8,7 +8,7 @@
 class ItemConstraintList;
 
 // The rules of one keyword, by option. Rules can be switched off and on again; an option whose
-// rules are partly or wholly off keeps a copy of its full list aside.
+// rules are partly or wholly off keeps aside what its list was before the last that went off.
 class KeyConstraintTree {
   public:
     explicit KeyConstraintTree(long key) : mKey(key) {}

@@ -6,6 +6,7 @@
 
 #include "VelonFeatures/Project/Core/BundleIdentity.h"
 #include "VelonFeatures/Project/Core/PDEData.h"
+#include "VelonFeatures/Project/Core/ProjectPDE.h"
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
 #include "host/HostFiles.h"
 #include "platform/CFRef.h"
@@ -78,16 +79,20 @@ Outcome DialogSession::Initialize(std::string const& ppd) {
     OSStatus const status =
         mPlugIn.Table()->Initialize(mContext, &flags, kHostReference, mPane, mSession.Get());
     mInitialized = status == noErr;
+    if (status == ProjectPDE::kPrinterRefused) {
+        return Outcome::NotOurs("the extension doesn't take the printer of " + ppd);
+    }
     return mInitialized ? Outcome::Done()
-                        : Outcome::NotOurs("the extension doesn't take the printer of " + ppd +
-                                           ": Initialize gave " + std::to_string(status));
+                        : Outcome::Failed("the plug-in can't open the printer of " + ppd +
+                                          ": error " + std::to_string(status));
 }
 
 ZUBPPD* DialogSession::PPD() const {
     return gPDEData == nullptr ? nullptr : gPDEData->GetPPD();
 }
 
-// A commit that writes leaves a new path in the ticket; one that doesn't leaves the former one.
+// A commit with a PPD has something to write, whatever the choices. That it was written shows in
+// the ticket alone, by a new path.
 Outcome DialogSession::Commit() {
     std::string const former = PathInTicket();
     OSStatus const status = mPlugIn.Table()->Sync(mContext, mSession.Get(), false);
@@ -95,8 +100,10 @@ Outcome DialogSession::Commit() {
         return Outcome::Failed("the commit failed: error " + std::to_string(status));
     }
     std::string path = PathInTicket();
-    mJobDataPath = path == former ? std::string() : std::move(path);
-    return Outcome::Done();
+    bool const written = path != former;
+    mJobDataPath = written ? std::move(path) : std::string();
+    return written || PPD() == nullptr ? Outcome::Done()
+                                       : Outcome::Failed("can't write the job data file in /tmp");
 }
 
 std::string DialogSession::PathInTicket() const {

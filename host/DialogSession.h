@@ -12,7 +12,8 @@
 class ZUBPPD;
 
 // One run of a print dialog without anybody looking: the plug-in in a window that stays hidden.
-// Destruction closes the dialog and gives everything back.
+// Destruction closes the dialog and gives everything back but the plug-in's session data, which
+// outlives a dialog until the next one.
 class DialogSession {
   public:
     DialogSession() = default;

@@ -22,6 +22,10 @@ CFRef<CFURLRef> HostFiles::URL(std::string const& path, bool isDirectory) {
 Outcome HostFiles::CheckReadable(std::string const& path) {
     std::error_code ignored;
     int reason = 0;
+    // A pipe would be empty at the second reading.
+    if (fs::is_fifo(path, ignored) || fs::is_socket(path, ignored)) {
+        return Outcome::Failed("can't open " + path + ": not a regular file");
+    }
     if (fs::is_directory(path, ignored)) {
         reason = EISDIR;
     } else {

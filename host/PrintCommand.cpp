@@ -40,7 +40,7 @@ std::string PrintCommand::MakeAndModel() const {
     return text ? JsonText::ToUTF8(text) : "Demo";
 }
 
-// The dialog is over, and with it everything that it held, when this returns.
+// The dialog is over when this returns.
 Outcome PrintCommand::RunDialog(std::string& path) {
     DialogSession dialog;
     Outcome outcome = dialog.Start(mOptions, MakeAndModel());

@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "panel/JobPropertiesExchange.h"
-
 #include "PPDX/PPDObjects/Controls/ListFromJP.h"
 #include "VelonFeatures/Project/Core/ServerPreset.h"
 
-// Nothing here starts the application, so it never answers.
-bool HasListFromJP() {
+// The exchange of the option state with the Job Properties application. Nothing starts that
+// application yet, so there is no list that could change and no server preset that could be
+// outdated.
+
+bool CheckForChangeInListFromJP(char const* /*keyword*/, char const* /*value*/) {
     return false;
 }
 
-bool CheckForChangeInListFromJP(char const* /*keyword*/, char const* /*value*/) {
-    return HasListFromJP();
-}
-
 bool ServerPresetKeywordShouldBeDiscarded(unsigned char const* /*text*/, unsigned long /*length*/) {
-    return HasListFromJP();
+    return false;
 }

@@ -15,7 +15,7 @@ struct ProcessSerialNumber {
 constexpr std::uint32_t kNoProcess = 0;
 
 struct ProcessInfoRec {
-    std::uint8_t processName[32];  // length byte first, at most 31 bytes
+    std::uint8_t processName[256];  // length byte first
 };
 
 // The process after `process`, the first one after {0, kNoProcess}. procNotFound, and kNoProcess,

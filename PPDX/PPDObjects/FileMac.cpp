@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PPDX/PPDObjects/FileMac.h"
 
+#include <algorithm>
 #include <cstring>
 
 FileMac::FileMac(FSSpec const& file) : mValid(true), mFile(file) {}
@@ -35,7 +36,7 @@ void FileMac::getFileInfo(std::int16_t* volume, std::int32_t* directory, char* n
         *directory = mFile.parID;
     }
     if (name != nullptr) {
-        std::size_t const length = mFile.name[0];
+        std::size_t const length = std::min<std::size_t>(mFile.name[0], sizeof mFile.name - 1);
         std::memcpy(name, mFile.name + 1, length);
         name[length] = '\0';
     }

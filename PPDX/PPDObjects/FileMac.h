@@ -5,8 +5,9 @@
 
 #include "platform/FileManager.h"
 
-// A named file and its data, read and written through one reference at a time. Every operation
-// keeps its result as the last error; closing, reading or writing data that isn't open gives -38.
+// A named file and its data, read and written through one reference at a time. Operations on
+// its data keep their result as the last error; closing, reading or writing data that isn't open
+// gives -38.
 class FileMac {
   public:
     // Room that a file name needs, the terminator counted.

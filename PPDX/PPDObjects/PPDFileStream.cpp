@@ -40,14 +40,21 @@ void PPDFileStream::Setup() {
 }
 
 bool PPDFileStream::Refill() {
+    if (mFile == nullptr) {
+        return false;
+    }
     bool const lineFeedDue = mLineFeedDue;
+    mLineFeedDue = false;
     Setup();
-    if (!Bad() && lineFeedDue && PeekChar() == '\n') {
+    if (Bad()) {
+        SetStatus(kEndOfFile);
+        return false;
+    }
+    if (lineFeedDue && PeekChar() == '\n') {
         char lineFeed = 0;
         GetChar(lineFeed);
     }
-    mLineFeedDue = false;
-    return !Bad();
+    return true;
 }
 
 bool PPDFileStream::GetLine(char* line) {

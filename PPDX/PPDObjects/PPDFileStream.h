@@ -25,8 +25,8 @@ class PPDFileStream : public PPDStream {
     bool GetLine(char* line) override;
 
   private:
-    void Setup();  // the next chunk; bad when there is none
-    bool Refill();
+    void Setup();   // the next chunk; bad when there is none
+    bool Refill();  // false at the end of the file
 
     std::vector<char> mBuffer;
     bool mChunked;

@@ -27,7 +27,7 @@ bool PPDStream::GetChar(char& byte) {
 }
 
 int PPDStream::PeekChar() const {
-    return mPosition == mEnd ? -1 : *mPosition;
+    return mPosition == mEnd ? -1 : static_cast<signed char>(*mPosition);
 }
 
 void PPDStream::SkipWhiteSpace() {

@@ -6,8 +6,10 @@
 #include <new>
 #include <string_view>
 
+#include "PPDX/PPDObjects/PPDDelimiters.h"
 #include "PPDX/PPDObjects/PPDFile.h"
 #include "PPDX/PPDObjects/PPDStream.h"
+#include "PPDX/PPDObjects/PPDXErrorCode.h"
 #include "PPDX/PPDObjects/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/PPDXErrors.h"
 #include "ZUBUtils/PPDUtils/BoyerMoore.h"
@@ -20,7 +22,6 @@ namespace {
 constexpr std::size_t kNameScanSize = 4096;  // of the file, searched for *PCFileName
 constexpr std::size_t kNameValueSize = 32;   // behind the keyword, searched for a name
 constexpr std::string_view kPCFileName = "*PCFileName";
-constexpr char kValueDelimiters[] = "\n\r";
 
 bool HoldsName(CFStringRef name, BoyerMoore& search) {
     std::uint8_t pascal[256];
@@ -83,7 +84,7 @@ void PPDX::CheckPCFileName() {
 }
 
 bool PPDX::ValidateAgainstPCFilename(CFArrayRef names, PPDFile* file) {
-    if (file->openDataFork(fsRdPerm) != noErr) {
+    if (names == nullptr || file == nullptr || file->openDataFork(fsRdPerm) != noErr) {
         return false;
     }
     char text[kNameScanSize] = {};
@@ -98,7 +99,8 @@ bool PPDX::ValidateAgainstPCFilename(CFArrayRef names, PPDFile* file) {
         return false;
     }
     char* const end = text + sizeof text;
-    char* value = std::min(text + keyword + kPCFileName.size() + 1, end);
+    std::size_t const behind = static_cast<std::size_t>(keyword) + kPCFileName.size() + 1;
+    char* value = text + std::min(behind, sizeof text);
     value = std::find_if(value, end, [](char byte) { return byte != ' ' && byte != '\t'; });
     search.SetSearchData(value, std::min<long>(end - value, kNameValueSize));
     for (CFIndex i = 0; i < CFArrayGetCount(names); ++i) {
@@ -228,7 +230,7 @@ PPDXErrorObj* PPDX::TestPPDFile(PPDStream& stream, char const* firstToken) {
         mHeaderAccepted = true;
         return nullptr;
     }
-    return new PPDXErrorObj(28, true);
+    return new PPDXErrorObj(kNotPPD43, true);
 }
 
 void PPDX::StoreQuoted(PPDStream& line, CString*& field) {
@@ -240,7 +242,7 @@ void PPDX::StoreQuoted(PPDStream& line, CString*& field) {
 
 void PPDX::StoreLanguageText(PPDStream& line, CString*& field) {
     char text[kTextSize];
-    if (NextToken(line, text, kValueDelimiters, true)) {
+    if (NextToken(line, text, kRestOfLineDelimiters, true)) {
         ReplaceText(field, text);
         RenewTextConverter();
     }

@@ -11,7 +11,6 @@ class PPDFile;
 class PPDStream;
 class PPDXErrorObj;
 class PPDXErrors;
-class Settings;
 class TextConverter;
 
 // The reader's base: the file, the header's texts, the errors, and the token layer that every
@@ -46,7 +45,7 @@ class PPDX {
     void AllErrorsFatal(bool const& fatal) { mAllErrorsFatal = fatal; }
 
     PPDXErrors* GetErrors() const { return mErrors; }  // owned by the reader
-    // False when the reader has no file.
+    // False when the reader has no file; zeroed for a file that can't be named.
     bool GetFileSpec(FSSpec& file) const;
     // The file's own name, terminated, at most kTextSize bytes.
     bool GetPPDFileName(char* name) const;
@@ -71,7 +70,9 @@ class PPDX {
     // nothing was read; with `strip` the token may come out empty though the result is true.
     bool NextToken(PPDStream& stream, char* token, char const* delimiters, bool strip);
     // A value in double quotes, which may go on over lines of the current stream; a NUL byte
-    // stands for each line break. Bytes written, the terminator counted; 0 for an empty value.
+    // stands for each line break. Bytes written, the terminator counted
+    // unless the limit was met; 0 for an empty value and when the file ends in it. A line that
+    // begins with * ends the value too, and is lost.
     unsigned long GetQuotedString(PPDStream& stream, char* text, unsigned long const& limit);
     // PostScript in double quotes, which may go on over lines of the current stream. Ends in a
     // line feed and has no terminator. Bytes written; 0 for an empty value.
@@ -89,7 +90,7 @@ class PPDX {
     // `acceptedNames` is borrowed for the length of the construction; null accepts every file.
     explicit PPDX(CFArrayRef acceptedNames);
 
-    void Build();  // no file
+    void Build();  // with the file that is there, if any: the errors and the name check
     void Build(FSSpec const& file);
     void Build(CFURLRef url);
 

@@ -37,7 +37,8 @@ class PPDXElement {
     bool IsVisible() const { return mVisible != 0; }
     PPDXElement* GetParent() const { return mParent; }
     void SetParent(PPDXElement* parent) { mParent = parent; }
-    bool IsOrphan() const { return mParent == nullptr; }
+    // Without a parent; one that is known by name only counts as a parent.
+    bool IsOrphan() const { return mParent == nullptr && mParentName == nullptr; }
     // Exact comparison of keywords; false when either side has none.
     bool operator==(PPDXElement const& other) const;
     bool operator==(char const* keyword) const;

@@ -8,8 +8,11 @@
 
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/Controls/PPDXShortcuts.h"
+#include "PPDX/PPDObjects/PPDDelimiters.h"
 #include "PPDX/PPDObjects/PPDFileStream.h"
+#include "PPDX/PPDObjects/PPDXErrorCode.h"
 #include "PPDX/PPDObjects/PPDXErrorObj.h"
+#include "PPDX/PPDObjects/PPDXErrors.h"
 #include "PPDX/PPDObjects/PPDXGroups.h"
 #include "PPDX/PPDObjects/PPDXProperties.h"
 #include "PPDX/PPDObjects/PPDXProperty.h"
@@ -21,9 +24,6 @@
 
 namespace {
 
-constexpr char kKeywordDelimiters[] = " \t:";
-constexpr char kNameDelimiters[] = "/:";
-constexpr char kValueDelimiters[] = "\n\r";
 constexpr char kInstallableOptions[] = "InstallableOptions";
 
 // Takes the parent's name from an element and looks for the parent.
@@ -106,65 +106,84 @@ void ZUBPPD::Build() {
     }
     Parse();
     if (mProperties != nullptr && mProperties->Empty()) {
-        AddError(25, false);
+        AddError(kNoPages, false);
     }
     if (mGroups != nullptr && mGroups->Empty()) {
-        AddError(26, false);
+        AddError(kNoGroups, false);
     }
     if (mControls != nullptr && mControls->Empty()) {
-        AddError(27, false);
+        AddError(kNoControls, false);
     }
 }
 
 // ---- The pass over the file ----
 
 void ZUBPPD::Parse() {
-    if (mProperties == nullptr || mGroups == nullptr || mControls == nullptr ||
-        mConstraints == nullptr) {
-        AddError(1, true);
+    if (mErrors == nullptr || mProperties == nullptr || mGroups == nullptr ||
+        mControls == nullptr || mConstraints == nullptr) {
+        AddError(kOutOfMemory, true);
         return;
     }
     if (mFile == nullptr) {
         return;
     }
+    mInsideInstallableOptions = false;
+    mHeaderAccepted = false;
+    try {
+        ParseFile();
+    } catch (std::bad_alloc const&) {
+        AddError(kOutOfMemory, true);
+    }
+    mCurrentStream = nullptr;
+}
+
+void ZUBPPD::ParseFile() {
     PPDFileStream stream(mFile, true);
     if (stream.Bad()) {
-        AddError(18, true);
+        AddError(kFileNotReadable, true);
         return;
     }
     mCurrentStream = &stream;
     char firstToken[kTextSize];
-    PPDXErrorObj* headerError = nullptr;
+    std::unique_ptr<PPDXErrorObj> headerError;
     if (NextToken(stream, firstToken, kKeywordDelimiters, true)) {
-        headerError = TestPPDFile(stream, firstToken);
+        headerError.reset(TestPPDFile(stream, firstToken));
     }
     if (headerError == nullptr) {
         ReadLines();
     }
     SettleForwardReferences();
-    mCurrentStream = nullptr;
     if (headerError != nullptr) {
-        AddError(headerError);
+        AddError(headerError.release());
     }
 }
 
 void ZUBPPD::ReadLines() {
     char text[PPDStream::kLineSize];
     char keyword[kTextSize];
+    std::int32_t const former = mErrors->Count();
     while (mCurrentStream->GetLine(text)) {
         PPDStream line(text, static_cast<long>(std::strlen(text)));
         if (!NextToken(line, keyword, kKeywordDelimiters, true)) {
             continue;
         }
         PPDXErrorObj* const error = Dispatch(line, keyword);
+        bool const fatal = error != nullptr && error->IsFatal();
         if (error != nullptr) {
-            bool const ends = error->IsFatal() || mAllErrorsFatal;
             AddError(error);
-            if (ends) {
-                break;
-            }
+        }
+        if (fatal || (mAllErrorsFatal && mErrors->Count() > former)) {
+            break;
         }
     }
+}
+
+bool ZUBPPD::NextLine(char* text, PPDStream& line, char* token) {
+    if (!mCurrentStream->GetLine(text)) {
+        return false;
+    }
+    line.Setup(text, static_cast<long>(std::strlen(text)));
+    return NextToken(line, token, kKeywordDelimiters, true);
 }
 
 PPDXErrorObj* ZUBPPD::Dispatch(PPDStream& line, char const* keyword) {
@@ -218,7 +237,7 @@ PPDXErrorObj* ZUBPPD::ParsePSKeywords(PPDStream& line, char const* keyword) {
 
 PPDXErrorObj* ZUBPPD::ParseFileVersion(PPDStream& line) {
     char text[kTextSize];
-    if (NextToken(line, text, kValueDelimiters, true)) {
+    if (NextToken(line, text, kRestOfLineDelimiters, true)) {
         ReplaceText(mDriverFileVersion, text);
     }
     return nullptr;
@@ -226,7 +245,7 @@ PPDXErrorObj* ZUBPPD::ParseFileVersion(PPDStream& line) {
 
 PPDXErrorObj* ZUBPPD::ParseVersion(PPDStream& line) {
     char text[kTextSize];
-    if (NextToken(line, text, kValueDelimiters, true)) {
+    if (NextToken(line, text, kRestOfLineDelimiters, true)) {
         ReplaceText(mExtensionVersion, text);
     }
     return nullptr;
@@ -246,7 +265,7 @@ PPDXErrorObj* ZUBPPD::ParseOpenGroup(PPDStream& line) {
     NextToken(line, text, kNameDelimiters, true);
     CFRef<CFStringRef> const translation(CopyTranslation(text));
     if (!translation) {
-        return new PPDXErrorObj(12, kInstallableOptions, false);
+        return new PPDXErrorObj(kGroupWithoutName, kInstallableOptions, false);
     }
     mInstallableRollDown = new (std::nothrow) PPDXRollDown(kInstallableOptions, translation, true);
     if (mInstallableRollDown != nullptr) {

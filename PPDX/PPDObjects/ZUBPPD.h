@@ -50,8 +50,8 @@ class ZUBPPD : public PPDX, public DisplayOptions {
 
     void Parse() override;
     PPDXErrorObj* ParsePSKeywords(PPDStream& line, char const* keyword) override;
-    // Adds a popup to a tree at run time. The items and the default pass to it. Null when a name
-    // or the text converter is missing.
+    // Adds a popup to a tree at run time. The items and the default pass to it unless the result
+    // is null, as it is when a name doesn't convert or the text converter is missing.
     virtual PPDXControl* PPDCreatePopupMenu(char const* groupName, char const* keyword,
                                             char const* translation, PointerList& items,
                                             CString* defaultItem);
@@ -82,7 +82,8 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     static void SetExtensions(_EXTENSIONS_SUPPORT_ level) { sExtensionsSupport = level; }
 
     // Turns the parent names that an archive left in the elements into links. An element whose
-    // parent isn't there becomes an orphan.
+    // parent isn't there becomes an orphan. Reaches what the display option lets through: the
+    // caller sets it to 3.
     void ResolveHeirarchy();
 
     // Puts a control into its roll-down and into the tree, which owns it from here on. With `warn`
@@ -90,6 +91,7 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     void SetupControl(PPDXGroup* group, PPDXControl* control, bool warn);
 
   private:
+    struct FlagWords;
     struct OptionLine;
     struct PopupBlock;
     struct BooleanBlock;
@@ -99,7 +101,11 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     enum class HeadResult { kTaken, kLineDone, kIgnored, kFailed };
 
     void Build();
+    void ParseFile();
     void ReadLines();
+    // The next line of the file and its first token, with `line` behind it; false without one.
+    // `text` holds the line and must outlive it.
+    bool NextLine(char* text, PPDStream& line, char* token);
     PPDXErrorObj* Dispatch(PPDStream& line, char const* keyword);
     void SettleForwardReferences();
     PPDXErrorObj* ParseFileVersion(PPDStream& line);
@@ -149,10 +155,9 @@ class ZUBPPD : public PPDX, public DisplayOptions {
                                BooleanBlock& block);
     void CutOptionHead(char const* head, OptionLine& option);
     void ReadCode(PPDStream& line, OptionLine& option);
-    // Whether a block that was read to its end makes its control. Where it doesn't, `error` says
-    // why, or stays null where that is no fault.
-    bool BlockMakesControl(char const* keyword, CFStringRef translation, PPDXGroup const* group,
-                           bool defaultSeen, PPDXErrorObj*& error);
+    // The error that keeps a block, read to its end, from making its control; null for none.
+    PPDXErrorObj* WhyNoControl(char const* keyword, CFStringRef translation,
+                               PPDXGroup const* group) const;
     // Files of older versions have no popups and booleans.
     bool SeriesHasOptions() const;
     bool ControlExists(char const* keyword) const;  // whatever the display option
@@ -167,7 +172,7 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     PPDXRollDown* mInstallableRollDown = nullptr;  // in mGroups
     CString* mDriverFileVersion = nullptr;         // owned
     CString* mExtensionVersion = nullptr;          // owned
-    PointerList mGroupNames;                       // GroupName*, owned; only while parsing
+    PointerList mGroupNames;                       // GroupName*, owned; emptied after a parse
     bool mCustomPaper = false;
     UIConstraints* mConstraints = nullptr;  // owned
 

@@ -11,7 +11,9 @@
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/Controls/PopupItem.h"
+#include "PPDX/PPDObjects/PPDDelimiters.h"
 #include "PPDX/PPDObjects/PPDStream.h"
+#include "PPDX/PPDObjects/PPDXErrorCode.h"
 #include "PPDX/PPDObjects/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/PPDXGroups.h"
 #include "PPDX/PPDObjects/PPDXRollDown.h"
@@ -23,12 +25,6 @@
 // The lines that make options.
 
 namespace {
-
-constexpr char kKeywordDelimiters[] = " \t:";
-constexpr char kNameDelimiters[] = "/:";
-constexpr char kTranslationDelimiters[] = ":";
-constexpr char kWordDelimiters[] = "|:\"";
-constexpr char kTypeDelimiters[] = ";(;)";
 
 constexpr std::string_view kOpeners[] = {"*OpenUI", "*ZUOpenUI", "*BeginUI"};
 constexpr std::string_view kClosers[] = {"*CloseUI", "*ZUCloseUI", "*CloseUIZUB", "*EndUI"};
@@ -63,6 +59,16 @@ struct ZUBPPD::OptionLine {
     bool hasTranslation = false;
     CodeBlock code;
     long codeSize = 0;
+};
+
+// The words of a flags line, until a control takes them.
+struct ZUBPPD::FlagWords {
+    FlagWords() = default;
+    FlagWords(FlagWords const&) = delete;
+    FlagWords& operator=(FlagWords const&) = delete;
+    ~FlagWords() { ClearStringList(words); }
+
+    PointerList words;  // CString*, owned
 };
 
 // What the lines of a block give until its control can be made.
@@ -100,30 +106,25 @@ struct ZUBPPD::BooleanBlock {
 PPDXErrorObj* ZUBPPD::ParseControl(PPDStream& line) {
     char keyword[kTextSize];
     if (!NextToken(line, keyword, kKeywordDelimiters, true)) {
-        return new PPDXErrorObj(16, keyword, false);
+        return new PPDXErrorObj(kFlagsLineWithoutBlock, keyword, false);
     }
     if (ControlExists(keyword)) {
-        return new PPDXErrorObj(23, false);
+        return new PPDXErrorObj(kAlreadyExists, false);
     }
-    PointerList flags;  // CString*; a control that is made takes them
+    FlagWords flags;
     for (char word[kTextSize]; NextToken(line, word, kWordDelimiters, true);) {
         if (word[0] != '\0') {
-            flags.PushBack(new (std::nothrow) CString(word));
+            flags.words.PushBack(new CString(word));
         }
     }
-    PPDXErrorObj* const error = ParseFlaggedBlock(keyword, flags);
-    ClearStringList(flags);
-    return error;
+    return ParseFlaggedBlock(keyword, flags.words);
 }
 
 PPDXErrorObj* ZUBPPD::ParseFlaggedBlock(char const* keyword, PointerList& flags) {
     char text[PPDStream::kLineSize];
     char token[kTextSize];
-    if (!mCurrentStream->GetLine(text)) {
-        return nullptr;
-    }
-    PPDStream line = StreamOf(text);
-    if (!NextToken(line, token, kKeywordDelimiters, true)) {
+    PPDStream line;
+    if (!NextLine(text, line, token)) {
         return nullptr;
     }
     if (std::strcmp(token, "*%ZUBGroup") == 0) {
@@ -135,13 +136,13 @@ PPDXErrorObj* ZUBPPD::ParseFlaggedBlock(char const* keyword, PointerList& flags)
     if (token == kSkippedOpener) {
         return ParseOpenUIZUB(line, keyword, flags, nullptr);
     }
-    return new PPDXErrorObj(16, keyword, false);
+    return new PPDXErrorObj(kFlagsLineWithoutBlock, keyword, false);
 }
 
 PPDXErrorObj* ZUBPPD::ParseGroup(PPDStream& line, char const* keyword, PointerList& flags) {
     char field[kTextSize];
     if (!NextToken(line, field, kKeywordDelimiters, true)) {
-        return new PPDXErrorObj(5, field, false);
+        return new PPDXErrorObj(kGroupLineWithoutBlock, field, false);
     }
     if (std::strcmp(field, keyword) != 0 || !NextToken(line, field, kNameDelimiters, true)) {
         return nullptr;
@@ -159,11 +160,8 @@ PPDXErrorObj* ZUBPPD::ParseGroupedBlock(char const* keyword, PointerList& flags,
                                                        "*%ZUBUnitRange", "*%ZUBFloatRange"};
     char text[PPDStream::kLineSize];
     char token[kTextSize];
-    if (!mCurrentStream->GetLine(text)) {
-        return nullptr;
-    }
-    PPDStream line = StreamOf(text);
-    if (!NextToken(line, token, kKeywordDelimiters, true) || IsOneOf(kPassedOver, token)) {
+    PPDStream line;
+    if (!NextLine(text, line, token) || IsOneOf(kPassedOver, token)) {
         return nullptr;
     }
     if (IsOneOf(kOpeners, token)) {
@@ -172,7 +170,7 @@ PPDXErrorObj* ZUBPPD::ParseGroupedBlock(char const* keyword, PointerList& flags,
     if (token == kSkippedOpener) {
         return ParseOpenUIZUB(line, keyword, flags, group);
     }
-    return new PPDXErrorObj(5, keyword, false);
+    return new PPDXErrorObj(kGroupLineWithoutBlock, keyword, false);
 }
 
 PPDXErrorObj* ZUBPPD::ParseOpenUI(PPDStream& line, char const* keyword, PointerList& flags,
@@ -181,16 +179,16 @@ PPDXErrorObj* ZUBPPD::ParseOpenUI(PPDStream& line, char const* keyword, PointerL
     char text[kTextSize];
     char type[kTextSize];
     if (!NextToken(line, key, kNameDelimiters, true)) {
-        return new PPDXErrorObj(8, keyword, false);
+        return new PPDXErrorObj(kOpenerWithoutKeyword, keyword, false);
     }
     NextToken(line, text, kTranslationDelimiters, true);
     if (!NextToken(line, type, kTypeDelimiters, true)) {
-        return new PPDXErrorObj(31, keyword, false);
+        return new PPDXErrorObj(kUnknownUIType, keyword, false);
     }
     std::string_view const kind = type;
     bool const popup = kind == "PickOne" || kind == "PickMany";
     if (!popup && kind != "Boolean") {
-        return new PPDXErrorObj(31, keyword, false);
+        return new PPDXErrorObj(kUnknownUIType, keyword, false);
     }
     CFRef<CFStringRef> const translation(CopyTranslation(text));
     return popup ? ParsePopupControl(keyword, translation, flags, group, kind == "PickMany")
@@ -198,7 +196,7 @@ PPDXErrorObj* ZUBPPD::ParseOpenUI(PPDStream& line, char const* keyword, PointerL
 }
 
 PPDXErrorObj* ZUBPPD::ParseOpenUIZUB(PPDStream&, char const* keyword, PointerList&, PPDXGroup*) {
-    AddError(34, keyword, false);
+    AddError(kBlockSkipped, keyword, false);
     char text[PPDStream::kLineSize];
     char token[kTextSize];
     while (mCurrentStream->GetLine(text)) {
@@ -207,7 +205,7 @@ PPDXErrorObj* ZUBPPD::ParseOpenUIZUB(PPDStream&, char const* keyword, PointerLis
             return nullptr;
         }
     }
-    return new PPDXErrorObj(10, keyword, true);
+    return new PPDXErrorObj(kFileEndsInSkippedBlock, keyword, true);
 }
 
 // ---- The lines of a block ----
@@ -258,17 +256,15 @@ void ZUBPPD::ReadCode(PPDStream& line, OptionLine& option) {
     }
 }
 
-bool ZUBPPD::BlockMakesControl(char const* keyword, CFStringRef translation, PPDXGroup const* group,
-                               bool defaultSeen, PPDXErrorObj*& error) {
-    if (!defaultSeen) {
-        AddError(33, keyword, false);
-    }
+PPDXErrorObj* ZUBPPD::WhyNoControl(char const* keyword, CFStringRef translation,
+                                   PPDXGroup const* group) const {
     if (group == nullptr && !ParseOrphans()) {
-        error = new PPDXErrorObj(21, keyword, false);
-    } else if (SeriesHasOptions() && translation == nullptr) {
-        error = new PPDXErrorObj(8, keyword, false);
+        return new PPDXErrorObj(kControlWithoutGroup, keyword, false);
     }
-    return error == nullptr && SeriesHasOptions();
+    if (translation == nullptr && SeriesHasOptions()) {
+        return new PPDXErrorObj(kOpenerWithoutKeyword, keyword, false);
+    }
+    return nullptr;
 }
 
 bool ZUBPPD::SeriesHasOptions() const {
@@ -286,29 +282,31 @@ PPDXErrorObj* ZUBPPD::ParsePopupControl(char const* keyword, CFStringRef transla
         return TakePopupHead(line, head, keyword, block);
     });
     if (end == BlockEnd::kFileEnded || block.secondDefault) {
-        return new PPDXErrorObj(11, keyword, true);
+        return new PPDXErrorObj(kSecondDefaultOrFileEnds, keyword, true);
     }
-    PPDXErrorObj* error = nullptr;
-    if (!BlockMakesControl(keyword, translation, group, block.defaultKeyword != nullptr, error)) {
+    if (block.defaultKeyword == nullptr) {
+        AddError(kBlockWithoutDefault, keyword, false);
+    }
+    PPDXErrorObj* const error = WhyNoControl(keyword, translation, group);
+    if (error != nullptr || !SeriesHasOptions()) {
         return error;
     }
     if (!block.defaultFound && block.defaultKeyword != nullptr) {
         block.defaultKeyword = std::move(block.firstOption);
     }
     bool const installable = group != nullptr && *group == kInstallableGroup;
-    PointerList const items = block.items;
     auto* const popup = new (std::nothrow)
         PPDXPopupControl(keyword, translation, flags, true, pickMany, installable, block.items,
                          block.defaultKeyword.get(), mConstraints);
     if (popup == nullptr) {
-        return new PPDXErrorObj(1, keyword, false);
+        return new PPDXErrorObj(kOutOfMemory, keyword, false);
     }
     flags.MakeEmpty();
     block.items.MakeEmpty();
     static_cast<void>(block.defaultKeyword.release());
     SetupControl(group, popup, true);
-    for (auto at = items.Begin(); at != items.End(); ++at) {
-        mConstraints->KVSInsert(keyword, static_cast<_PopupItem const*>(*at)->Keyword());
+    for (_PopupItem* item = popup->FirstItem(); item != nullptr; item = popup->NextItem()) {
+        mConstraints->KVSInsert(keyword, item->Keyword());
     }
     return nullptr;
 }
@@ -376,13 +374,16 @@ PPDXErrorObj* ZUBPPD::ParseBooleanControl(char const* keyword, CFStringRef trans
         return TakeBooleanHead(line, head, keyword, block);
     });
     if (end == BlockEnd::kFailed) {
-        return new PPDXErrorObj(9, keyword, false);
+        return new PPDXErrorObj(kStateNeitherTrueNorFalse, keyword, false);
     }
     if (end == BlockEnd::kFileEnded) {
         return nullptr;
     }
-    PPDXErrorObj* error = nullptr;
-    if (!BlockMakesControl(keyword, translation, group, block.defaultSeen, error)) {
+    if (!block.defaultSeen) {
+        AddError(kBlockWithoutDefault, keyword, false);
+    }
+    PPDXErrorObj* const error = WhyNoControl(keyword, translation, group);
+    if (error != nullptr || !SeriesHasOptions()) {
         return error;
     }
     auto* const boolean = new (std::nothrow) PPDXBooleanControl(
@@ -390,7 +391,7 @@ PPDXErrorObj* ZUBPPD::ParseBooleanControl(char const* keyword, CFStringRef trans
         block.trueState.codeSize, block.falseState.text.get(), block.falseState.code.get(),
         block.falseState.codeSize, block.defaultState, mConstraints);
     if (boolean == nullptr) {
-        return new PPDXErrorObj(1, keyword, true);
+        return new PPDXErrorObj(kOutOfMemory, keyword, true);
     }
     flags.MakeEmpty();
     for (BooleanBlock::State* state : {&block.trueState, &block.falseState}) {
@@ -456,7 +457,7 @@ void ZUBPPD::SetupControl(PPDXGroup* group, PPDXControl* control, bool warn) {
             rollDown->Controls()->Add(control);
         }
     } else if (warn && (group != nullptr || ParseOrphans())) {
-        AddError(29, control->Keyword(), false);
+        AddError(kControlWithoutRollDown, control->Keyword(), false);
     }
     mControls->Add(control);
 }
@@ -479,8 +480,9 @@ PPDXControl* ZUBPPD::PPDCreatePopupMenu(char const* groupName, char const* keywo
     if (!name) {
         return nullptr;
     }
-    CFRef<CFStringRef> const groupTranslation(CopyTranslation(groupName));
-    AddGroupNameToList(groupName, groupTranslation, true);
+    if (CFRef<CFStringRef> const groupTranslation(CopyTranslation(groupName)); groupTranslation) {
+        AddGroupNameToList(groupName, groupTranslation, true);
+    }
     PPDXGroup* const group = mGroups->Find(groupName, true);
     PointerList flags;
     auto* const popup = new (std::nothrow) PPDXPopupControl(
@@ -491,6 +493,9 @@ PPDXControl* ZUBPPD::PPDCreatePopupMenu(char const* groupName, char const* keywo
 
 bool ZUBPPD::PPDReconcilePopupMenu(char const* keyword, char const* name, PointerList& items,
                                    CString* defaultItem) {
+    if (mControls == nullptr) {
+        return false;
+    }
     DisplayOptionsScope const all(kDisplayAll);
     CNTL_TYPE type = kControlType;
     auto* const popup = dynamic_cast<PPDXPopupControl*>(mControls->Find(keyword, type, true));

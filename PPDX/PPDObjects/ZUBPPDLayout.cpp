@@ -2,9 +2,12 @@
 #include <cstring>
 #include <new>
 #include <string_view>
+#include <unordered_set>
 
 #include "PPDX/PPDObjects/GroupName.h"
+#include "PPDX/PPDObjects/PPDDelimiters.h"
 #include "PPDX/PPDObjects/PPDStream.h"
+#include "PPDX/PPDObjects/PPDXErrorCode.h"
 #include "PPDX/PPDObjects/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/PPDXGroups.h"
 #include "PPDX/PPDObjects/PPDXProperties.h"
@@ -18,23 +21,16 @@
 
 // Pages, group names, parents and rules: the lines that lay out the tree.
 
-namespace {
-
-constexpr char kNameDelimiters[] = "/:";
-constexpr char kTranslationDelimiters[] = ":";
-constexpr char kWordDelimiters[] = "|:\"";
-constexpr char kBlanks[] = " \t";
-
-}  // namespace
+namespace {}  // namespace
 
 PPDXErrorObj* ZUBPPD::ParsePropertyPage(PPDStream& line) {
     char name[kTextSize];
     char translation[kTextSize];
     if (!NextToken(line, name, kNameDelimiters, true)) {
-        return new PPDXErrorObj(4, false);
+        return new PPDXErrorObj(kPageWithoutName, false);
     }
     if (mProperties->Find(name, true) != nullptr) {
-        return new PPDXErrorObj(23, false);
+        return new PPDXErrorObj(kAlreadyExists, false);
     }
     if (!NextToken(line, translation, kTranslationDelimiters, false)) {
         return nullptr;
@@ -53,7 +49,7 @@ PPDXErrorObj* ZUBPPD::ParsePropertyPage(PPDStream& line) {
     }
     CFRef<CFStringRef> const localName(CopyTranslation(translation));
     if (!localName) {
-        return new PPDXErrorObj(4, false);
+        return new PPDXErrorObj(kPageWithoutName, false);
     }
     mProperties->Add(new (std::nothrow) PPDXProperty(name, localName, visible,
                                                      showInPrintProperties, showInApplication));
@@ -64,10 +60,10 @@ PPDXErrorObj* ZUBPPD::ParseGroupName(PPDStream& line) {
     char name[kTextSize];
     char translation[kTextSize];
     if (!NextToken(line, name, kNameDelimiters, true)) {
-        return new PPDXErrorObj(12, name, false);
+        return new PPDXErrorObj(kGroupWithoutName, name, false);
     }
     if (mGroups->Find(name, true) != nullptr) {
-        return new PPDXErrorObj(23, name, false);
+        return new PPDXErrorObj(kAlreadyExists, name, false);
     }
     if (!NextToken(line, translation, kTranslationDelimiters, false)) {
         return nullptr;
@@ -81,7 +77,7 @@ PPDXErrorObj* ZUBPPD::ParseGroupName(PPDStream& line) {
     }
     CFRef<CFStringRef> const localName(CopyTranslation(translation));
     if (!localName) {
-        return new PPDXErrorObj(12, name, false);
+        return new PPDXErrorObj(kGroupWithoutName, name, false);
     }
     AddGroupNameToList(name, localName, visible);
     return nullptr;
@@ -92,10 +88,10 @@ PPDXErrorObj* ZUBPPD::ParseParent(PPDStream& line) {
     char name[kTextSize];
     char parent[kTextSize];
     if (!NextToken(line, name, kNameDelimiters, true)) {
-        return new PPDXErrorObj(15, false);
+        return new PPDXErrorObj(kParentLineLacksField, false);
     }
     if (!NextToken(line, parent, kNameDelimiters, true)) {
-        return new PPDXErrorObj(15, name, false);
+        return new PPDXErrorObj(kParentLineLacksField, name, false);
     }
     bool visible = false;
     AddKind add = nullptr;
@@ -114,7 +110,7 @@ PPDXErrorObj* ZUBPPD::ParseParent(PPDStream& line) {
 PPDXErrorObj* ZUBPPD::AddScrollPane(GroupName const& name, char const* parent, bool visible) {
     PPDXProperty* const page = mProperties->Find(parent, true);
     if (page == nullptr) {
-        return new PPDXErrorObj(14, parent, false);
+        return new PPDXErrorObj(kUnknownParent, parent, false);
     }
     auto* const pane =
         new (std::nothrow) PPDXScrollPane(name.Keyword(), name.Translation(), visible);
@@ -129,7 +125,7 @@ PPDXErrorObj* ZUBPPD::AddScrollPane(GroupName const& name, char const* parent, b
 PPDXErrorObj* ZUBPPD::AddRollDown(GroupName const& name, char const* parent, bool visible) {
     auto* const pane = dynamic_cast<PPDXScrollPane*>(mGroups->Find(parent, true));
     if (pane == nullptr) {
-        return new PPDXErrorObj(14, parent, false);
+        return new PPDXErrorObj(kUnknownParent, parent, false);
     }
     auto* const rollDown =
         new (std::nothrow) PPDXRollDown(name.Keyword(), name.Translation(), visible);
@@ -145,7 +141,7 @@ PPDXErrorObj* ZUBPPD::AddRollDown(GroupName const& name, char const* parent, boo
 
 void ZUBPPD::AddGroupNameToList(char const* keyword, CFStringRef translation, bool visible) {
     if (mGroups->Find(keyword, true) == nullptr) {
-        mGroupNames.PushBack(new (std::nothrow) GroupName(keyword, translation, visible));
+        mGroupNames.PushBack(new GroupName(keyword, translation, visible));
     }
 }
 
@@ -187,9 +183,15 @@ void ZUBPPD::CollectOrphanGroups() {
     if (!ParseOrphans()) {
         return;
     }
+    // A file can declare names by the ten thousand: asking the groups for each would take minutes.
+    std::unordered_set<std::string_view> known;
+    DisplayOptionsScope const all(kDisplayAll);
+    for (auto* group = mGroups->First(); group != nullptr; group = mGroups->Next()) {
+        known.insert(group->Keyword() != nullptr ? group->Keyword() : "");
+    }
     for (auto at = mGroupNames.Begin(); at != mGroupNames.End(); ++at) {
         auto const& name = *static_cast<GroupName const*>(*at);
-        if (mGroups->Find(name.Keyword(), true) == nullptr) {
+        if (known.insert(name.Keyword()).second) {
             AddPlainGroup(name);
         }
     }
@@ -208,7 +210,7 @@ PPDXErrorObj* ZUBPPD::ParseRequirement(PPDStream& line) {
 PPDXErrorObj* ZUBPPD::ParseUIConstraint(PPDStream& line, bool requirement) {
     auto const nextField = [&](char* field) {
         line.SkipWhiteSpace();
-        NextToken(line, field, kBlanks, true);
+        NextToken(line, field, kBlankDelimiters, true);
     };
     char key1[kTextSize];
     char option1[kTextSize];
@@ -223,7 +225,7 @@ PPDXErrorObj* ZUBPPD::ParseUIConstraint(PPDStream& line, bool requirement) {
         nextField(key2);
     }
     if (key2[0] == '\0') {
-        return new PPDXErrorObj(36, false);
+        return new PPDXErrorObj(kRuleWithoutSecondKey, false);
     }
     nextField(option2);
     mConstraints->Add(key1, option1, key2, option2, requirement);

@@ -125,7 +125,7 @@ TEST_F(ProcessManagerTest, TheOwnNameIsTheOneThatTheHostSets) {
     EXPECT_EQ(NameOf(self), "Vorschau für das Drucken aller Seiten");
     ProcessInfoRec info;
     EXPECT_EQ(GetProcessInformation(&self, &info), noErr);
-    EXPECT_EQ(info.processName[0], 31);
+    EXPECT_EQ(info.processName[0], 38);
     EXPECT_NE(NameOf({0, static_cast<std::uint32_t>(getppid())}),
               "Vorschau für das Drucken aller Seiten");
     SetCurrentProcessName(nullptr);

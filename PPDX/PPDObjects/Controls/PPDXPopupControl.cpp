@@ -124,6 +124,7 @@ void PPDXPopupControl::ReadItems(Settings& settings, long id, long count) {
 
 void PPDXPopupControl::DeleteItems() {
     mCurrentItem = nullptr;
+    mItemCursor = PointerListItr();
     while (!mItems.Empty()) {
         delete static_cast<_PopupItem*>(mItems.Back());
         mItems.PopBack();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PPDX/PPDObjects/Controls/PopupItem.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -20,7 +21,9 @@ char const* _PopupItem::displayName() {
     }
     CFStringEncoding const encoding = CFStringGetSystemEncoding();
     CFIndex const size =
-        CFStringGetMaximumSizeForEncoding(CFStringGetLength(mLocalName), encoding) + 1;
+        std::max<CFIndex>(
+            CFStringGetMaximumSizeForEncoding(CFStringGetLength(mLocalName), encoding), 0) +
+        1;
     mDisplayName = new (std::nothrow) char[static_cast<std::size_t>(size)];
     if (mDisplayName != nullptr && !CFStringGetCString(mLocalName, mDisplayName, size, encoding)) {
         *mDisplayName = '\0';

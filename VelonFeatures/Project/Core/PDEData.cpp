@@ -4,8 +4,10 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <system_error>
 
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
@@ -27,23 +29,29 @@ constexpr std::array<wchar_t const*, PDEData::kPCPairs> kPCKeys = {
 };
 constexpr wchar_t kNoPCValue[] = L"-1";
 
-CFRef<CFURLRef> FileURL(char const* path) {
-    return CFRef<CFURLRef>(CFURLCreateFromFileSystemRepresentation(
-        nullptr, reinterpret_cast<std::uint8_t const*>(path),
-        static_cast<CFIndex>(std::strlen(path)), false));
-}
-
-// False also when both are one file, which is then left alone.
+// False also when both are one file, which is then left alone. The content is written under a name
+// of its own first: a reader sees a whole file, and a link in the target's place is replaced, not
+// followed.
 bool CopyFile(char const* source, char const* target) {
-    std::error_code ignored;
-    if (std::filesystem::equivalent(source, target, ignored)) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    if (fs::equivalent(source, target, error)) {
         return false;
     }
-    CFRef<CFDataRef> content;
-    std::int32_t error = 0;
-    return CFURLCreateDataAndPropertiesFromResource(nullptr, FileURL(source), content.Receive(),
-                                                    &error) &&
-           CFURLWriteDataAndPropertiesToResource(FileURL(target), content, &error);
+    char temporary[] = "/tmp/Velon.copyXXXXXX";
+    int const file = mkstemp(temporary);
+    if (file < 0) {
+        return false;
+    }
+    close(file);
+    fs::copy_file(source, temporary, fs::copy_options::overwrite_existing, error);
+    if (!error) {
+        fs::rename(temporary, target, error);
+    }
+    if (error) {
+        unlink(temporary);
+    }
+    return !error;
 }
 
 // The value of *ZUOrientation for the operating system's number; null for an unknown one.
@@ -72,9 +80,8 @@ PDEData::PDEData(PMPrintSession session, ZUBPPD* ppd, ProjectPDE* project)
         return;
     }
     CopyPPD();
-    MakePCPairs();
     TakePageOrientation();
-    mValid = true;
+    mValid = MakePCPairs();
 }
 
 PDEData::~PDEData() {
@@ -97,11 +104,12 @@ void PDEData::CopyPPD() {
     mHasTempPPD = CopyFile(source, mTempPPDPath);
 }
 
-void PDEData::MakePCPairs() {
+bool PDEData::MakePCPairs() {
+    bool made = true;
     for (std::size_t i = 0; i < kPCPairs; ++i) {
-        mPCPairs[i].SetKey(kPCKeys[i]);
-        mPCPairs[i].SetValue(kNoPCValue);
+        made = mPCPairs[i].SetKey(kPCKeys[i]) && mPCPairs[i].SetValue(kNoPCValue) && made;
     }
+    return made;
 }
 
 void PDEData::TakePageOrientation() {

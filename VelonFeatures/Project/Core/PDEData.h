@@ -35,7 +35,6 @@ class PDEData {
     bool IsValid() const { return mValid; }
     ZUBPPD* GetPPD() const { return mPPD; }
     void SetPPD(ZUBPPD* ppd) { mPPD = ppd; }  // borrowed; the owner clears it before the PPD goes
-    ProjectPDE* GetProject() const { return mProject; }
     CFStringRef PrinterName() const { return mPrinterName; }  // borrowed; null when not valid
     char const* TempPPDPath() const { return mTempPPDPath; }  // "" without a PPD
     WatermarkList& Watermarks() { return mWatermarks; }
@@ -62,7 +61,8 @@ class PDEData {
     bool GetSummaryLine(CFMutableStringRef title, CFMutableStringRef summary, bool& more) const;
 
     // Adds the choices to the ticket's list, in the order in which the job must have them. 0, or
-    // paramErr for a ticket that isn't usable. Leaves the process's display option at 1.
+    // paramErr for a ticket that isn't usable. Leaves the process's display option at 1 when
+    // there is a PPD.
     OSStatus OutPostscriptData(ZUBJobTicket& ticket);
     // Adds the keyword of every control but *PageSize, so that the operating system doesn't emit
     // their code itself.
@@ -72,7 +72,7 @@ class PDEData {
 
   private:
     void CopyPPD();
-    void MakePCPairs();
+    bool MakePCPairs();
     void TakePageOrientation();
     PPDXControls* Controls() const;  // null without a PPD
 

@@ -99,7 +99,7 @@ PlugInFactory* CreateFactory(CFUUIDRef factoryID) {
 
 }  // namespace
 
-void* PrinterInfoPluginFactory(CFAllocatorRef /*allocator*/, CFUUIDRef typeID) {
+void* PrinterInfoPluginFactory(CFAllocatorRef /*allocator*/, CFUUIDRef typeID) try {
     if (gFactoryBusy) {
         return nullptr;
     }
@@ -111,4 +111,6 @@ void* PrinterInfoPluginFactory(CFAllocatorRef /*allocator*/, CFUUIDRef typeID) {
     }
     CFRef<CFUUIDRef> const factoryID(CreateFactoryID(bundle, typeID));
     return factoryID ? CreateFactory(factoryID) : nullptr;
+} catch (...) {  // no memory
+    return nullptr;
 }

@@ -111,6 +111,16 @@ OSStatus Terminate(PlugInContext context, OSStatus /*status*/) {
     return noErr;
 }
 
+// Lack of memory is all that is thrown below; for the host it is a number.
+template <auto function, typename... Arguments>
+OSStatus Guarded(Arguments... arguments) noexcept {
+    try {
+        return function(arguments...);
+    } catch (...) {
+        return memFullErr;
+    }
+}
+
 }  // namespace
 
 PrinterInfoInterface* CreatePrinterInfoInstance() {
@@ -118,8 +128,10 @@ PrinterInfoInterface* CreatePrinterInfoInstance() {
     if (instance == nullptr) {
         return nullptr;
     }
-    instance->mFunctions = {Retain, Release,        GetAPIVersion, Prologue, Initialize,
-                            Sync,   GetSummaryText, Open,          Close,    Terminate};
+    instance->mFunctions = {Guarded<Retain>,         Guarded<Release>,    Guarded<GetAPIVersion>,
+                            Guarded<Prologue>,       Guarded<Initialize>, Guarded<Sync>,
+                            Guarded<GetSummaryText>, Guarded<Open>,       Guarded<Close>,
+                            Guarded<Terminate>};
     instance->table = &instance->mFunctions;
     return instance;
 }

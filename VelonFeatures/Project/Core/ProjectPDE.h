@@ -42,9 +42,8 @@ class ProjectPDE {
     OSStatus Initialize(std::uint32_t* flags, std::uint32_t pdeRef, ControlRef parentPane,
                         PMPrintSession session);
     // From here on the session is this one. With `reinitialize` sets everything up anew for what it
-    // holds now. Without it
-    // writes the choices out for the job. A failure leaves no PPD open, unless the session itself
-    // is the fault.
+    // holds now, without it writes the choices out for the job. A failure leaves no PPD open,
+    // unless the session itself is the fault.
     OSStatus Sync(PMPrintSession session, bool reinitialize);
     // There is no summary: both arrays are null.
     OSStatus GetSummaryText(CFArrayRef* titles, CFArrayRef* summaries);

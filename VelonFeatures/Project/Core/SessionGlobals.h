@@ -17,7 +17,7 @@ extern bool gUseCommonPresets;
 extern bool gFactoryBusy;
 // The pane shrinks once for each ProjectPDE.
 extern bool gNeedShrink;
-// The printing application is one that draws its own pane background.
+// The printing application's bundle path holds "Adobe" or "Quark".
 extern bool gAppIsAdobe;
 extern bool gMacOSx105;      // the system's minor version is 5
 extern bool gMacOSx105plus;  // it is 5 or higher
@@ -26,7 +26,7 @@ extern bool gBackFromJP;
 
 // The session data. Owned; outlives the ProjectPDE that made it, until the next one replaces it.
 extern PDEData* gPDEData;
-// The nib of the interface instances; owned by whichever of them goes last.
+// The nib of the interface instances. Owned by all of them: the first that goes closes it.
 extern IBNibRef gSharedNib;
 // The first bundle that MyGetBundle found; retained.
 extern CFBundleRef gCachedBundle;

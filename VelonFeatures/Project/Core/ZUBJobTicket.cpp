@@ -28,10 +28,6 @@ struct FilePath {
     char mText[kPathSize] = {};
 };
 
-void RemoveFile(CFStringRef path) {
-    unlink(FilePath(path).mText);
-}
-
 }  // namespace
 
 ZUBJobTicket::ZUBJobTicket(PrintSettingsTicket* settings, CFStringRef dataKey)
@@ -69,11 +65,25 @@ bool ZUBJobTicket::Add(PostScriptInjectionSite site, unsigned char const* bytes,
         return false;
     }
     if (!ServerPresetKeywordShouldBeDiscarded(bytes, length)) {
-        mDirty = true;
-        CFArrayAppendValue(mList, siteNumber);
-        CFArrayAppendValue(mList, data);
-        ++mCount;
+        return Append(siteNumber, data);
     }
+    return true;
+}
+
+// Both or neither: half a pair would shift all that come behind it.
+bool ZUBJobTicket::Append(CFNumberRef site, CFDataRef data) {
+    CFIndex const count = CFArrayGetCount(mList);
+    CFArrayAppendValue(mList, site);
+    CFArrayAppendValue(mList, data);
+    if (CFArrayGetCount(mList) != count + 2) {
+        while (CFArrayGetCount(mList) > count) {
+            CFArrayRemoveValueAtIndex(mList, count);
+        }
+        mLastStatus = memFullErr;
+        return false;
+    }
+    mDirty = true;
+    ++mCount;
     return true;
 }
 
@@ -120,12 +130,8 @@ bool ZUBJobTicket::Save(CFStringRef client) {
         return false;
     }
     mLastStatus = mSettings->Set(client, mDataKey, path, false);
-    if (mLastStatus != noErr) {
-        RemoveFile(path);  // nobody would find it
-        return false;
-    }
     mDirty = false;
-    return true;
+    return mLastStatus == noErr;
 }
 
 CFStringRef ZUBJobTicket::CreateFilePath() {

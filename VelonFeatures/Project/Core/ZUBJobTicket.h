@@ -33,15 +33,18 @@ class ZUBJobTicket : public JobTicket {
     // Writes the list into a new file "/tmp/Velon.temp" and a UUID, readable and writable for all,
     // and puts its path into the settings. An XML property list: one array, <integer> and <data>
     // alternating. The file appears whole or not at all. An empty list writes nothing and is no
-    // failure; after a failure the settings still name the former file.
+    // failure; after a failure the settings still name the former file. Nothing here removes a
+    // file.
     bool Save(CFStringRef client);
 
     bool EnforceCopiesLimit(CFStringRef client, long copies);
     long GetCopies();  // 0 when the settings don't tell
-    // Takes the path of the last job data file out of the settings; the file stays.
+    // Takes the path of the last job data file out of the settings; the file stays. True whether
+    // or not there was one.
     bool Invalidate(CFStringRef client);
 
   private:
+    bool Append(CFNumberRef site, CFDataRef data);
     // A new path "/tmp/Velon.temp..."; the caller releases it.
     static CFStringRef CreateFilePath();
     OSStatus WriteList(CFStringRef path);

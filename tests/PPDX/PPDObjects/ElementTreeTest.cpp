@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "PPDText.h"
 #include "PPDX/PPDObjects/DisplayOptions.h"
 #include "PPDX/PPDObjects/PPDXGroups.h"
 #include "PPDX/PPDObjects/PPDXProperties.h"
@@ -217,7 +218,8 @@ TEST(ElementTreeTest, ATreeComesBackFromItsArchiveWithParentsByName) {
     Texts parents;
     for (char const* keyword : {"Roll", "Plain", "Pane", "Hidden"}) {
         PPDXGroup* group = restored.mGroups.Find(keyword, true);
-        EXPECT_TRUE(group->IsOrphan());
+        // A parent known by name counts when the lists count, before there are links.
+        EXPECT_EQ(group->IsOrphan(), std::string(keyword) == "Plain");
         EXPECT_TRUE(CFEqual(group->CFStringUserName(), tree.mName));
         parents.push_back(ParentName(*group));
     }
@@ -225,6 +227,48 @@ TEST(ElementTreeTest, ATreeComesBackFromItsArchiveWithParentsByName) {
     EXPECT_FALSE(restored.mGroups.Find("Hidden", true)->IsVisible());
     EXPECT_TRUE(IsRollDown(restored.mGroups.Find("Roll", true)));
     EXPECT_TRUE(IsScrollPane(restored.mGroups.Find("Pane", true)));
+}
+
+TEST(ElementTreeTest, NamesOfParentsBecomeLinksWhateverTheOrderOfTheList) {
+    Tree tree;
+    Settings settings;
+    ASSERT_NO_FATAL_FAILURE(Save(tree, settings));
+    PPDPtr const ppd(new ZUBPPD(kParseAll));
+    // The reader owns what is in its lists. The roll-down comes before its pane.
+    ppd->GetProperties()->Add(new PPDXProperty(settings, 3001));
+    for (long id : {4001, 4002}) {
+        ppd->GetGroups()->Add(id == 4001 ? new PPDXRollDown(settings, id)
+                                         : new PPDXGroup(settings, id));
+    }
+    auto* const pane = new PPDXScrollPane(settings, 4003);
+    ppd->GetGroups()->Add(pane);
+    DisplayOptionsScope const scope(kDisplayAll);
+    ppd->ResolveHeirarchy();
+
+    PPDXProperty* const page = ppd->GetProperties()->First();
+    EXPECT_EQ(page->GetScrollDown(), pane);
+    EXPECT_EQ(pane->GetParent(), page);
+    PPDXGroup* const rollDown = ppd->GetGroups()->Find("Roll", true);
+    EXPECT_EQ(rollDown->GetParent(), pane);
+    EXPECT_EQ(pane->RollDowns()->Find("Roll", true), rollDown);
+    EXPECT_TRUE(ppd->GetGroups()->Find("Plain", true)->IsOrphan());
+    ZUBPPD::Options(kDisplayPlacedAndVisible);
+    EXPECT_EQ(ppd->GetGroups()->Count(), 3);
+    ZUBPPD::Options(kDisplayOrphans);
+    EXPECT_EQ(ppd->GetGroups()->Count(), 4);  // the plain one again
+}
+
+TEST(ElementTreeTest, ElementWhoseParentHasGoneBecomesAnOrphan) {
+    Tree tree;
+    Settings settings;
+    ASSERT_NO_FATAL_FAILURE(Save(tree, settings));
+    PPDPtr const ppd(new ZUBPPD(kParseAll));
+    auto* const rollDown = new PPDXRollDown(settings, 4001);
+    ppd->GetGroups()->Add(rollDown);
+    EXPECT_FALSE(rollDown->IsOrphan());
+    DisplayOptionsScope const scope(kDisplayAll);
+    ppd->ResolveHeirarchy();
+    EXPECT_TRUE(rollDown->IsOrphan());
 }
 
 TEST(ElementTreeTest, ADamagedArchiveGivesASmallerTree) {

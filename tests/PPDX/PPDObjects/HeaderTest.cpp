@@ -105,6 +105,15 @@ TEST(HeaderTest, FirstErrorOfAnyKindEndsAParseThatAllowsNone) {
     EXPECT_FALSE(ppd->IsValidPPD());
     ppd->Parse();
     EXPECT_EQ(ErrorsOf(*ppd), (Errors{"4", "12", "25", "26", "27", "4"}));
+
+    // Also one that the reader adds in the middle of a block.
+    TemporaryFile const skipped(std::string(kHeader) +
+                                "*%ZUBFlags *S:\n*OpenUIZUB *S/S: PickOne\n*CloseUIZUB: *S\n"
+                                "*%ZUBPropPage\n");
+    PPDPtr const strict(new ZUBPPD(skipped.URL(), kParseAll, nullptr));
+    strict->AllErrorsFatal(true);
+    strict->Parse();
+    EXPECT_EQ(ErrorsOf(*strict), (Errors{"34 *S", "4", "25", "26", "27", "34 *S"}));
 }
 
 TEST(HeaderTest, LineThatIsTooLongOrHoldsFFEndsTheFileQuietly) {

@@ -72,7 +72,10 @@ TEST(PPDStreamTest, NoBytesMakeABadStream) {
     EXPECT_TRUE(PPDStream(nullptr, 5).Bad());
     EXPECT_TRUE(PPDStream("x", 0).Bad());
     EXPECT_TRUE(PPDStream("x", -1).Bad());
-    EXPECT_TRUE(PPDFileStream(nullptr, true).Bad());
+    PPDFileStream none(nullptr, true);
+    EXPECT_TRUE(none.Bad());
+    char line[PPDStream::kLineSize];
+    EXPECT_FALSE(none.GetLine(line));
 }
 
 TEST(PPDFileStreamTest, LinesStraddleChunksAtEveryOffset) {
