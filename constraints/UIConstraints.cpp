@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "constraints/ConstraintsEngine.h"
+
 namespace {
 
 constexpr char const* kBlank = "";
@@ -16,7 +18,9 @@ constexpr char const* kFalse = "False";
 
 UIConstraints::UIConstraints() = default;
 
-UIConstraints::~UIConstraints() = default;
+UIConstraints::~UIConstraints() {
+    delete mEngine;
+}
 
 void UIConstraints::KVSInsert(char const* key, char const* option) {
     long const keyId = mStrings.Insert(key);
@@ -85,6 +89,23 @@ void UIConstraints::UpdateKVCache(char const* key, char const* option) {
 
 void UIConstraints::UpdateKVCache(long key, long option) {
     mSelection.Insert(key, option);
+}
+
+bool UIConstraints::ValidateDelta(KVCache delta) {
+    if (mEngine == nullptr) {
+        mEngine = new ConstraintsEngine(&mSelection, &mConstraintForest, &mKeyForest, nullptr);
+    }
+    return mEngine->Test(&delta).conflicts.size() == 0;
+}
+
+bool UIConstraints::IsKVConstrained(long key, long option) {
+    KVCache delta;
+    delta.Insert(key, option);
+    return !ValidateDelta(delta);
+}
+
+bool UIConstraints::IsKVConstrained(char const* key, char const* option) {
+    return IsKVConstrained(mStrings.Find(key), mStrings.Find(option));
 }
 
 ConstraintForest& UIConstraints::ForestOf(bool requirement) {

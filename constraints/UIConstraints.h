@@ -8,12 +8,14 @@
 #include "constraints/KVCache.h"
 #include "constraints/KeyForest.h"
 
+class ConstraintsEngine;
+
 // What a PPD says about options that can't stand together, and which option of each key is
 // selected now. Texts are interned once; all else works on their ids.
 //
 // While the PPD is read, KVSInsert, Add and UpdateKVCache come in the order of the file, and
-// Resolve once after the last line. From then on UpdateKVCache follows every selection. One thread.
-// No text may be null.
+// Resolve once after the last line. From then on UpdateKVCache follows every selection, and the
+// panel asks what to grey. One thread. No text may be null.
 class UIConstraints {
   public:
     // A rule in which an option is blank; waits for the table of options to be complete.
@@ -44,6 +46,14 @@ class UIConstraints {
     void UpdateKVCache(char const* key, char const* option);
     void UpdateKVCache(long key, long option);
 
+    // Whether the change meets no conflict with the rest of the selection. Requirements don't
+    // count.
+    bool ValidateDelta(KVCache delta);
+    // Whether selecting this option would conflict with what is selected now. False for an unknown
+    // key; an option of -1, or one that is unknown, asks about the rules of all options of the key.
+    bool IsKVConstrained(long key, long option);
+    bool IsKVConstrained(char const* key, char const* option);
+
     ConstraintForest& GetConstraintForest() { return mConstraintForest; }
     ConstraintForest& GetRequiresForest() { return mRequiresForest; }
     CStringSoup& GetConstraintStrings() { return mStrings; }
@@ -56,7 +66,8 @@ class UIConstraints {
     ConstraintForest mConstraintForest;
     ConstraintForest mRequiresForest;
     CStringSoup mStrings;
-    KVCache mSelection;  // at most one pair a key
+    ConstraintsEngine* mEngine = nullptr;  // owned; null until the first question
+    KVCache mSelection;                    // at most one pair a key
     KeyForest mKeyForest;
     std::vector<SpecialConstraint> mDeferred;
 };

@@ -338,7 +338,7 @@ ZUBPPD::HeadResult ZUBPPD::TakePopupDefault(PPDStream& line, char const* keyword
         return HeadResult::kTaken;
     }
     block.secondDefault |= block.defaultKeyword != nullptr;
-    block.defaultKeyword.reset(new (std::nothrow) CString(text));
+    block.defaultKeyword = std::make_unique<CString>(text);
     return HeadResult::kTaken;
 }
 
@@ -349,19 +349,18 @@ ZUBPPD::HeadResult ZUBPPD::TakePopupOption(PPDStream& line, char const* head, Po
         return HeadResult::kLineDone;
     }
     ReadCode(line, option);
-    auto* const item = new (std::nothrow) _PopupItem;
-    if (item == nullptr) {
-        return HeadResult::kTaken;
-    }
-    item->mKeyword = new (std::nothrow) CString(option.option);
+    auto item = std::make_unique<_PopupItem>();
+    item->mKeyword = new CString(option.option);
     if (block.firstOption == nullptr) {
-        block.firstOption.reset(new (std::nothrow) CString(option.option));
+        block.firstOption = std::make_unique<CString>(option.option);
     }
     block.defaultFound |= block.defaultKeyword != nullptr && *block.defaultKeyword == option.option;
     item->mLocalName = option.hasTranslation ? CopyTranslation(option.translation) : nullptr;
     item->mPSLength = static_cast<std::int32_t>(option.codeSize);
     item->mPSCode = option.code.release();
-    block.items.PushBack(item);
+    if (block.items.PushBack(item.get())) {
+        static_cast<void>(item.release());
+    }
     return HeadResult::kTaken;
 }
 

@@ -96,4 +96,32 @@ TEST_F(UIConstraintsTest, RequirementsStayApartFromConflicts) {
     EXPECT_EQ(Rules(mStore.GetRequiresForest(), "*A", nullptr), (Texts{"*B u", "*B u", "*B v"}));
 }
 
+TEST_F(UIConstraintsTest, AQuestionFollowsRulesAndSelectionAsTheyStand) {
+    AddOptions();
+    mStore.Add("*A", "x", "*B", "u", false);
+    mStore.Add("*A", "y", "*B", "v", true);
+    mStore.UpdateKVCache("*B", "v");
+    EXPECT_FALSE(mStore.IsKVConstrained("*A", "x"));
+    EXPECT_FALSE(mStore.IsKVConstrained("*A", "y"));
+    mStore.UpdateKVCache("*B", "u");
+    EXPECT_TRUE(mStore.IsKVConstrained("*A", "x"));
+    EXPECT_FALSE(mStore.IsKVConstrained("*B", "u"));
+    mStore.UpdateKVCache("*B", "False");
+    EXPECT_FALSE(mStore.IsKVConstrained("*A", "x"));
+    mStore.Add("*A", "x", "*B", "False", false);
+    EXPECT_TRUE(mStore.IsKVConstrained("*A", "x"));
+}
+
+TEST_F(UIConstraintsTest, AQuestionAboutUnknownTextsAddsNothing) {
+    AddOptions();
+    mStore.Add("*A", "x", "*B", "u", false);
+    mStore.UpdateKVCache("*B", "u");
+    long const texts = mStore.GetConstraintStrings().size();
+    EXPECT_FALSE(mStore.IsKVConstrained("*Unknown", "x"));
+    EXPECT_FALSE(mStore.IsKVConstrained("*B", "unknown"));
+    // An unknown option stands for all of the key's.
+    EXPECT_TRUE(mStore.IsKVConstrained("*A", "unknown"));
+    EXPECT_EQ(mStore.GetConstraintStrings().size(), texts);
+}
+
 }  // namespace

@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "constraints/ConstraintsEngine.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <utility>
+#include <vector>
+
+#include "constraints/ConstraintForest.h"
+#include "constraints/KeyForest.h"
+
+namespace {
+
+using Pair = std::pair<long, long>;
+using Pairs = std::vector<Pair>;
+struct Rule {
+    Pair from;
+    Pair against;
+};
+
+// Three keys; an option's id is its key's plus its place.
+constexpr long kA = 0;
+constexpr long kB = 10;
+constexpr long kC = 20;
+constexpr Pair kA1{kA, 1};
+constexpr Pair kA2{kA, 2};
+constexpr Pair kB1{kB, 11};
+constexpr Pair kB2{kB, 12};
+constexpr Pair kB3{kB, 13};
+constexpr Pair kC1{kC, 21};
+constexpr Pair kC2{kC, 22};
+
+KVCache CacheOf(Pairs const& pairs) {
+    KVCache cache;
+    for (Pair const& pair : pairs) {
+        cache.add(pair);
+    }
+    return cache;
+}
+
+Pairs PairsOf(KVCache const& cache) {
+    Pairs pairs;
+    for (long position = 0; position < cache.size(); ++position) {
+        pairs.push_back(cache.GetKV(position));
+    }
+    return pairs;
+}
+
+// What an engine stands on.
+struct Ground {
+    Ground(std::vector<Rule> const& rules, Pairs const& current, Pairs const& locked = {})
+        : mCurrent(CacheOf(current)), mLocked(CacheOf(locked)) {
+        for (Pair const& option : {kA1, kA2, kB1, kB2, kB3, kC1, kC2}) {
+            mKeys.insert(option.first, option.second);
+        }
+        for (Rule const& rule : rules) {
+            mForest.insert(rule.from.first, rule.from.second, rule.against);
+        }
+    }
+
+    ConstraintForest mForest;
+    KeyForest mKeys;
+    KVCache mCurrent;
+    KVCache mLocked;
+    ConstraintsEngine mEngine{&mCurrent, &mForest, &mKeys, &mLocked};
+};
+
+TEST(ConstraintsEngineTest, TestNamesConflictsAndWhatCouldReplaceThem) {
+    struct Case {
+        char const* what;
+        std::vector<Rule> rules;
+        Pairs current;
+        Pairs delta;
+        Pairs conflicts;
+        Pairs alternatives;
+    };
+    Case const cases[] = {
+        {"a rule that bites", {{kA1, kB1}}, {kB1}, {kA1}, {kB1}, {kB3, kB2}},
+        {"a rule that doesn't", {{kA1, kB1}}, {kB2}, {kA1}, {}, {}},
+        {"no selection", {{kA1, kB1}}, {}, {kA1}, {}, {}},
+        {"the change moves out of the way", {{kA1, kB1}}, {kB1}, {kA1, kB2}, {}, {}},
+        {"the last word of a change counts",
+         {{kA1, kB1}},
+         {kB2},
+         {kB2, kA1, kB1},
+         {kB1},
+         {kB3, kB2}},
+        {"an alternative that is ruled out", {{kA1, kB3}, {kA1, kB1}}, {kB1}, {kA1}, {kB1}, {kB2}},
+        {"the last rule first",
+         {{kA1, kB1}, {kA1, kC2}},
+         {kB1, kC2},
+         {kA1},
+         {kC2, kB1},
+         {kC1, kB3, kB2}},
+        {"a rule twice", {{kA1, kC1}, {kA1, kC1}}, {kC1}, {kA1}, {kC1, kC1}, {kC2, kC2}},
+        {"two pairs of a change", {{kA1, kC1}, {kB1, kC2}}, {kC1}, {kB1, kA1}, {kC1}, {kC2}},
+        {"the other direction", {{kB1, kA1}}, {kB1}, {kA1}, {}, {}},
+        {"every option of a key",
+         {{kA1, kB1}, {kA2, kC1}},
+         {kB1, kC1},
+         {{kA, -1}},
+         {kC1, kB1},
+         {kC2, kB3, kB2}},
+        {"a key without options", {{kA1, {99, 100}}}, {{99, 100}}, {kA1}, {{99, 100}}, {}},
+        {"nothing", {{kA1, kB1}}, {kB1}, {}, {}, {}},
+    };
+    for (Case const& c : cases) {
+        SCOPED_TRACE(c.what);
+        Ground ground(c.rules, c.current);
+        KVCache const delta = CacheOf(c.delta);
+        _KVErrorSet const errors = ground.mEngine.Test(&delta);
+        EXPECT_EQ(PairsOf(errors.conflicts), c.conflicts);
+        EXPECT_EQ(PairsOf(errors.alternatives), c.alternatives);
+        EXPECT_EQ(PairsOf(ground.mCurrent), c.current);
+    }
+}
+
+TEST(ConstraintsEngineTest, SolveFindsFurtherChangesOrSaysWhatStandsInTheWay) {
+    struct Case {
+        char const* what;
+        std::vector<Rule> rules;
+        Pairs current;
+        Pairs locked;
+        bool keepDelta;
+        Pairs delta;
+        Pairs conflicts;
+        Pairs solution;
+    };
+    std::vector<Rule> const one{{kA1, kB1}};
+    Case const cases[] = {
+        {"nothing to do", one, {kB2}, {}, false, {kA1}, {}, {kA1}},
+        {"the last alternative", one, {kB1}, {}, false, {kA1}, {}, {kA1, kB3}},
+        {"a locked key",
+         {{kA1, kB1}, {kA1, kC1}},
+         {kB1, kC1},
+         {{kB, -1}},
+         false,
+         {kA1},
+         {kB1},
+         {kA1}},
+        {"a lock met on the way",
+         {{kA1, kB1}, {kB3, kC1}, {kB2, kC1}},
+         {kB1, kC1},
+         {{kC, -1}},
+         false,
+         {kA1},
+         {kC1},
+         {kA1, kB2}},
+        {"a locked option", one, {kB1}, {kB3}, false, {kA1}, {kB1}, {kA1}},
+        {"a lock elsewhere", one, {kB1}, {{kC, -1}}, false, {kA1}, {}, {kA1, kB3}},
+        {"kept pairs", one, {kB1}, {}, true, {kA1, kB1}, {kB1}, {kA1, kB1}},
+        {"pairs that aren't kept", one, {kB1}, {}, false, {kA1, kB1}, {}, {kA1, kB3}},
+        {"a detour", {{kA1, kB1}, {kB3, kC1}}, {kB1, kC1}, {}, false, {kA1}, {}, {kA1, kB2}},
+        {"two levels",
+         {{kA1, kB1}, {kB3, kC1}, {kB2, kC1}},
+         {kB1, kC1},
+         {},
+         true,
+         {kA1},
+         {},
+         {kA1, kB3, kC2}},
+        {"no way out", {{kA1, kC1}, {kA1, kC2}}, {kC1}, {}, false, {kA1}, {kC1}, {kA1}},
+    };
+    for (Case const& c : cases) {
+        SCOPED_TRACE(c.what);
+        Ground ground(c.rules, c.current, c.locked);
+        // An engine is as good as new after each answer.
+        for (int round = 0; round < 2; ++round) {
+            KVCache delta = CacheOf(c.delta);
+            _KVErrorSet const errors = ground.mEngine.Solve(&delta, c.keepDelta);
+            EXPECT_EQ(PairsOf(errors.conflicts), c.conflicts);
+            EXPECT_EQ(PairsOf(errors.alternatives), Pairs{});
+            EXPECT_EQ(PairsOf(delta), c.solution);
+        }
+    }
+}
+
+TEST(ConstraintsEngineTest, ASearchEndsAndItsSolutionsHold) {
+    constexpr long kKeys = 40;
+    constexpr long kOptions = 6;
+    int solved = 0;
+    for (unsigned seed = 1; seed <= 10; ++seed) {
+        SCOPED_TRACE(seed);
+        std::mt19937 random(seed);
+        auto const pick = [&random] {
+            long const key = static_cast<long>(random() % kKeys) * 10;
+            return Pair(key, key + 1 + static_cast<long>(random() % kOptions));
+        };
+        ConstraintForest forest;
+        KeyForest keys;
+        KVCache current;
+        for (long key = 0; key < kKeys * 10; key += 10) {
+            current.add({key, key + 1});
+            for (long option = key + 1; option <= key + kOptions; ++option) {
+                keys.insert(key, option);
+            }
+        }
+        for (unsigned rule = 0; rule < 300 * seed; ++rule) {
+            Pair const from = pick();
+            forest.insert(from.first, from.second, pick());
+        }
+        ConstraintsEngine engine(&current, &forest, &keys, nullptr);
+        Pair const wanted = pick();
+        KVCache delta = CacheOf({wanted});
+        if (engine.Solve(&delta, true).conflicts.size() == 0) {
+            ++solved;
+            EXPECT_EQ(delta.GetItem(wanted.first), wanted.second);
+            EXPECT_EQ(engine.Test(&delta).conflicts.size(), 0);
+        }
+    }
+    EXPECT_GT(solved, 0);
+    EXPECT_LT(solved, 10);
+}
+
+TEST(ConstraintsEngineTest, ListsOptionsByWhatTheirRulesName) {
+    Ground ground({{kB1, kA1}, {kB1, kC1}, {kB3, kC1}, {kB3, kA1}, {kB2, kA2}, {kC1, kA2}},
+                  {kA1, kC1});
+    ConstraintsEngine const& engine = ground.mEngine;
+    EXPECT_EQ(PairsOf(engine.ListCurrentConstraints(kB)), (Pairs{kB1, kB3}));
+    EXPECT_EQ(PairsOf(engine.ListCurrentConstraints(-1)), Pairs{});
+    EXPECT_EQ(PairsOf(engine.ListScreenedConstraints(CacheOf({kA2, kC1}), false, kB)), Pairs{kB3});
+    EXPECT_EQ(PairsOf(engine.ListScreenedConstraints(CacheOf({kA2, kC1}), true, kB)), Pairs{});
+    EXPECT_EQ(PairsOf(engine.ListScreenedConstraints(CacheOf({kA2}), true, kB)), Pairs{kB2});
+    EXPECT_EQ(PairsOf(engine.ListBlockingConstraints(kA, 1, kB)), Pairs{kB2});
+    EXPECT_EQ(PairsOf(engine.ListBlockingConstraints(kA, 2, kB)), (Pairs{kB1, kB3}));
+    EXPECT_EQ(PairsOf(engine.ListBlockingConstraints(kA, -1, kB)), Pairs{});
+    EXPECT_EQ(PairsOf(engine.ListBlockingConstraints(99, 1, kB)), Pairs{});
+}
+
+TEST(ConstraintsEngineTest, AnEngineWithoutRulesFindsNoConflict) {
+    ConstraintsEngine engine;
+    KVCache delta = CacheOf({kA1});
+    EXPECT_EQ(engine.Solve(&delta, false).conflicts.size(), 0);
+    EXPECT_EQ(engine.ListCurrentConstraints(kA).size(), 0);
+}
+
+}  // namespace
