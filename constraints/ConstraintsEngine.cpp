@@ -115,7 +115,7 @@ std::vector<long> const& ConstraintsEngine::OptionsOf(long key) const {
 
 _KVErrorSet ConstraintsEngine::Solve(KVCache* delta, bool keepDelta) {
     purge();
-    _KVErrorSet const errors = RSolve(delta, keepDelta);
+    _KVErrorSet errors = RSolve(delta, keepDelta);
     purge();
     return errors;
 }
@@ -209,7 +209,8 @@ KVCache ConstraintsEngine::ListCurrentConstraints(long key) const {
     return constrained;
 }
 
-KVCache ConstraintsEngine::ListScreenedConstraints(KVCache screen, bool exact, long key) const {
+KVCache ConstraintsEngine::ListScreenedConstraints(KVCache const& screen, bool exact,
+                                                   long key) const {
     KVCache constrained;
     for (long option : OptionsOf(key)) {
         Rules const rules(RulesOf(key, option));

@@ -51,7 +51,7 @@ class ConstraintsEngine {
     KVCache ListCurrentConstraints(long key) const;
     // The last option of the key that has a rule against a pair of `screen`; with `exact` against
     // every pair of it.
-    KVCache ListScreenedConstraints(KVCache screen, bool exact, long key) const;
+    KVCache ListScreenedConstraints(KVCache const& screen, bool exact, long key) const;
     // The options of key2 whose rules leave item1 as the only open option of key1.
     KVCache ListBlockingConstraints(long key1, long item1, long key2) const;
 

@@ -91,7 +91,7 @@ void UIConstraints::UpdateKVCache(long key, long option) {
     mSelection.Insert(key, option);
 }
 
-bool UIConstraints::ValidateDelta(KVCache delta) {
+bool UIConstraints::ValidateDelta(KVCache const& delta) {
     if (mEngine == nullptr) {
         mEngine = new ConstraintsEngine(&mSelection, &mConstraintForest, &mKeyForest, nullptr);
     }

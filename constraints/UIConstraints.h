@@ -48,7 +48,7 @@ class UIConstraints {
 
     // Whether the change meets no conflict with the rest of the selection. Requirements don't
     // count.
-    bool ValidateDelta(KVCache delta);
+    bool ValidateDelta(KVCache const& delta);
     // Whether selecting this option would conflict with what is selected now. False for an unknown
     // key; an option of -1, or one that is unknown, asks about the rules of all options of the key.
     bool IsKVConstrained(long key, long option);
