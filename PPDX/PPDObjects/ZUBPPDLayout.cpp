@@ -21,8 +21,6 @@
 
 // Pages, group names, parents and rules: the lines that lay out the tree.
 
-namespace {}  // namespace
-
 PPDXErrorObj* ZUBPPD::ParsePropertyPage(PPDStream& line) {
     char name[kTextSize];
     char translation[kTextSize];
@@ -183,15 +181,18 @@ void ZUBPPD::CollectOrphanGroups() {
     if (!ParseOrphans()) {
         return;
     }
-    // A file can declare names by the ten thousand: asking the groups for each would take minutes.
+    // A file can declare names by the ten thousand: a walk of the groups for each would show.
     std::unordered_set<std::string_view> known;
     DisplayOptionsScope const all(kDisplayAll);
     for (auto* group = mGroups->First(); group != nullptr; group = mGroups->Next()) {
-        known.insert(group->Keyword() != nullptr ? group->Keyword() : "");
+        if (group->Keyword() != nullptr) {
+            known.insert(group->Keyword());
+        }
     }
     for (auto at = mGroupNames.Begin(); at != mGroupNames.End(); ++at) {
         auto const& name = *static_cast<GroupName const*>(*at);
-        if (known.insert(name.Keyword()).second) {
+        bool const nameless = name.Keyword() == nullptr || *name.Keyword() == '\0';
+        if (nameless || known.insert(name.Keyword()).second) {
             AddPlainGroup(name);
         }
     }

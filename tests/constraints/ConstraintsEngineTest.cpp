@@ -8,13 +8,12 @@
 #include <utility>
 #include <vector>
 
+#include "CachePairs.h"
 #include "constraints/ConstraintForest.h"
 #include "constraints/KeyForest.h"
 
 namespace {
 
-using Pair = std::pair<long, long>;
-using Pairs = std::vector<Pair>;
 struct Rule {
     Pair from;
     Pair against;
@@ -31,22 +30,6 @@ constexpr Pair kB2{kB, 12};
 constexpr Pair kB3{kB, 13};
 constexpr Pair kC1{kC, 21};
 constexpr Pair kC2{kC, 22};
-
-KVCache CacheOf(Pairs const& pairs) {
-    KVCache cache;
-    for (Pair const& pair : pairs) {
-        cache.add(pair);
-    }
-    return cache;
-}
-
-Pairs PairsOf(KVCache const& cache) {
-    Pairs pairs;
-    for (long position = 0; position < cache.size(); ++position) {
-        pairs.push_back(cache.GetKV(position));
-    }
-    return pairs;
-}
 
 // What an engine stands on.
 struct Ground {

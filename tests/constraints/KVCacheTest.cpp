@@ -4,31 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <initializer_list>
 #include <random>
 #include <utility>
 #include <vector>
 
+#include "CachePairs.h"
+
 namespace {
-
-using Pair = std::pair<long, long>;
-using Pairs = std::vector<Pair>;
-
-KVCache CacheOf(std::initializer_list<Pair> pairs) {
-    KVCache cache;
-    for (Pair const& pair : pairs) {
-        cache.add(pair);
-    }
-    return cache;
-}
-
-Pairs PairsOf(KVCache const& cache) {
-    Pairs pairs;
-    for (long position = 0; position < cache.size(); ++position) {
-        pairs.push_back(cache.GetKV(position));
-    }
-    return pairs;
-}
 
 // The first pair of a key, found by a walk.
 Pairs::iterator FirstOf(Pairs& pairs, long key) {
