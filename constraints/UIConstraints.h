@@ -57,6 +57,8 @@ class UIConstraints {
     ConstraintForest& GetConstraintForest() { return mConstraintForest; }
     ConstraintForest& GetRequiresForest() { return mRequiresForest; }
     CStringSoup& GetConstraintStrings() { return mStrings; }
+    KeyForest const& GetKeyForest() const { return mKeyForest; }
+    KVCache const& GetSelection() const { return mSelection; }
 
   private:
     ConstraintForest& ForestOf(bool requirement);

@@ -52,38 +52,93 @@ CLI::Option* AddText(CLI::App& app, std::string const& name, std::string& text,
     return app.add_option(name, text, help)->check(TextCheck())->type_name("TEXT");
 }
 
-void AddSettings(CLI::App& app, std::vector<std::string>& settings) {
+// Hands the texts given for an option to `take` when the arguments have been read.
+template <typename Take>
+CLI::Option* AddTexts(CLI::App& app, std::string const& name, std::string const& help, Take take) {
+    return app.add_option_function<std::vector<std::string>>(name, take, help);
+}
+
+void AddSettings(CLI::App& app, std::vector<ControlSetting>& settings) {
+    auto const take = [&settings](std::vector<std::string> const& texts) {
+        for (std::string const& text : texts) {
+            std::size_t const at = text.find('=');
+            settings.push_back({text.substr(0, at), text.substr(at + 1)});
+        }
+    };
     // One argument for each --set, so that what follows it stays what it is.
-    app.add_option("--set", settings, kSetHelp)
+    AddTexts(app, "--set", kSetHelp, take)
         ->allow_extra_args(false)
         ->check(SettingCheck())
         ->type_name("KEY=VALUE");
 }
 
-std::vector<ControlSetting> Split(std::vector<std::string> const& settings) {
-    std::vector<ControlSetting> result;
-    for (std::string const& text : settings) {
-        std::size_t const at = text.find('=');
-        result.push_back({text.substr(0, at), text.substr(at + 1)});
-    }
-    return result;
+CLI::Validator ChoiceCheck(bool needsOption) {
+    return {[needsOption](std::string& text) {
+                std::size_t const at = text.find('=');
+                bool const isChoice = !text.empty() && at != 0;
+                return isChoice && (!needsOption || at != std::string::npos)
+                           ? std::string()
+                           : "'" + text + "' isn't KEY" + (needsOption ? "" : " or KEY") +
+                                 "=OPTION";
+            },
+            ""};
 }
 
-void DescribeInspect(CLI::App& app, InspectOptions& options, std::vector<std::string>& settings) {
+CLI::Option* AddChoices(CLI::App& app, std::string const& name, std::string const& help,
+                        bool needOption, std::vector<OptionChoice>& choices) {
+    auto const take = [&choices](std::vector<std::string> const& texts) {
+        for (std::string const& text : texts) {
+            std::size_t const at = text.find('=');
+            choices.push_back({text.substr(0, at), std::nullopt});
+            if (at != std::string::npos) {
+                choices.back().option = text.substr(at + 1);
+            }
+        }
+    };
+    return AddTexts(app, name, help, take)->check(ChoiceCheck(needOption));
+}
+
+void DescribeReading(CLI::App& app, ReadOptions& options) {
     app.add_option("PPD", options.ppd, "The PPD to read")->required();
+    app.add_option("--parse-options", options.parseOptions,
+                   "What is taken in: 1 orphans, 2 hidden elements, 3 both, 0 neither")
+        ->check(CLI::Range(0, 3))
+        ->capture_default_str();
+    AddSettings(app, options.settings);
+}
+
+void DescribeInspect(CLI::App& app, InspectOptions& options) {
+    DescribeReading(app, options);
     app.add_option("--accept", options.accepted,
                    "An accepted *PCFileName fragment; may be repeated; without it every file is "
                    "accepted")
         ->allow_extra_args(false)
         ->check(TextCheck());
-    app.add_option("--parse-options", options.parseOptions,
-                   "What is taken in: 1 orphans, 2 hidden elements, 3 both, 0 neither")
-        ->check(CLI::Range(0, 3))
-        ->capture_default_str();
     app.add_option("--extensions", options.extensions,
                    "Which job note flags are known: 0, 1 or 2 fewer, any other number all")
         ->capture_default_str();
-    AddSettings(app, settings);
+}
+
+void AddCustomPaper(CLI::App& app, bool& customPaper) {
+    app.add_flag("--custom-paper", customPaper,
+                 "The paper of the page format is no paper of the PPD");
+}
+
+void DescribeConstraints(CLI::App& app, ConstraintsOptions& options) {
+    DescribeReading(app, options);
+    AddCustomPaper(app, options.customPaper);
+}
+
+void DescribeSolve(CLI::App& app, SolveOptions& options) {
+    DescribeReading(app, options);
+    AddChoices(app, "CHANGE", "The options that are proposed as one change", true, options.change)
+        ->type_name("KEY=OPTION");
+    AddChoices(app, "--lock", "Leave this option, or all options of KEY, alone; may be repeated",
+               false, options.locked)
+        ->allow_extra_args(false)
+        ->type_name("KEY[=OPTION]");
+    app.add_flag("--keep-delta", options.keepDelta, "Don't give proposed keys another option");
+    app.add_flag("--test", options.test, "Only tell what the change runs into");
 }
 
 void DescribePrinter(CLI::App& app, PrintOptions& options) {
@@ -100,9 +155,9 @@ void DescribePrinter(CLI::App& app, PrintOptions& options) {
         "Leave the compiled PPD item out of the printer info ticket");
 }
 
-void DescribePrint(CLI::App& app, PrintOptions& options, std::vector<std::string>& settings) {
+void DescribePrint(CLI::App& app, PrintOptions& options) {
     app.add_option("--ppd", options.ppd, "The printer's PPD")->required()->type_name("PPD");
-    AddSettings(app, settings);
+    AddSettings(app, options.settings);
     app.add_flag(
         "--pairs", options.pairs,
         "Print the pairs of the job data file as JSON, [{\"site\": 81, \"text\": \"...\"}], "
@@ -112,8 +167,7 @@ void DescribePrint(CLI::App& app, PrintOptions& options, std::vector<std::string
         ->capture_default_str();
     AddText(app, "--bundle-id", options.bundleID, "Bundle identifier of the printing application")
         ->capture_default_str();
-    app.add_flag("--custom-paper", options.customPaper,
-                 "The paper of the page format is no paper of the PPD");
+    AddCustomPaper(app, options.customPaper);
     app.add_option("--bundle", options.bundle, "The plug-in bundle; the built one without it")
         ->check(CLI::Validator(
             [](std::string& text) {
@@ -139,15 +193,23 @@ std::string OneLine(std::string text) {
 
 std::optional<ExitStatus> CommandLine::Parse(int argc, char const* const* argv, std::ostream& out,
                                              std::ostream& err) {
-    std::vector<std::string> settings;
     CLI::App app("Stands in the print dialog's place: loads the plug-in and drives it", "zubprint");
     app.require_subcommand(1);
-    CLI::App* inspect =
-        app.add_subcommand("inspect", "Print all that came of reading a PPD, as JSON");
-    DescribeInspect(*inspect, mInspect, settings);
-    CLI::App* print = app.add_subcommand(
-        "print", "Run one dialog without a window and print the path of the job data file");
-    DescribePrint(*print, mPrint, settings);
+    auto const add = [this, &app](Command command, char const* name, char const* help) {
+        return app.add_subcommand(name, help)->callback([=, this] { mCommand = command; });
+    };
+    DescribeInspect(
+        *add(Command::kInspect, "inspect", "Print all that came of reading a PPD, as JSON"),
+        mInspect);
+    DescribeConstraints(*add(Command::kConstraints, "constraints",
+                             "Print which choices would conflict with the present selection"),
+                        mConstraints);
+    DescribeSolve(*add(Command::kSolve, "solve",
+                       "Propose a change of options and print what makes it consistent"),
+                  mSolve);
+    DescribePrint(*add(Command::kPrint, "print",
+                       "Run one dialog without a window and print the path of the job data file"),
+                  mPrint);
     try {
         app.parse(argc, argv);
     } catch (CLI::CallForHelp const&) {
@@ -157,7 +219,5 @@ std::optional<ExitStatus> CommandLine::Parse(int argc, char const* const* argv, 
         err << "zubprint: " << OneLine(error.what()) << '\n';
         return ExitStatus::kUsage;
     }
-    mCommand = inspect->parsed() ? Command::kInspect : Command::kPrint;
-    (inspect->parsed() ? mInspect.settings : mPrint.settings) = Split(settings);
     return std::nullopt;
 }

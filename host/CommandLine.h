@@ -4,14 +4,16 @@
 #include <optional>
 #include <ostream>
 
+#include "host/ConstraintsOptions.h"
 #include "host/InspectOptions.h"
 #include "host/Outcome.h"
 #include "host/PrintOptions.h"
+#include "host/SolveOptions.h"
 
 // The command's arguments.
 class CommandLine {
   public:
-    enum class Command { kNone, kInspect, kPrint };
+    enum class Command { kNone, kInspect, kConstraints, kSolve, kPrint };
 
     // None when there is a command to run. Otherwise the exit status, after help went to `out` or
     // one line about a wrong argument to `err`.
@@ -20,10 +22,14 @@ class CommandLine {
 
     Command Chosen() const { return mCommand; }
     InspectOptions const& Inspect() const { return mInspect; }
+    ConstraintsOptions const& Constraints() const { return mConstraints; }
+    SolveOptions const& Solve() const { return mSolve; }
     PrintOptions const& Print() const { return mPrint; }
 
   private:
     Command mCommand = Command::kNone;
     InspectOptions mInspect;
+    ConstraintsOptions mConstraints;
+    SolveOptions mSolve;
     PrintOptions mPrint;
 };

@@ -3,9 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "host/ControlSettings.h"
-#include "host/HostFiles.h"
-#include "host/ParsedPPD.h"
+#include "PPDX/PPDObjects/ZUBPPD.h"
 #include "host/TreeJson.h"
 
 namespace {
@@ -26,19 +24,12 @@ class ExtensionsScope {
 
 }  // namespace
 
-InspectCommand::InspectCommand(InspectOptions const& options, std::ostream& out, std::ostream& err)
-    : mOptions(options), mOut(out), mErr(err) {}
-
 Outcome InspectCommand::Run() {
-    if (Outcome outcome = HostFiles::CheckReadable(mOptions.ppd); !outcome.Ok()) {
-        return outcome;
-    }
     ExtensionsScope const level(mOptions.extensions);
-    ParsedPPD const ppd(mOptions.ppd, static_cast<_PARSE_OPTIONS_>(mOptions.parseOptions),
-                        mOptions.accepted);
-    Outcome outcome = ControlSettings(ppd.Get(), mOptions.ppd, mErr).Apply(mOptions.settings);
-    if (outcome.Ok()) {
-        mOut << TreeJson::Describe(ppd.Get()).dump(2) << '\n';
-    }
-    return outcome;
+    return PPDCommand::Run();
+}
+
+Outcome InspectCommand::Answer(ZUBPPD& ppd, Json& answer) {
+    answer = TreeJson::Describe(ppd);
+    return Outcome::Done();
 }

@@ -1,21 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <ostream>
-
 #include "host/InspectOptions.h"
-#include "host/Outcome.h"
+#include "host/PPDCommand.h"
 
-// `zubprint inspect`: reads one PPD and prints all that came of it.
-class InspectCommand {
+// `zubprint inspect`: prints all that came of reading a PPD.
+class InspectCommand : public PPDCommand {
   public:
-    // All must outlive the command.
-    InspectCommand(InspectOptions const& options, std::ostream& out, std::ostream& err);
+    InspectCommand(InspectOptions const& options, std::ostream& out, std::ostream& err)
+        : PPDCommand(options, out, err), mOptions(options) {}
 
-    Outcome Run();
+    Outcome Run() override;
 
   private:
+    Outcome Answer(ZUBPPD& ppd, Json& answer) override;
+
     InspectOptions const& mOptions;
-    std::ostream& mOut;
-    std::ostream& mErr;
 };

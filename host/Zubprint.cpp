@@ -2,16 +2,28 @@
 #include "host/Zubprint.h"
 
 #include "host/CommandLine.h"
+#include "host/ConstraintsCommand.h"
 #include "host/InspectCommand.h"
 #include "host/Outcome.h"
 #include "host/PrintCommand.h"
+#include "host/SolveCommand.h"
 
 namespace {
 
 Outcome RunCommand(CommandLine const& commandLine, std::ostream& out, std::ostream& err) {
-    return commandLine.Chosen() == CommandLine::Command::kInspect
-               ? InspectCommand(commandLine.Inspect(), out, err).Run()
-               : PrintCommand(commandLine.Print(), out, err).Run();
+    switch (commandLine.Chosen()) {
+        case CommandLine::Command::kInspect:
+            return InspectCommand(commandLine.Inspect(), out, err).Run();
+        case CommandLine::Command::kConstraints:
+            return ConstraintsCommand(commandLine.Constraints(), out, err).Run();
+        case CommandLine::Command::kSolve:
+            return SolveCommand(commandLine.Solve(), out, err).Run();
+        case CommandLine::Command::kPrint:
+            return PrintCommand(commandLine.Print(), out, err).Run();
+        case CommandLine::Command::kNone:
+            break;
+    }
+    return Outcome::Done();
 }
 
 }  // namespace

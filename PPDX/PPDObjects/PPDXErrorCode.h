@@ -6,6 +6,7 @@ enum PPDXErrorCode : short {
     kOutOfMemory = 1,
     kPageWithoutName = 4,
     kGroupLineWithoutBlock = 5,
+    kMalformedRange = 7,
     kOpenerWithoutKeyword = 8,
     kStateNeitherTrueNorFalse = 9,
     kFileEndsInSkippedBlock = 10,
@@ -15,6 +16,7 @@ enum PPDXErrorCode : short {
     kParentLineLacksField = 15,
     kFlagsLineWithoutBlock = 16,
     kFileNotReadable = 18,
+    kShortcutLeadsNowhere = 19,
     kControlWithoutGroup = 21,
     kAlreadyExists = 23,
     kNoPages = 25,
@@ -25,5 +27,6 @@ enum PPDXErrorCode : short {
     kUnknownUIType = 31,
     kBlockWithoutDefault = 33,
     kBlockSkipped = 34,
+    kRangeWithoutCode = 35,
     kRuleWithoutSecondKey = 36
 };

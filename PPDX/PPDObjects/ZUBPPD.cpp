@@ -80,6 +80,7 @@ ZUBPPD::~ZUBPPD() {
     delete mGroups;
     delete mControls;
     delete mShortcuts;
+    ClearStringList(mShortcutNames);
     ClearGroupNameList();
     delete mDriverFileVersion;
     delete mExtensionVersion;
@@ -198,6 +199,9 @@ PPDXErrorObj* ZUBPPD::Dispatch(PPDStream& line, char const* keyword) {
         {"*%ZUBGroupName", &ZUBPPD::ParseGroupName},
         {"*%ZUBParent", &ZUBPPD::ParseParent},
         {"*%ZUBFlags", &ZUBPPD::ParseControl},
+        {"*%ParamCustomPrintSize", &ZUBPPD::ParseCustomPageSize},
+        {"*%ZUShortcut", &ZUBPPD::ParseShortcut},
+        {"*%ZUBSpecialOption", &ZUBPPD::ParseSpecialOption},
         {"*%ZUBUIRequires", &ZUBPPD::ParseRequirement},
     };
     std::string_view const wanted = keyword;
@@ -210,6 +214,8 @@ PPDXErrorObj* ZUBPPD::Dispatch(PPDStream& line, char const* keyword) {
 }
 
 void ZUBPPD::SettleForwardReferences() {
+    ResolveShortcuts();
+    ClearStringList(mShortcutNames);
     CollectOrphanGroups();
     ClearGroupNameList();
     mConstraints->Resolve();

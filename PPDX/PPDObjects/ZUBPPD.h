@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "PPDX/PPDObjects/DisplayOptions.h"
 #include "PPDX/PPDObjects/PPDX.h"
@@ -10,12 +11,14 @@
 class GroupName;
 class PPDXControl;
 class PPDXControls;
+class PPDXCustomPageSizeControl;
 class PPDXGroup;
 class PPDXGroups;
 class PPDXProperties;
 class PPDXRollDown;
 class PPDXShortcuts;
 class UIConstraints;
+struct CodeBlock;
 
 // What a parse takes in beside visible elements that have a parent.
 enum _PARSE_OPTIONS_ : std::int32_t {
@@ -71,6 +74,13 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     char const* ZUVersion() const;
     char const* ZUFileVersion() const;
 
+    // Whether selecting this option would conflict with what is selected now; ids are those of
+    // GetUIConstraints(). See UIConstraints for unknown ones.
+    bool IsKVConstrained(long key, long option);
+    // The same by text, as the panel asks. While *ZUPrintSize stands at "SameAsPageSize" the
+    // question is asked with the size that this comes to.
+    bool IsKVConstrained(char const* key, char const* option);
+
     // The paper of the page format is no paper of this PPD.
     bool CustomPaper() const { return mCustomPaper; }
     void SetCustomPaper(bool custom) { mCustomPaper = custom; }
@@ -92,6 +102,7 @@ class ZUBPPD : public PPDX, public DisplayOptions {
 
   private:
     struct FlagWords;
+    struct RangeLine;
     struct OptionLine;
     struct PopupBlock;
     struct BooleanBlock;
@@ -134,6 +145,11 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     // ---- Controls. `flags` holds the words of the flags line; a control takes them and leaves
     // the list empty. ----
     PPDXErrorObj* ParseControl(PPDStream& line);
+    using BlockParser = PPDXErrorObj* (ZUBPPD::*)(PPDStream& line, char const* keyword,
+                                                  PointerList& flags, PPDXGroup* group);
+    // What reads the block that this token opens, right behind a flags line or behind a group
+    // line; null for a token that opens none there.
+    static BlockParser BlockParserOf(std::string_view token, bool inGroup);
     PPDXErrorObj* ParseFlaggedBlock(char const* keyword, PointerList& flags);
     PPDXErrorObj* ParseGroup(PPDStream& line, char const* keyword, PointerList& flags);
     PPDXErrorObj* ParseGroupedBlock(char const* keyword, PointerList& flags, PPDXGroup* group);
@@ -141,6 +157,8 @@ class ZUBPPD : public PPDX, public DisplayOptions {
                               PPDXGroup* group);
     PPDXErrorObj* ParseOpenUIZUB(PPDStream& line, char const* keyword, PointerList& flags,
                                  PPDXGroup* group);
+    PPDXErrorObj* PassOver(PPDStream& line, char const* keyword, PointerList& flags,
+                           PPDXGroup* group);
     PPDXErrorObj* ParsePopupControl(char const* keyword, CFStringRef translation,
                                     PointerList& flags, PPDXGroup* group, bool const& pickMany);
     PPDXErrorObj* ParseBooleanControl(char const* keyword, CFStringRef translation,
@@ -154,13 +172,33 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     HeadResult TakeBooleanHead(PPDStream& line, char const* head, char const* keyword,
                                BooleanBlock& block);
     void CutOptionHead(char const* head, OptionLine& option);
-    void ReadCode(PPDStream& line, OptionLine& option);
+    CodeBlock ReadCode(PPDStream& line);
     // The error that keeps a block, read to its end, from making its control; null for none.
     PPDXErrorObj* WhyNoControl(char const* keyword, CFStringRef translation,
                                PPDXGroup const* group) const;
     // Files of older versions have no popups and booleans.
     bool SeriesHasOptions() const;
-    bool ControlExists(char const* keyword) const;  // whatever the display option
+    PPDXControl* FindControl(char const* keyword) const;  // exact, whatever the display option
+
+    // ---- Options of one line, and shortcuts ----
+    PPDXErrorObj* ParseRange(PPDStream& line, char const* keyword, PointerList& flags,
+                             PPDXGroup* group);
+    PPDXErrorObj* ParseFloatRange(PPDStream& line, char const* keyword, PointerList& flags,
+                                  PPDXGroup* group);
+    // The same for both kinds of number; `number` reads one from its text.
+    template <typename Range, typename Convert>
+    PPDXErrorObj* ParseNumber(PPDStream& line, char const* keyword, PointerList& flags,
+                              PPDXGroup* group, Convert number);
+    bool ReadRange(PPDStream& line, RangeLine& range);
+    PPDXErrorObj* ParseCustomPageSize(PPDStream& line);
+    void ReadSizeLimits(PPDStream& line, PPDXCustomPageSizeControl& size);
+    PPDXErrorObj* ParseSpecialOption(PPDStream& line);
+    PPDXErrorObj* ParseShortcut(PPDStream& line);
+    void ResolveShortcuts();
+
+    // What *ZUPrintSize comes to when it follows the page size; null when that has no value. The
+    // caller releases it.
+    CFStringRef CopyRealPrintSize();
     void LinkGroup(PPDXGroup& group);
 
     _PARSE_OPTIONS_ mParseOptions;
@@ -172,6 +210,7 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     PPDXRollDown* mInstallableRollDown = nullptr;  // in mGroups
     CString* mDriverFileVersion = nullptr;         // owned
     CString* mExtensionVersion = nullptr;          // owned
+    PointerList mShortcutNames;                    // CString*, owned; emptied after a parse
     PointerList mGroupNames;                       // GroupName*, owned; emptied after a parse
     bool mCustomPaper = false;
     UIConstraints* mConstraints = nullptr;  // owned

@@ -7,6 +7,7 @@
 #include <new>
 #include <string_view>
 
+#include "PPDX/PPDObjects/CodeBlock.h"
 #include "PPDX/PPDObjects/Controls/PPDXBooleanControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
@@ -26,9 +27,7 @@
 
 namespace {
 
-constexpr std::string_view kOpeners[] = {"*OpenUI", "*ZUOpenUI", "*BeginUI"};
 constexpr std::string_view kClosers[] = {"*CloseUI", "*ZUCloseUI", "*CloseUIZUB", "*EndUI"};
-constexpr std::string_view kSkippedOpener = "*OpenUIZUB";
 constexpr std::string_view kSkippedCloser = "*CloseUIZUB";
 constexpr std::string_view kOrder = "*OrderDependency";  // comes to nothing, in every block
 constexpr std::string_view kDefault = "*Default";
@@ -44,11 +43,6 @@ PPDStream StreamOf(char const* text) {
     return PPDStream(text, static_cast<long>(std::strlen(text)));
 }
 
-struct FreeBlock {
-    void operator()(unsigned char* block) const { std::free(block); }
-};
-using CodeBlock = std::unique_ptr<unsigned char, FreeBlock>;
-
 }  // namespace
 
 // One option line, cut into its fields.
@@ -58,7 +52,6 @@ struct ZUBPPD::OptionLine {
     bool hasOption = false;
     bool hasTranslation = false;
     CodeBlock code;
-    long codeSize = 0;
 };
 
 // The words of a flags line, until a control takes them.
@@ -93,7 +86,6 @@ struct ZUBPPD::BooleanBlock {
     struct State {
         std::unique_ptr<CString> text;
         CodeBlock code;
-        long codeSize = 0;
     };
     State trueState;
     State falseState;
@@ -108,7 +100,7 @@ PPDXErrorObj* ZUBPPD::ParseControl(PPDStream& line) {
     if (!NextToken(line, keyword, kKeywordDelimiters, true)) {
         return new PPDXErrorObj(kFlagsLineWithoutBlock, keyword, false);
     }
-    if (ControlExists(keyword)) {
+    if (FindControl(keyword) != nullptr) {
         return new PPDXErrorObj(kAlreadyExists, false);
     }
     FlagWords flags;
@@ -118,6 +110,27 @@ PPDXErrorObj* ZUBPPD::ParseControl(PPDStream& line) {
         }
     }
     return ParseFlaggedBlock(keyword, flags.words);
+}
+
+ZUBPPD::BlockParser ZUBPPD::BlockParserOf(std::string_view token, bool inGroup) {
+    struct Row {
+        std::string_view token;
+        bool onlyInGroup;
+        BlockParser parse;
+    };
+    static constexpr Row kBlocks[] = {
+        {"*%ZUBJobNote", true, &ZUBPPD::PassOver},
+        {"*%ZUBRange", true, &ZUBPPD::ParseRange},
+        {"*%ZUBUnitRange", true, &ZUBPPD::ParseRange},
+        {"*%ZUBFloatRange", true, &ZUBPPD::ParseFloatRange},
+        {"*OpenUI", false, &ZUBPPD::ParseOpenUI},
+        {"*ZUOpenUI", false, &ZUBPPD::ParseOpenUI},
+        {"*BeginUI", false, &ZUBPPD::ParseOpenUI},
+        {"*OpenUIZUB", false, &ZUBPPD::ParseOpenUIZUB},
+    };
+    auto const* const row = std::ranges::find(kBlocks, token, &Row::token);
+    bool const fits = row != std::end(kBlocks) && (inGroup || !row->onlyInGroup);
+    return fits ? row->parse : nullptr;
 }
 
 PPDXErrorObj* ZUBPPD::ParseFlaggedBlock(char const* keyword, PointerList& flags) {
@@ -130,13 +143,9 @@ PPDXErrorObj* ZUBPPD::ParseFlaggedBlock(char const* keyword, PointerList& flags)
     if (std::strcmp(token, "*%ZUBGroup") == 0) {
         return ParseGroup(line, keyword, flags);
     }
-    if (IsOneOf(kOpeners, token)) {
-        return ParseOpenUI(line, keyword, flags, nullptr);
-    }
-    if (token == kSkippedOpener) {
-        return ParseOpenUIZUB(line, keyword, flags, nullptr);
-    }
-    return new PPDXErrorObj(kFlagsLineWithoutBlock, keyword, false);
+    BlockParser const parse = BlockParserOf(token, false);
+    return parse != nullptr ? (this->*parse)(line, keyword, flags, nullptr)
+                            : new PPDXErrorObj(kFlagsLineWithoutBlock, keyword, false);
 }
 
 PPDXErrorObj* ZUBPPD::ParseGroup(PPDStream& line, char const* keyword, PointerList& flags) {
@@ -155,22 +164,20 @@ PPDXErrorObj* ZUBPPD::ParseGroup(PPDStream& line, char const* keyword, PointerLi
 }
 
 PPDXErrorObj* ZUBPPD::ParseGroupedBlock(char const* keyword, PointerList& flags, PPDXGroup* group) {
-    // Kinds of option that have no class yet: such a line makes nothing.
-    static constexpr std::string_view kPassedOver[] = {"*%ZUBJobNote", "*%ZUBRange",
-                                                       "*%ZUBUnitRange", "*%ZUBFloatRange"};
     char text[PPDStream::kLineSize];
     char token[kTextSize];
     PPDStream line;
-    if (!NextLine(text, line, token) || IsOneOf(kPassedOver, token)) {
+    if (!NextLine(text, line, token)) {
         return nullptr;
     }
-    if (IsOneOf(kOpeners, token)) {
-        return ParseOpenUI(line, keyword, flags, group);
-    }
-    if (token == kSkippedOpener) {
-        return ParseOpenUIZUB(line, keyword, flags, group);
-    }
-    return new PPDXErrorObj(kGroupLineWithoutBlock, keyword, false);
+    BlockParser const parse = BlockParserOf(token, true);
+    return parse != nullptr ? (this->*parse)(line, keyword, flags, group)
+                            : new PPDXErrorObj(kGroupLineWithoutBlock, keyword, false);
+}
+
+// Job notes have no class yet: such a line makes nothing.
+PPDXErrorObj* ZUBPPD::PassOver(PPDStream&, char const*, PointerList&, PPDXGroup*) {
+    return nullptr;
 }
 
 PPDXErrorObj* ZUBPPD::ParseOpenUI(PPDStream& line, char const* keyword, PointerList& flags,
@@ -243,17 +250,19 @@ void ZUBPPD::CutOptionHead(char const* head, OptionLine& option) {
     option.hasTranslation = NextToken(stream, option.translation, kTranslationDelimiters, true);
 }
 
-void ZUBPPD::ReadCode(PPDStream& line, OptionLine& option) {
-    char code[kPostScriptSize];
-    unsigned long const size = GetPostscriptString(line, code, kPostScriptSize);
+CodeBlock ZUBPPD::ReadCode(PPDStream& line) {
+    CodeBlock code;
+    char text[kPostScriptSize];
+    unsigned long const size = GetPostscriptString(line, text, kPostScriptSize);
     if (size == 0) {
-        return;
+        return code;
     }
-    option.code.reset(static_cast<unsigned char*>(std::malloc(size)));
-    if (option.code != nullptr) {
-        std::memcpy(option.code.get(), code, size);
-        option.codeSize = static_cast<long>(size);
+    code.bytes.reset(static_cast<unsigned char*>(std::malloc(size)));
+    if (code.bytes != nullptr) {
+        std::memcpy(code.bytes.get(), text, size);
+        code.size = static_cast<long>(size);
     }
+    return code;
 }
 
 PPDXErrorObj* ZUBPPD::WhyNoControl(char const* keyword, CFStringRef translation,
@@ -348,7 +357,7 @@ ZUBPPD::HeadResult ZUBPPD::TakePopupOption(PPDStream& line, char const* head, Po
     if (!option.hasOption) {
         return HeadResult::kLineDone;
     }
-    ReadCode(line, option);
+    option.code = ReadCode(line);
     auto item = std::make_unique<_PopupItem>();
     item->mKeyword = new CString(option.option);
     if (block.firstOption == nullptr) {
@@ -356,8 +365,8 @@ ZUBPPD::HeadResult ZUBPPD::TakePopupOption(PPDStream& line, char const* head, Po
     }
     block.defaultFound |= block.defaultKeyword != nullptr && *block.defaultKeyword == option.option;
     item->mLocalName = option.hasTranslation ? CopyTranslation(option.translation) : nullptr;
-    item->mPSLength = static_cast<std::int32_t>(option.codeSize);
-    item->mPSCode = option.code.release();
+    item->mPSLength = static_cast<std::int32_t>(option.code.size);
+    item->mPSCode = option.code.bytes.release();
     if (block.items.PushBack(item.get())) {
         static_cast<void>(item.release());
     }
@@ -385,17 +394,18 @@ PPDXErrorObj* ZUBPPD::ParseBooleanControl(char const* keyword, CFStringRef trans
     if (error != nullptr || !SeriesHasOptions()) {
         return error;
     }
-    auto* const boolean = new (std::nothrow) PPDXBooleanControl(
-        keyword, translation, flags, true, block.trueState.text.get(), block.trueState.code.get(),
-        block.trueState.codeSize, block.falseState.text.get(), block.falseState.code.get(),
-        block.falseState.codeSize, block.defaultState, mConstraints);
+    auto* const boolean = new (std::nothrow)
+        PPDXBooleanControl(keyword, translation, flags, true, block.trueState.text.get(),
+                           block.trueState.code.bytes.get(), block.trueState.code.size,
+                           block.falseState.text.get(), block.falseState.code.bytes.get(),
+                           block.falseState.code.size, block.defaultState, mConstraints);
     if (boolean == nullptr) {
         return new PPDXErrorObj(kOutOfMemory, keyword, true);
     }
     flags.MakeEmpty();
     for (BooleanBlock::State* state : {&block.trueState, &block.falseState}) {
         static_cast<void>(state->text.release());
-        static_cast<void>(state->code.release());
+        static_cast<void>(state->code.bytes.release());
     }
     SetupControl(group, boolean, true);
     mConstraints->KVSInsert(keyword, "True");
@@ -425,21 +435,20 @@ ZUBPPD::HeadResult ZUBPPD::TakeBooleanHead(PPDStream& line, char const* head, ch
     if (!isTrue && std::strcmp(option.option, "False") != 0) {
         return HeadResult::kFailed;
     }
-    ReadCode(line, option);
+    option.code = ReadCode(line);
     BooleanBlock::State& state = isTrue ? block.trueState : block.falseState;
     state.text.reset(option.hasTranslation ? new (std::nothrow) CString(option.translation)
                                            : nullptr);
     state.code = std::move(option.code);
-    state.codeSize = option.codeSize;
     return HeadResult::kTaken;
 }
 
 // ---- Placing controls ----
 
-bool ZUBPPD::ControlExists(char const* keyword) const {
+PPDXControl* ZUBPPD::FindControl(char const* keyword) const {
     DisplayOptionsScope const all(kDisplayAll);
     CNTL_TYPE type = kControlType;
-    return mControls->Find(keyword, type, true) != nullptr;
+    return ::Find(mControls, keyword, type, true);
 }
 
 void ZUBPPD::SetupControl(PPDXGroup* group, PPDXControl* control, bool warn) {
@@ -492,11 +501,6 @@ PPDXControl* ZUBPPD::PPDCreatePopupMenu(char const* groupName, char const* keywo
 
 bool ZUBPPD::PPDReconcilePopupMenu(char const* keyword, char const* name, PointerList& items,
                                    CString* defaultItem) {
-    if (mControls == nullptr) {
-        return false;
-    }
-    DisplayOptionsScope const all(kDisplayAll);
-    CNTL_TYPE type = kControlType;
-    auto* const popup = dynamic_cast<PPDXPopupControl*>(mControls->Find(keyword, type, true));
+    auto* const popup = dynamic_cast<PPDXPopupControl*>(FindControl(keyword));
     return popup != nullptr && popup->Rebuild(name, items, defaultItem);
 }
