@@ -18,7 +18,7 @@ import sys
 import tempfile
 
 import random_ppd
-from inspect_model import (ALL_FIELDS, STAGE, Boolean, CustomPageSize,
+from inspect_model import (ALL_FIELDS, Boolean, CustomPageSize,
                            FloatRange, NoSuchControl, Popup, Range, Reader)
 
 TIMEOUT = 30
@@ -28,14 +28,14 @@ ABSENT = "(absent)"
 class Case:
     """The file and the arguments of one seed, with what is expected."""
 
-    def __init__(self, seed, kinds, whole):
+    def __init__(self, seed, whole):
         self.rng = random.Random(f"arguments {seed}")
-        self.data = random_ppd.make(seed, kinds)
+        self.data = random_ppd.make(seed)
         self.arguments = []
         self.status = 0
         self.expected = None
         self.warnings = 0
-        reader = self.read(kinds)
+        reader = self.read()
         self.doubts = list(reader.doubts)
         self.fields = frozenset(ALL_FIELDS) if whole else \
             reader.certain_fields()
@@ -43,7 +43,7 @@ class Case:
         if self.status == 0:
             self.expected = reader.document()
 
-    def read(self, kinds):
+    def read(self):
         rng = self.rng
         options, accept = 3, None
         if rng.random() < 0.5:
@@ -57,7 +57,7 @@ class Case:
                                 rng.randint(1, 3))
             for fragment in accept:
                 self.arguments += ["--accept", fragment]
-        return Reader(self.data, options, accept, kinds)
+        return Reader(self.data, options, accept)
 
     def set_values(self, reader):
         if "controls" not in self.fields or self.rng.random() < 0.3:
@@ -181,7 +181,7 @@ def check(case, status, output, errors):
 def run_seed(job):
     """(seed, arguments, difference, unsettled places, was compared whole)."""
     seed, options = job
-    case = Case(seed, options.kinds, options.unsettled)
+    case = Case(seed, options.unsettled)
     with tempfile.TemporaryDirectory() as folder:
         path = os.path.join(folder, "random.ppd")
         with open(path, "wb") as file:
@@ -214,7 +214,6 @@ def main(argv=None):
                         help="the first seed")
     parser.add_argument("--keep", metavar="DIR",
                         help="where the files of failed cases go")
-    parser.add_argument("--kinds", choices=sorted(STAGE), default="basic")
     parser.add_argument("--unsettled", action="store_true",
                         help="compare whole at unsettled places too")
     options = parser.parse_args(argv)

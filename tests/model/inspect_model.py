@@ -19,14 +19,6 @@ CHUNK, TOKEN_LIMIT, LINE_LIMIT = 10000, 255, 255
 QUOTED_LIMIT, CODE_LIMIT = 256, 4096
 SCAN_LIMIT, NAME_WINDOW = 4096, 32
 
-# Which lines are understood. Popups and booleans always are; the others are
-# passed over until their kind is in force. Job notes are in neither stage.
-STAGE = {
-    "basic": frozenset(),
-    "all": frozenset(["range", "floatRange", "customPageSize",
-                      "specialOption", "shortcut"]),
-}
-
 KEYWORD_ENDS = b" \t:"
 NAME_ENDS = b"/:"
 COLON = b":"
@@ -309,6 +301,9 @@ class Control(Element):
     def post_script(self):
         return b""
 
+    def update_kv_cache(self, keyword, option):
+        """Told of every selection, for a reader that follows them."""
+
     def describe(self):
         return {**super().describe(), "type": self.type,
                 "parent": self.parent_keyword(),
@@ -350,6 +345,7 @@ class Popup(Control):
                     break
             elif not self.multiple:
                 item.selected = False
+        self.update_kv_cache(self.keyword, keyword)
         return found
 
     def select(self, chosen):
@@ -357,6 +353,11 @@ class Popup(Control):
             item.selected = item is chosen
         if chosen is not None:
             self.current = chosen
+        if self.current is not None:
+            self.update_kv_cache(self.keyword, self.current.keyword)
+
+    def is_selected(self, keyword):
+        return any(i.selected for i in self.items if i.keyword == keyword)
 
     def set_text(self, text):
         """True if taken, False if not, None if it can't be told."""
@@ -410,6 +411,7 @@ class Boolean(Control):
 
     def set_text(self, text):
         self.value = text[:4].lower() == "true"
+        self.update_kv_cache(self.keyword, self.value_text().encode())
         return True
 
     def value_text(self):
@@ -509,7 +511,8 @@ class CustomPageSize(Control):
     def set_text(self, text):
         data = text.encode()
         self.width = to_float(data)
-        self.height = to_float(data.partition(b" ")[2])
+        if b" " in data:
+            self.height = to_float(data.partition(b" ")[2])
         return True
 
     def value_text(self):
@@ -580,12 +583,10 @@ class Reader:
     QUOTED = ("PCFileName", "FormatVersion", "FileVersion", "ModelName",
               "APDialogExtension")
 
-    def __init__(self, data, parse_options=3, accept=None, kinds="basic"):
+    def __init__(self, data, parse_options=3, accept=None):
         self.data = data
         self.orphans = bool(parse_options & 1)
         self.hidden = bool(parse_options & 2)
-        self.kinds = STAGE[kinds]
-        self.with_notes_out = kinds == "all"
         self.doubts = {}
         self.header = dict.fromkeys(self.HEADER)
         self.header_accepted = False
@@ -822,9 +823,10 @@ class Reader:
         found, keyword = next_token(s, KEYWORD_ENDS)
         if not found:
             return None
-        if keyword in (b"*UIConstraints", b"*%ZUBUIConstraints",
-                       b"*%ZUBUIRequires"):
-            return self.constraint(s)
+        if keyword in (b"*UIConstraints", b"*%ZUBUIConstraints"):
+            return self.constraint(s, False)
+        if keyword == b"*%ZUBUIRequires":
+            return self.constraint(s, True)
         if keyword == b"*%ZUBPropPage":
             return self.property_page(s)
         if keyword == b"*%ZUBGroupName":
@@ -839,10 +841,6 @@ class Reader:
             return self.shortcut(s)
         if keyword == b"*%ZUBSpecialOption":
             return self.special_option(s)
-        if keyword == b"*%ZUBJobNote":
-            if self.with_notes_out:
-                self.doubt("a job note")
-            return None
         self.header_line(s, keyword)
         return None
 
@@ -990,15 +988,20 @@ class Reader:
         self.groups.append(group)
         return None
 
-    def constraint(self, s):
-        s.skip_white_space()
-        next_token(s, BLANKS)
-        s.skip_white_space()
-        _, key2 = next_token(s, BLANKS)
-        if key2[:1] != b"*":
+    def constraint(self, s, requires):
+        def field():
             s.skip_white_space()
-            _, key2 = next_token(s, BLANKS)
-        return None if key2 else Problem(36)
+            return next_token(s, BLANKS)[1]
+        key1, option1, key2 = field(), b"", field()
+        if key2[:1] != b"*":
+            option1, key2 = key2, field()
+        if not key2:
+            return Problem(36)
+        self.add_rule(key1, option1, key2, field(), requires)
+        return None
+
+    def add_rule(self, key1, option1, key2, option2, requires):
+        """For a reader that keeps them."""
 
     # -- control blocks
 
@@ -1044,16 +1047,10 @@ class Reader:
         if not found:
             return None
         if token == b"*%ZUBJobNote":
-            if self.with_notes_out:
-                self.doubt("a job note")
             return None
         if token in (b"*%ZUBRange", b"*%ZUBUnitRange"):
-            if "range" not in self.kinds:
-                return None
             return self.range_line(s, keyword, flags, group, Range, to_long)
         if token == b"*%ZUBFloatRange":
-            if "floatRange" not in self.kinds:
-                return None
             return self.range_line(s, keyword, flags, group, FloatRange,
                                    to_float)
         if token in OPENERS:
@@ -1260,8 +1257,6 @@ class Reader:
         return None
 
     def custom_page_size(self, s):
-        if "customPageSize" not in self.kinds:
-            return None
         control = self.find(self.controls, b"*CustomPrintSize")
         if control is None:
             control = CustomPageSize(b"*CustomPrintSize")
@@ -1285,8 +1280,6 @@ class Reader:
         return None
 
     def special_option(self, s):
-        if "specialOption" not in self.kinds:
-            return None
         found, keyword = next_token(s, COLON)
         if not found:
             return None
@@ -1302,8 +1295,6 @@ class Reader:
         return None
 
     def shortcut(self, s):
-        if "shortcut" not in self.kinds:
-            return None
         found, keyword = next_token(s, LINE_ENDS)
         if not found:
             return None
@@ -1366,8 +1357,8 @@ class Reader:
         }
 
 
-def inspect(data, parse_options=3, accept=None, settings=(), kinds="basic"):
-    reader = Reader(data, parse_options, accept, kinds)
+def inspect(data, parse_options=3, accept=None, settings=()):
+    reader = Reader(data, parse_options, accept)
     for keyword, text in settings:
         reader.set_value(keyword, text)
     return reader.document()
@@ -1383,8 +1374,6 @@ def main(argv=None):
                         help="only job notes would look at it")
     parser.add_argument("--set", action="append", default=[],
                         metavar="KEY=VALUE", dest="settings")
-    parser.add_argument("--kinds", choices=sorted(STAGE), default="basic",
-                        help="the kinds of control in force")
     args = parser.parse_args(argv)
     if not all("=" in s for s in args.settings):
         parser.error("--set needs KEY=VALUE")
@@ -1394,7 +1383,7 @@ def main(argv=None):
     except OSError as e:
         print(f"can't read {args.ppd}: {e.strerror}", file=sys.stderr)
         return 1
-    reader = Reader(data, args.parse_options, args.accept, args.kinds)
+    reader = Reader(data, args.parse_options, args.accept)
     for setting in args.settings:
         keyword, _, text = setting.partition("=")
         try:

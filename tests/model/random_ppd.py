@@ -9,7 +9,7 @@ import argparse
 import random
 import sys
 
-from inspect_model import CHUNK, CLOSERS, CODECS, OPENERS, SCAN_LIMIT, STAGE
+from inspect_model import CHUNK, CLOSERS, CODECS, OPENERS, SCAN_LIMIT
 
 ENCODINGS = list(CODECS) + [b"UTF-8", b"None"]
 
@@ -43,9 +43,8 @@ ENDS = (b"\n", b"\r", b"\r\n")
 
 
 class Maker:
-    def __init__(self, seed, kinds="basic"):
+    def __init__(self, seed):
         self.rng = random.Random(seed)
-        self.kinds = kinds
         self.encoding = self.rng.choice(ENCODINGS)
         # Most files have no odd places at all, so that what they make can be
         # seen whole; the rest have a few up to many.
@@ -490,13 +489,11 @@ class Maker:
         if self.odd(0.3):
             line = self.spoiled(line)
         code = self.code(keyword)
-        if self.kinds == "basic":
-            code = [self.pick([b"", b'""', b'"x"'])]
         lines.append(line + b" " + code[0])
         return lines + code[1:]
 
     def note_block(self):
-        """Job notes, which neither stage makes."""
+        """Job notes, of which nothing is made yet."""
         keyword = self.pick([b"*Notes1", b"*Notes2", b"*Instruct"])
         line = (b"*%ZUBJobNote " + keyword + b"/" + self.name() + b": " +
                 b"|".join([b"20"] + self.some(NOTE_WORDS, 2)))
@@ -556,7 +553,7 @@ class Maker:
             if len(part) > 1 and part[1].startswith(b"*%ZUBGroup") and \
                     self.chance(0.7):
                 del part[1]
-        if self.kinds == "all" and self.chance(0.3):
+        if self.chance(0.3):
             parts.append(self.small_kinds())
         opening = b"*OpenGroup: InstallableOptions/" + (self.name() or b" ")
         if self.odd(0.3):
@@ -585,10 +582,10 @@ class Maker:
                 items.append(self.constraint())
             if self.chance(0.3):
                 items.append(self.standard_lines())
-            if self.chance(0.5 if self.kinds == "all" else 0.15):
+            if self.chance(0.5):
                 items.append(self.pick([self.range_block,
                                         self.small_kinds])())
-            if self.kinds == "basic" and self.chance(0.08):
+            if self.chance(0.08):
                 items.append(self.note_block())
             if self.chance(0.12):
                 items += self.installable_section()
@@ -725,16 +722,15 @@ class Maker:
             data[to:to] = data[at:stop]
 
 
-def make(seed, kinds="basic"):
-    return Maker(seed, kinds).make()
+def make(seed):
+    return Maker(seed).make()
 
 
 def main(argv=None):
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--seed", type=int, required=True, metavar="N")
-    parser.add_argument("--kinds", choices=sorted(STAGE), default="basic")
     args = parser.parse_args(argv)
-    sys.stdout.buffer.write(make(args.seed, args.kinds))
+    sys.stdout.buffer.write(make(args.seed))
 
 
 if __name__ == "__main__":

@@ -272,7 +272,7 @@ class Header(unittest.TestCase):
 
 class OtherKinds(unittest.TestCase):
     def read(self, text, settings=()):
-        return inspect(HEAD + TREE + text, settings=settings, kinds="all")
+        return inspect(HEAD + TREE + text, settings=settings)
 
     def range(self, word, rest, settings=()):
         return self.read(b"*%ZUBFlags *R:\n*%ZUBGroup *R: Roll/Roll\n" +

@@ -1,80 +1,44 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PPDX/PPDObjects/Controls/PPDXFloatRangeControl.h"
 
-#include <algorithm>
-
 #include "PPDX/PPDObjects/Controls/ControlRecord.h"
 #include "PPDX/PPDObjects/Controls/Numbers.h"
 
 namespace {
 
-constexpr unsigned long kClassTag = RecordTag("FrgC");
-constexpr unsigned long kValueTag = RecordTag("FCVl");
-constexpr unsigned long kMinimumTag = RecordTag("FCMn");
-constexpr unsigned long kMaximumTag = RecordTag("FCMx");
-constexpr unsigned long kIncrementTag = RecordTag("FCIn");
-constexpr unsigned long kDefaultTag = RecordTag("FCDf");
+constexpr NumericTags kTags = {RecordTag("FrgC"), RecordTag("FCVl"), RecordTag("FCMn"),
+                               RecordTag("FCMx"), RecordTag("FCIn"), RecordTag("FCDf")};
 
 }  // namespace
 
-PPDXFloatRangeControl::PPDXFloatRangeControl() {
-    SetType(kFloatRangeType);
-}
+PPDXFloatRangeControl::PPDXFloatRangeControl() : NumericControl(kFloatRangeType, kTags) {}
 
 PPDXFloatRangeControl::PPDXFloatRangeControl(char const* keyword, CFStringRef localName,
                                              PointerList& flags, unsigned char* code,
                                              long codeLength, double minimum, double maximum,
                                              double increment, double defaultValue, bool visible)
-    : PPDXControl(keyword, localName, flags, code, codeLength, visible, nullptr),
-      mValue(NarrowToFloat(defaultValue)),
-      mMinimum(NarrowToFloat(minimum)),
-      mMaximum(NarrowToFloat(maximum)),
-      mIncrement(NarrowToFloat(increment)),
-      mDefault(mValue) {
-    SetType(kFloatRangeType);
-}
+    : NumericControl(kFloatRangeType, kTags, keyword, localName, flags, code, codeLength,
+                     {NarrowToFloat(minimum), NarrowToFloat(maximum), NarrowToFloat(increment)},
+                     NarrowToFloat(defaultValue), visible) {}
 
 PPDXFloatRangeControl::PPDXFloatRangeControl(Settings& settings, long id)
-    : PPDXControl(settings, id, nullptr) {
-    SetType(kFloatRangeType);
-    ControlRecord const record(settings, id);
-    record.Read(kValueTag, mValue);
-    record.Read(kMinimumTag, mMinimum);
-    record.Read(kMaximumTag, mMaximum);
-    record.Read(kIncrementTag, mIncrement);
-    record.Read(kDefaultTag, mDefault);
-}
-
-short PPDXFloatRangeControl::Save(Settings& settings, long const& id) {
-    ControlRecord record(settings, id, PPDXControl::Save(settings, id));
-    record.AddMark(kClassTag);
-    record.AddNumber(kValueTag, mValue);
-    record.AddNumber(kMinimumTag, mMinimum);
-    record.AddNumber(kMaximumTag, mMaximum);
-    record.AddNumber(kIncrementTag, mIncrement);
-    record.AddNumber(kDefaultTag, mDefault);
-    return record.Status();
-}
-
-short PPDXFloatRangeControl::Restore(Settings& settings, long id) {
-    return ControlRecord(settings, id).Restore(kValueTag, mValue);
-}
+    : NumericControl(kFloatRangeType, kTags, settings, id) {}
 
 void PPDXFloatRangeControl::ResetToDefaultValue() {
-    SetValue(mDefault);
+    SetValue(DefaultValue());
 }
 
 void PPDXFloatRangeControl::SetValue(float value) {
-    mValue = std::min(std::max(NarrowToFloat(value), mMinimum), mMaximum);
-    mSubstituted.Discard();
+    StoreClamped(NarrowToFloat(value));
 }
 
 long PPDXFloatRangeControl::PostScript(unsigned char* out) {
-    return mSubstituted.PostScript(*this, FixedText(mValue, 4, 9).c_str(), out);
+    return PostScriptWith(FixedText(GetValue(), 4, 9).c_str(), out);
 }
 
 CFStringRef PPDXFloatRangeControl::CopyCurrentControlValueString() {
-    return CFStringCreateWithCString(nullptr, FixedText(mValue, 3).c_str(), kCFStringEncodingASCII);
+    return CFStringCreateWithCString(nullptr, FixedText(GetValue(), 3).c_str(),
+                                     kCFStringEncodingASCII);
 }
 
 void PPDXFloatRangeControl::SetCurrentControlWithCFString(CFStringRef value) {

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstdint>
+#include "PPDX/PPDObjects/Controls/NumericControl.h"
 
-#include "PPDX/PPDObjects/Controls/PPDXControl.h"
-#include "PPDX/PPDObjects/Controls/SubstitutedCode.h"
-
-// An option whose value is a whole number of 32 bits. Takes no part in constraints.
-class PPDXRangeControl : public PPDXControl {
+// An option whose value is a whole number of 32 bits.
+class PPDXRangeControl : public NumericControl<std::int32_t> {
   public:
     PPDXRangeControl();
     // `code` holds the marker "<keyword>" where the value goes. Numbers beyond 32 bits are
@@ -18,30 +15,14 @@ class PPDXRangeControl : public PPDXControl {
                      long increment, long defaultValue, bool visible);
     PPDXRangeControl(Settings& settings, long id);
 
-    short Save(Settings& settings, long const& id) override;
     void ResetToDefaultValue() override;
     long PostScript(unsigned char* out) override;
-    // Takes the value as it is stored. Code that was already made for the former value stays.
-    short Restore(Settings& settings, long id) override;
     CFStringRef CopyCurrentControlValueString() override;
     void SetCurrentControlWithCFString(CFStringRef value) override;  // no number counts as 0
 
-    long MinVal() const { return mMinimum; }
-    long MaxVal() const { return mMaximum; }
-    long Increment() const { return mIncrement; }
-    long DefaultValue() const { return mDefault; }
-    long GetValue() const { return mValue; }
     // Takes the next multiple of the increment toward 0, then clamps to the limits. With the
     // increment 0 every number is a multiple.
     void SetValue(long value);
-
-  private:
-    std::int32_t mValue = 0;
-    std::int32_t mMinimum = 0;
-    std::int32_t mMaximum = 0;
-    std::int32_t mIncrement = 0;
-    std::int32_t mDefault = 0;
-    SubstitutedCode mSubstituted;
 };
 
 // The same for callers that hold an opaque handle; a null handle gives 0.
