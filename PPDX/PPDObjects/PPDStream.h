@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <string_view>
+
+#include "PPDX/PPDObjects/ByteSet.h"
 
 // A read cursor over bytes that it doesn't own and that must outlive it. A copy is a second,
 // independent cursor.
@@ -29,6 +33,10 @@ class PPDStream {
     bool GetChar(char& byte);
     int PeekChar() const;   // the next byte as a signed value, -1 at the end; nothing moves
     void SkipWhiteSpace();  // spaces and tabs
+    // Moves over the bytes ahead of the first stop, at most so many, and returns them; they live
+    // as long as those under the cursor.
+    std::string_view GetUpTo(ByteSet const& stops, std::size_t most);
+    std::string_view GetUpTo(char stop, std::size_t most = std::string_view::npos);
     // Reads up to LF, CR or CR LF, which is consumed, into kLineSize bytes, terminated. False for
     // a line that the bytes end or the byte 0xFF ends, and for one of more than kLineLength bytes,
     // whose rest then stays in the stream.
@@ -49,6 +57,9 @@ class PPDStream {
     }
 
   private:
+    std::string_view Rest() const { return {mPosition, mEnd}; }
+    std::string_view Take(std::size_t count);
+
     char const* mStart = nullptr;  // not owned, like all three
     char const* mEnd = nullptr;
     char const* mPosition = nullptr;

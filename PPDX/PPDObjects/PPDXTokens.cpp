@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
 #include <cstring>
+#include <string_view>
 
+#include "PPDX/PPDObjects/ByteSet.h"
 #include "PPDX/PPDObjects/PPDStream.h"
 #include "PPDX/PPDObjects/PPDX.h"
 
@@ -14,19 +17,13 @@ bool IsBlank(char byte) {
     return byte == ' ' || byte == '\t';
 }
 
-bool IsDelimiter(char byte, char const* delimiters) {
-    return delimiters != nullptr && byte != '\0' && std::strchr(delimiters, byte) != nullptr;
-}
+constexpr ByteSet kLineEnds("\n\r");
 
 // Moves behind the next double quote; false when the bytes end first.
 bool SkipToQuote(PPDStream& stream) {
-    char byte = 0;
-    while (stream.GetChar(byte)) {
-        if (byte == kQuotationMark) {
-            return true;
-        }
-    }
-    return false;
+    char quote = 0;
+    stream.GetUpTo(kQuotationMark);
+    return stream.GetChar(quote);
 }
 
 // A value of PostScript that grows up to a limit, of which the last byte is kept for a line feed.
@@ -35,21 +32,16 @@ class PostScriptText {
   public:
     PostScriptText(char* text, unsigned long limit) : mText(text), mRoom(limit - 1) {}
 
-    void Put(char byte) {
-        if (mCount < mRoom) {
-            mText[mCount++] = byte;
-        }
+    void Put(std::string_view bytes) {
+        std::string_view const fitting = bytes.substr(0, mRoom - mCount);
+        std::ranges::copy(fitting, mText + mCount);
+        mCount += fitting.size();
     }
     // True when the closing quote was met, before the bytes end.
     bool PutUpToQuote(PPDStream& stream) {
-        char byte = 0;
-        while (stream.GetChar(byte)) {
-            if (byte == kQuotationMark) {
-                return true;
-            }
-            Put(byte);
-        }
-        return false;
+        char quote = 0;
+        Put(stream.GetUpTo(kQuotationMark));
+        return stream.GetChar(quote);
     }
     unsigned long Count() const { return mCount; }
     unsigned long Finish() {
@@ -72,17 +64,14 @@ class QuotedText {
     QuotedText(char* text, unsigned long limit) : mText(text), mLast(limit - 1) {}
 
     Stop PutUpToQuote(PPDStream& stream) {
-        char byte = 0;
-        while (mCount < mLast) {
-            if (!stream.GetChar(byte)) {
-                return Stop::kBytesEnded;
-            }
-            if (byte == kQuotationMark) {
-                return Stop::kQuote;
-            }
-            mText[mCount++] = byte;
+        std::string_view const bytes = stream.GetUpTo(kQuotationMark, mLast - mCount);
+        std::ranges::copy(bytes, mText + mCount);
+        mCount += bytes.size();
+        if (mCount == mLast) {
+            return Stop::kFull;
         }
-        return Stop::kFull;
+        char quote = 0;
+        return stream.GetChar(quote) ? Stop::kQuote : Stop::kBytesEnded;
     }
     void PutLineBreak() {
         if (mCount < mLast) {
@@ -122,16 +111,23 @@ void PPDX::StripTrailingWhiteSpace(char* text) {
 }
 
 bool PPDX::NextToken(PPDStream& stream, char* token, char const* delimiters, bool strip) {
+    ByteSet const delimiterSet(delimiters);
+    ByteSet const stops = delimiterSet | kLineEnds;
     unsigned long length = 0;
-    char byte = 0;
     bool lineFeed = false;
-    while (length < kTextSize - 1 && stream.GetChar(byte)) {
-        lineFeed = byte == '\n';
-        bool const lineEnds = lineFeed || (byte == '\r' && stream.PeekChar() != '\n');
-        if (lineEnds || IsDelimiter(byte, delimiters)) {
+    while (length < kTextSize - 1) {
+        std::string_view const bytes = stream.GetUpTo(stops, kTextSize - 1 - length);
+        std::ranges::copy(bytes, token + length);
+        length += bytes.size();
+        char stop = 0;
+        if (length == kTextSize - 1 || !stream.GetChar(stop)) {
             break;
         }
-        token[length++] = byte;
+        lineFeed = stop == '\n';
+        if (stop != '\r' || stream.PeekChar() != '\n' || delimiterSet.Has(stop)) {
+            break;
+        }
+        token[length++] = stop;
     }
     if (lineFeed && length > 0 && token[length - 1] == '\r') {
         --length;
@@ -186,7 +182,7 @@ unsigned long PPDX::GetPostscriptString(PPDStream& stream, char* text, unsigned 
         if (line[0] == '\0') {
             continue;
         }
-        value.Put('\n');
+        value.Put("\n");
         char const* content = line;
         if (line[0] == '*') {
             if (line[1] != '%') {
