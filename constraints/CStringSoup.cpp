@@ -3,18 +3,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 
 namespace {
 
 constexpr std::size_t kInitialCapacity = 512;
-constexpr std::size_t kBlockSize = 64;  // a longer text gets a block of its own size
-
-char* NewCopy(std::string_view text) {
-    char* copy = new char[std::max(kBlockSize, text.size() + 1)];
-    std::memcpy(copy, text.data(), text.size());
-    copy[text.size()] = '\0';
-    return copy;
-}
+constexpr std::size_t kSlabSize = 16 * 1024;  // a longer text gets a slab of its own size
 
 }  // namespace
 
@@ -22,20 +16,20 @@ CStringSoup::CStringSoup() {
     mTexts.reserve(kInitialCapacity);
 }
 
-CStringSoup::~CStringSoup() {
-    Clear();
-}
+CStringSoup::~CStringSoup() = default;
 
 long CStringSoup::Insert(char const* text) {
     std::string_view const wanted(text);
-    if (auto const found = mIds.find(wanted); found != mIds.end()) {
-        return found->second;
+    if (2 * (mTexts.size() + 1) > mIndex.size()) {
+        GrowIndex();
     }
-    long const id = size();
-    mTexts.push_back(nullptr);  // first what may throw, so that no copy is lost
-    mTexts.back() = NewCopy(wanted);
-    mIds.emplace(std::string_view(mTexts.back(), wanted.size()), id);
-    return id;
+    std::uint32_t const hash = HashOf(wanted);
+    Slot& slot = mIndex[SlotOf(wanted, hash)];
+    if (slot.id < 0) {
+        mTexts.push_back(NewCopy(wanted));
+        slot = {hash, static_cast<std::int32_t>(mTexts.size() - 1)};
+    }
+    return slot.id;
 }
 
 char const* CStringSoup::Find(long id) const {
@@ -43,18 +37,62 @@ char const* CStringSoup::Find(long id) const {
 }
 
 long CStringSoup::Find(char const* text) const {
-    auto const found = mIds.find(text);
-    return found == mIds.end() ? -1 : found->second;
+    if (mIndex.empty()) {
+        return -1;
+    }
+    std::string_view const wanted(text);
+    return mIndex[SlotOf(wanted, HashOf(wanted))].id;
 }
 
 void CStringSoup::Clear() {
-    mIds.clear();
-    for (char* text : mTexts) {
-        delete[] text;
-    }
+    mIndex.clear();
     mTexts.clear();
+    mSlabs.clear();
+    mSlabUsed = 0;
 }
 
 long CStringSoup::size() const {
     return static_cast<long>(mTexts.size());
+}
+
+std::uint32_t CStringSoup::HashOf(std::string_view text) {
+    return static_cast<std::uint32_t>(std::hash<std::string_view>()(text));
+}
+
+std::size_t CStringSoup::SlotOf(std::string_view text, std::uint32_t hash) const {
+    std::size_t const mask = mIndex.size() - 1;
+    std::size_t place = hash & mask;
+    while (mIndex[place].id >= 0 && (mIndex[place].hash != hash ||
+                                     text != mTexts[static_cast<std::size_t>(mIndex[place].id)])) {
+        place = (place + 1) & mask;
+    }
+    return place;
+}
+
+void CStringSoup::GrowIndex() {
+    std::vector<Slot> const former = std::move(mIndex);
+    mIndex.assign(std::max(2 * former.size(), 2 * kInitialCapacity), Slot{0, -1});
+    std::size_t const mask = mIndex.size() - 1;
+    for (Slot const& slot : former) {
+        if (slot.id >= 0) {
+            std::size_t place = slot.hash & mask;
+            while (mIndex[place].id >= 0) {
+                place = (place + 1) & mask;
+            }
+            mIndex[place] = slot;
+        }
+    }
+}
+
+char* CStringSoup::NewCopy(std::string_view text) {
+    std::size_t const size = text.size() + 1;
+    if (mSlabs.empty() || mSlabUsed + size > kSlabSize) {
+        mSlabs.push_back(std::make_unique_for_overwrite<char[]>(std::max(size, kSlabSize)));
+        mSlabUsed = 0;
+    }
+    char* const copy = mSlabs.back().get() + mSlabUsed;
+    mSlabUsed += size;
+    std::ranges::copy(text, copy);
+    copy[text.size()] = '\0';
+    return copy;
 }

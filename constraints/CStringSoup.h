@@ -2,8 +2,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 // The texts of all keywords and options of one PPD, each kept once. A text's id is its position in
@@ -26,7 +27,21 @@ class CStringSoup {
     virtual long size() const;
 
   private:
-    std::vector<char*> mTexts;  // owned copies, by id
-    // The same copies by text, so that a lookup doesn't walk the table.
-    std::unordered_map<std::string_view, long> mIds;
+    // A place of the index. Texts are compared only where hashes are equal.
+    struct Slot {
+        std::uint32_t hash;
+        std::int32_t id;  // negative for a free place
+    };
+
+    static std::uint32_t HashOf(std::string_view text);
+    // Where the text is, or would be.
+    std::size_t SlotOf(std::string_view text, std::uint32_t hash) const;
+    void GrowIndex();
+    char* NewCopy(std::string_view text);
+
+    std::vector<char*> mTexts;  // by id, in mSlabs
+    std::vector<Slot> mIndex;   // open addressing; a power of two, at most half full
+    // Memory of the copies, a good many in each.
+    std::vector<std::unique_ptr<char[]>> mSlabs;
+    std::size_t mSlabUsed = 0;  // bytes of the last slab
 };

@@ -25,7 +25,9 @@ class MergedSelection {
     MergedSelection(KVCache const& selection, KVCache const& delta) : mSelection(selection) {
         for (long position = 0; position < delta.size(); ++position) {
             auto const [key, item] = delta.GetKV(position);
-            mChanged[key] = item;
+            if (key >= 0) {
+                mChanged[key] = item;
+            }
         }
     }
 

@@ -37,8 +37,7 @@ void UIConstraints::Add(char const* key1, char const* option1, char const* key2,
     long const optionId1 = mStrings.Insert(option1);
     long const keyId2 = mStrings.Insert(key2);
     long const optionId2 = mStrings.Insert(option2);
-    long const blank = mStrings.Find(kBlank);
-    if (optionId1 == blank || optionId2 == blank) {
+    if (*option1 == '\0' || *option2 == '\0') {
         mDeferred.push_back({keyId1, optionId1, keyId2, optionId2, requirement});
     } else {
         ForestOf(requirement).insert(keyId1, optionId1, {keyId2, optionId2});

@@ -34,15 +34,23 @@ CLI::Validator URICheck() {
             ""};
 }
 
+// KEY=TEXT or KEY alone.
+OptionChoice CutAtEquals(std::string const& text) {
+    std::size_t const at = text.find('=');
+    if (at == std::string::npos) {
+        return {text, std::nullopt};
+    }
+    return {text.substr(0, at), text.substr(at + 1)};
+}
+
 // Only the value is text; a keyword is whatever bytes the PPD has.
 CLI::Validator SettingCheck() {
     return {[](std::string& text) {
-                std::size_t const at = text.find('=');
-                if (at == 0 || at == std::string::npos) {
+                auto const [keyword, value] = CutAtEquals(text);
+                if (keyword.empty() || !value) {
                     return "'" + text + "' isn't KEY=VALUE";
                 }
-                return IsUTF8(text.substr(at + 1)) ? std::string()
-                                                   : std::string("The value isn't UTF-8");
+                return IsUTF8(*value) ? std::string() : std::string("The value isn't UTF-8");
             },
             ""};
 }
@@ -61,8 +69,8 @@ CLI::Option* AddTexts(CLI::App& app, std::string const& name, std::string const&
 void AddSettings(CLI::App& app, std::vector<ControlSetting>& settings) {
     auto const take = [&settings](std::vector<std::string> const& texts) {
         for (std::string const& text : texts) {
-            std::size_t const at = text.find('=');
-            settings.push_back({text.substr(0, at), text.substr(at + 1)});
+            auto const [keyword, value] = CutAtEquals(text);
+            settings.push_back({keyword, value.value_or("")});
         }
     };
     // One argument for each --set, so that what follows it stays what it is.
@@ -74,28 +82,23 @@ void AddSettings(CLI::App& app, std::vector<ControlSetting>& settings) {
 
 CLI::Validator ChoiceCheck(bool needsOption) {
     return {[needsOption](std::string& text) {
-                std::size_t const at = text.find('=');
-                bool const isChoice = !text.empty() && at != 0;
-                return isChoice && (!needsOption || at != std::string::npos)
-                           ? std::string()
-                           : "'" + text + "' isn't KEY" + (needsOption ? "" : " or KEY") +
-                                 "=OPTION";
+                auto const [keyword, option] = CutAtEquals(text);
+                bool const isChoice = !keyword.empty() && (option || !needsOption);
+                return isChoice ? std::string()
+                                : "'" + text + "' isn't KEY" + (needsOption ? "" : " or KEY") +
+                                      "=OPTION";
             },
             ""};
 }
 
 CLI::Option* AddChoices(CLI::App& app, std::string const& name, std::string const& help,
-                        bool needOption, std::vector<OptionChoice>& choices) {
+                        bool needsOption, std::vector<OptionChoice>& choices) {
     auto const take = [&choices](std::vector<std::string> const& texts) {
         for (std::string const& text : texts) {
-            std::size_t const at = text.find('=');
-            choices.push_back({text.substr(0, at), std::nullopt});
-            if (at != std::string::npos) {
-                choices.back().option = text.substr(at + 1);
-            }
+            choices.push_back(CutAtEquals(text));
         }
     };
-    return AddTexts(app, name, help, take)->check(ChoiceCheck(needOption));
+    return AddTexts(app, name, help, take)->check(ChoiceCheck(needsOption));
 }
 
 void DescribeReading(CLI::App& app, ReadOptions& options) {
@@ -182,13 +185,6 @@ void DescribePrint(CLI::App& app, PrintOptions& options) {
         ->capture_default_str();
 }
 
-std::string OneLine(std::string text) {
-    for (char& c : text) {
-        c = c == '\n' || c == '\r' ? ' ' : c;
-    }
-    return text;
-}
-
 }  // namespace
 
 std::optional<ExitStatus> CommandLine::Parse(int argc, char const* const* argv, std::ostream& out,
@@ -216,7 +212,7 @@ std::optional<ExitStatus> CommandLine::Parse(int argc, char const* const* argv, 
         out << app.help();
         return ExitStatus::kDone;
     } catch (CLI::ParseError const& error) {
-        err << "zubprint: " << OneLine(error.what()) << '\n';
+        err << Outcome::Line(error.what());
         return ExitStatus::kUsage;
     }
     return std::nullopt;

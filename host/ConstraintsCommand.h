@@ -8,7 +8,7 @@
 class ConstraintsCommand : public PPDCommand {
   public:
     ConstraintsCommand(ConstraintsOptions const& options, std::ostream& out, std::ostream& err)
-        : PPDCommand(options, out, err), mOptions(options) {}
+        : PPDCommand(options, false, out, err), mOptions(options) {}
 
   private:
     Outcome Answer(ZUBPPD& ppd, Json& answer) override;

@@ -8,7 +8,7 @@
 class InspectCommand : public PPDCommand {
   public:
     InspectCommand(InspectOptions const& options, std::ostream& out, std::ostream& err)
-        : PPDCommand(options, out, err), mOptions(options) {}
+        : PPDCommand(options, true, out, err), mOptions(options) {}
 
     Outcome Run() override;
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -13,6 +14,13 @@ struct [[nodiscard]] Outcome {
     std::string message;
 
     bool Ok() const { return status == ExitStatus::kDone; }
+
+    // The one line of standard error that tells of a failure.
+    static std::string Line(std::string text) {
+        std::replace_if(
+            text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+        return "zubprint: " + text + '\n';
+    }
 
     static Outcome Done() { return {}; }
     static Outcome Failed(std::string text) { return {ExitStatus::kFailed, std::move(text)}; }

@@ -8,12 +8,16 @@
 #include "host/ParsedPPD.h"
 
 Outcome PPDCommand::Run() {
-    if (Outcome outcome = HostFiles::CheckReadable(mOptions.ppd); !outcome.Ok()) {
+    if (Outcome outcome = HostFiles::CheckReadable(mReadOptions.ppd); !outcome.Ok()) {
         return outcome;
     }
-    ParsedPPD const ppd(mOptions.ppd, static_cast<_PARSE_OPTIONS_>(mOptions.parseOptions),
-                        mOptions.accepted);
-    Outcome outcome = ControlSettings(ppd.Get(), mOptions.ppd, mErr).Apply(mOptions.settings);
+    ParsedPPD const ppd(mReadOptions.ppd, static_cast<_PARSE_OPTIONS_>(mReadOptions.parseOptions),
+                        mReadOptions.accepted);
+    if (!mAnyPPD && !ppd->IsValidPPD()) {
+        return Outcome::NotOurs(mReadOptions.ppd + " isn't a PPD of the extension, or is broken");
+    }
+    Outcome outcome =
+        ControlSettings(ppd.Get(), mReadOptions.ppd, mErr).Apply(mReadOptions.settings);
     Json answer;
     if (outcome.Ok()) {
         outcome = Answer(ppd.Get(), answer);

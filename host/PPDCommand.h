@@ -23,14 +23,16 @@ class PPDCommand {
 
   protected:
     // All must outlive the command.
-    PPDCommand(ReadOptions const& options, std::ostream& out, std::ostream& err)
-        : mOptions(options), mOut(out), mErr(err) {}
+    // With `anyPPD` also a PPD that isn't valid is answered for.
+    PPDCommand(ReadOptions const& options, bool anyPPD, std::ostream& out, std::ostream& err)
+        : mReadOptions(options), mAnyPPD(anyPPD), mOut(out), mErr(err) {}
 
     // Puts the answer into `answer`; nothing is printed unless the outcome is good.
     virtual Outcome Answer(ZUBPPD& ppd, Json& answer) = 0;
 
   private:
-    ReadOptions const& mOptions;
+    ReadOptions const& mReadOptions;
+    bool mAnyPPD;
     std::ostream& mOut;
     std::ostream& mErr;
 };

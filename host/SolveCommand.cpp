@@ -61,7 +61,7 @@ Outcome SolveCommand::Answer(ZUBPPD& ppd, Json& answer) {
         locked.add(texts.IDs(choice));
     }
     if (texts.Unknown() != nullptr) {
-        return Outcome::Failed(mOptions.ppd + " doesn't know " + *texts.Unknown());
+        return Outcome::Failed(mOptions.ppd + " doesn't know '" + *texts.Unknown() + "'");
     }
     ConstraintsEngine engine(&constraints.GetSelection(), &constraints.GetConstraintForest(),
                              &constraints.GetKeyForest(), &locked);

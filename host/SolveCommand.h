@@ -9,7 +9,7 @@
 class SolveCommand : public PPDCommand {
   public:
     SolveCommand(SolveOptions const& options, std::ostream& out, std::ostream& err)
-        : PPDCommand(options, out, err), mOptions(options) {}
+        : PPDCommand(options, false, out, err), mOptions(options) {}
 
   private:
     Outcome Answer(ZUBPPD& ppd, Json& answer) override;

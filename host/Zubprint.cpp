@@ -38,7 +38,7 @@ int Zubprint::Run(int argc, char const* const* argv, std::ostream& out, std::ost
         outcome = Outcome::Failed("can't write to standard output");
     }
     if (!outcome.Ok()) {
-        err << "zubprint: " << outcome.message << '\n';
+        err << Outcome::Line(outcome.message);
     }
     return static_cast<int>(outcome.status);
 }

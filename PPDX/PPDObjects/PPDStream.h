@@ -34,7 +34,7 @@ class PPDStream {
     int PeekChar() const;   // the next byte as a signed value, -1 at the end; nothing moves
     void SkipWhiteSpace();  // spaces and tabs
     // Moves over the bytes ahead of the first stop, at most so many, and returns them; they live
-    // as long as those under the cursor.
+    // as long as those under the cursor. Unlike GetChar, leaves the status as it is.
     std::string_view GetUpTo(ByteSet const& stops, std::size_t most);
     std::string_view GetUpTo(char stop, std::size_t most = std::string_view::npos);
     // Reads up to LF, CR or CR LF, which is consumed, into kLineSize bytes, terminated. False for

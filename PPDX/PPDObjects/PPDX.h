@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "PPDX/PPDObjects/PPDDelimiters.h"
 #include "platform/CoreFoundation.h"
 #include "platform/FileManager.h"
 
@@ -65,10 +66,10 @@ class PPDX {
 
     // ---- The token layer ----
 
-    // Reads bytes up to the end of the line or one of `delimiters` (a set of bytes, may be null),
-    // which is consumed. At most kTextSize - 1 bytes; the rest waits for the next call. False when
+    // Reads bytes up to the end of the line or one of `delimiters` (none for a null text), which is
+    // consumed. At most kTextSize - 1 bytes; the rest waits for the next call. False when
     // nothing was read; with `strip` the token may come out empty though the result is true.
-    bool NextToken(PPDStream& stream, char* token, char const* delimiters, bool strip);
+    bool NextToken(PPDStream& stream, char* token, Delimiters const& delimiters, bool strip);
     // A value in double quotes, which may go on over lines of the current stream; a NUL byte
     // stands for each line break. Bytes written, the terminator counted
     // unless the limit was met; 0 for an empty value and when the file ends in it. A line that

@@ -3,7 +3,6 @@
 #include <cstring>
 #include <string_view>
 
-#include "PPDX/PPDObjects/ByteSet.h"
 #include "PPDX/PPDObjects/PPDStream.h"
 #include "PPDX/PPDObjects/PPDX.h"
 
@@ -17,7 +16,12 @@ bool IsBlank(char byte) {
     return byte == ' ' || byte == '\t';
 }
 
-constexpr ByteSet kLineEnds("\n\r");
+void CutTrailingBlanks(char* text, unsigned long length) {
+    while (length > 0 && IsBlank(text[length - 1])) {
+        --length;
+    }
+    text[length] = '\0';
+}
 
 // Moves behind the next double quote; false when the bytes end first.
 bool SkipToQuote(PPDStream& stream) {
@@ -103,20 +107,14 @@ void PPDX::StripLeadingWhiteSpace(char* text) {
 }
 
 void PPDX::StripTrailingWhiteSpace(char* text) {
-    char* end = text + std::strlen(text);
-    while (end != text && IsBlank(end[-1])) {
-        --end;
-    }
-    *end = '\0';
+    CutTrailingBlanks(text, std::strlen(text));
 }
 
-bool PPDX::NextToken(PPDStream& stream, char* token, char const* delimiters, bool strip) {
-    ByteSet const delimiterSet(delimiters);
-    ByteSet const stops = delimiterSet | kLineEnds;
+bool PPDX::NextToken(PPDStream& stream, char* token, Delimiters const& delimiters, bool strip) {
     unsigned long length = 0;
     bool lineFeed = false;
     while (length < kTextSize - 1) {
-        std::string_view const bytes = stream.GetUpTo(stops, kTextSize - 1 - length);
+        std::string_view const bytes = stream.GetUpTo(delimiters.Stops(), kTextSize - 1 - length);
         std::ranges::copy(bytes, token + length);
         length += bytes.size();
         char stop = 0;
@@ -124,7 +122,7 @@ bool PPDX::NextToken(PPDStream& stream, char* token, char const* delimiters, boo
             break;
         }
         lineFeed = stop == '\n';
-        if (stop != '\r' || stream.PeekChar() != '\n' || delimiterSet.Has(stop)) {
+        if (stop != '\r' || stream.PeekChar() != '\n' || delimiters.Has(stop)) {
             break;
         }
         token[length++] = stop;
@@ -133,11 +131,12 @@ bool PPDX::NextToken(PPDStream& stream, char* token, char const* delimiters, boo
         --length;
     }
     token[length] = '\0';
-    if (length > 0 && strip) {
-        StripTrailingWhiteSpace(token);
+    bool const isToken = length > 0;
+    if (isToken && strip) {
+        CutTrailingBlanks(token, length);
         StripLeadingWhiteSpace(token);
     }
-    return length > 0;
+    return isToken;
 }
 
 unsigned long PPDX::GetQuotedString(PPDStream& stream, char* text, unsigned long const& limit) {

@@ -78,7 +78,8 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     // GetUIConstraints(). See UIConstraints for unknown ones.
     bool IsKVConstrained(long key, long option);
     // The same by text, as the panel asks. While *ZUPrintSize stands at "SameAsPageSize" the
-    // question is asked with the size that this comes to.
+    // question is asked with the size that this comes to: the control has it meanwhile, and
+    // whoever follows changes of values hears of both.
     bool IsKVConstrained(char const* key, char const* option);
 
     // The paper of the page format is no paper of this PPD.

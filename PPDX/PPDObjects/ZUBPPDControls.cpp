@@ -47,10 +47,10 @@ PPDStream StreamOf(char const* text) {
 
 // One option line, cut into its fields.
 struct ZUBPPD::OptionLine {
-    char option[kTextSize] = "";
-    char translation[kTextSize] = "";
-    bool hasOption = false;
-    bool hasTranslation = false;
+    char option[kTextSize];
+    char translation[kTextSize];
+    bool hasOption;
+    bool hasTranslation;
     CodeBlock code;
 };
 
@@ -314,8 +314,10 @@ PPDXErrorObj* ZUBPPD::ParsePopupControl(char const* keyword, CFStringRef transla
     block.items.MakeEmpty();
     static_cast<void>(block.defaultKeyword.release());
     SetupControl(group, popup, true);
+    CStringSoup& texts = mConstraints->GetConstraintStrings();
     for (_PopupItem* item = popup->FirstItem(); item != nullptr; item = popup->NextItem()) {
-        mConstraints->KVSInsert(keyword, item->Keyword());
+        long const key = texts.Insert(keyword);
+        mConstraints->KVSInsert(key, texts.Insert(item->Keyword()));
     }
     return nullptr;
 }
@@ -324,7 +326,7 @@ ZUBPPD::HeadResult ZUBPPD::TakePopupHead(PPDStream& line, char const* head, char
                                          PopupBlock& block) {
     std::string_view const text = head;
     if (text == kOrder) {
-        return HeadResult::kIgnored;
+        return HeadResult::kLineDone;
     }
     if (text.starts_with(kDefault)) {
         return TakePopupDefault(line, text == kDefault ? keyword : nullptr, block);
@@ -417,7 +419,7 @@ ZUBPPD::HeadResult ZUBPPD::TakeBooleanHead(PPDStream& line, char const* head, ch
                                            BooleanBlock& block) {
     std::string_view const text = head;
     if (text == kOrder) {
-        return HeadResult::kIgnored;
+        return HeadResult::kLineDone;
     }
     if (text.starts_with(kDefault)) {
         char value[kTextSize];

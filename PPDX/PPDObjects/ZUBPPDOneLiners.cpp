@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <string>
 #include <string_view>
 
 #include "PPDX/PPDObjects/CodeBlock.h"
 #include "PPDX/PPDObjects/Controls/Numbers.h"
-#include "PPDX/PPDObjects/Controls/PPDText.h"
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/Controls/PPDXCustomPageSizeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXFloatRangeControl.h"
@@ -32,21 +34,29 @@ constexpr char kCustomSizeGroup[] = "FPPaperSource";
 // What the numbers of a range stand between, behind the opening parenthesis.
 constexpr std::string_view kRangeDelimiters = ";;;)";
 
+bool IsBeyondASCII(char byte) {
+    return static_cast<unsigned char>(byte) > 0x7F;
+}
+
 // The number at the start of the text; 0 for anything else.
 long WholeNumber(char const* text) {
     return std::strtol(text, nullptr, 10);
 }
 
 double DecimalNumber(char const* text) {
-    return CFStringGetDoubleValue(CFRef<CFStringRef>(CopyPPDText(text)));
+    // A byte beyond ASCII ends the number; it may not count as some character, a blank for one.
+    auto const* const end = std::find_if(text, text + std::strlen(text), IsBeyondASCII);
+    return CFStringGetDoubleValue(CFRef<CFStringRef>(
+        CFStringCreateWithBytes(nullptr, reinterpret_cast<std::uint8_t const*>(text), end - text,
+                                kCFStringEncodingASCII, false)));
 }
 
-// Whether the next delimiters of a range are the right ones in the right order.
+// Whether the next delimiters of a range are the right ones in the right order, ahead of the code.
 bool IsRange(PPDStream stream) {
-    std::string_view const delimiters = kTypeDelimiters;
     std::string found;
-    for (char byte = 0; found.size() < kRangeDelimiters.size() && stream.GetChar(byte);) {
-        if (delimiters.find(byte) != std::string_view::npos) {
+    for (char byte = 0;
+         found.size() < kRangeDelimiters.size() && stream.GetChar(byte) && byte != '"';) {
+        if (kTypeDelimiters.Has(byte)) {
             found += byte;
         }
     }
@@ -135,14 +145,13 @@ bool ZUBPPD::ReadRange(PPDStream& line, RangeLine& range) {
 // ---- The custom page size ----
 
 PPDXErrorObj* ZUBPPD::ParseCustomPageSize(PPDStream& line) {
-    if (FindControl(kCustomSizeKeyword) == nullptr) {
+    PPDXControl* control = FindControl(kCustomSizeKeyword);
+    if (control == nullptr) {
         PointerList flags;
-        SetupControl(FindAndCreateParent(kCustomSizeGroup),
-                     new (std::nothrow) PPDXCustomPageSizeControl(kCustomSizeKeyword, flags),
-                     false);
+        control = new (std::nothrow) PPDXCustomPageSizeControl(kCustomSizeKeyword, flags);
+        SetupControl(FindAndCreateParent(kCustomSizeGroup), control, false);
     }
-    auto* const size = dynamic_cast<PPDXCustomPageSizeControl*>(FindControl(kCustomSizeKeyword));
-    if (size != nullptr) {
+    if (auto* const size = dynamic_cast<PPDXCustomPageSizeControl*>(control)) {
         ReadSizeLimits(line, *size);
     }
     return nullptr;
@@ -207,7 +216,10 @@ PPDXErrorObj* ZUBPPD::ParseShortcut(PPDStream& line) {
     if (!PPDXControl::ValidKeyword(keyword)) {
         return new PPDXErrorObj(kShortcutLeadsNowhere, keyword, false);
     }
-    mShortcutNames.PushBack(new CString(keyword));
+    auto name = std::make_unique<CString>(keyword);
+    if (mShortcutNames.PushBack(name.get())) {
+        static_cast<void>(name.release());
+    }
     return nullptr;
 }
 

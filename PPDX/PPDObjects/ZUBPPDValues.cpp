@@ -45,17 +45,14 @@ bool ZUBPPD::IsKVConstrained(char const* key, char const* option) {
     if (!size) {
         return mConstraints->IsKVConstrained(key, option);
     }
-    ValueScope const real(*printSize, size, CFSTR("SameAsPageSize"));
+    ValueScope const real(*printSize, size, CFStringConstant(kSameAsPageSize));
     return mConstraints->IsKVConstrained(key, option);
 }
 
 CFStringRef ZUBPPD::CopyRealPrintSize() {
     PPDXControl* const pageSize = FindControl(kPageSize);
-    CFStringRef const size =
-        pageSize != nullptr ? pageSize->CopyCurrentControlValueString() : nullptr;
-    if (size == nullptr || !mCustomPaper) {
-        return size;
-    }
-    CFRelease(size);
-    return static_cast<CFStringRef>(CFRetain(CFSTR("CustomPrintSize")));
+    CFRef<CFStringRef> size(pageSize != nullptr ? pageSize->CopyCurrentControlValueString()
+                                                : nullptr);
+    return size && mCustomPaper ? CFStringCreateCopy(nullptr, CFSTR("CustomPrintSize"))
+                                : size.Release();
 }

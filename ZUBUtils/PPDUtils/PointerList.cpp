@@ -2,6 +2,7 @@
 #include "ZUBUtils/PPDUtils/PointerList.h"
 
 #include <new>
+#include <utility>
 
 PointerList::PointerList() {
     mHead.mNext = &mTail;
@@ -10,6 +11,17 @@ PointerList::PointerList() {
 
 PointerList::PointerList(PointerList const& other) : PointerList() {
     Append(other);
+}
+
+PointerList::PointerList(PointerList&& other) noexcept : PointerList() {
+    if (other.Empty()) {
+        return;
+    }
+    mCount = std::exchange(other.mCount, 0);
+    mHead.mNext = std::exchange(other.mHead.mNext, &other.mTail);
+    mTail.mPrevious = std::exchange(other.mTail.mPrevious, &other.mHead);
+    mHead.mNext->mPrevious = &mHead;
+    mTail.mPrevious->mNext = &mTail;
 }
 
 PointerList& PointerList::operator=(PointerList const& other) {

@@ -15,6 +15,7 @@ class PointerList {
   public:
     PointerList();
     PointerList(PointerList const& other);             // the same pointers in the same order
+    PointerList(PointerList&& other) noexcept;         // the other list is empty behind it
     PointerList& operator=(PointerList const& other);  // empties this list first
     ~PointerList();
 

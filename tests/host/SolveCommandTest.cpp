@@ -2,6 +2,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/PPDLines.h"
 #include "tests/host/HostFixture.h"
 
 using nlohmann::json;
@@ -11,24 +12,11 @@ namespace {
 // Questions about the rules of a PPD, put to the command.
 class SolveCommandTest : public HostFixture {
   protected:
-    static std::string Popup(std::string const& keyword, std::vector<std::string> const& options) {
-        std::string text = "*%ZUBFlags " + keyword + ":\n*OpenUI " + keyword + "/P: PickOne\n" +
-                           "*Default" + keyword.substr(1) + ": " + options.front() + "\n";
-        for (std::string const& option : options) {
-            text.append(keyword).append(" ").append(option).append("/O: \"\"\n");
-        }
-        return text + "*CloseUI: " + keyword + "\n";
-    }
-
-    static std::string Switch(std::string const& keyword) {
-        return "*%ZUBFlags " + keyword + ":\n*OpenUI " + keyword + "/S: Boolean\n*Default" +
-               keyword.substr(1) + ": False\n*CloseUI: " + keyword + "\n";
-    }
-
     // *A at a1, *B at b1, *C off, and these rules.
     std::string WriteRules(std::string const& rules) const {
-        return Write("rules.ppd", Head() + Popup("*A", {"a2", "a1"}) +
-                                      Popup("*B", {"b1", "b2", "b3"}) + Switch("*C") + rules);
+        return Write("rules.ppd", Head() + PPDLines::Popup("*A", {"a2", "a1"}) +
+                                      PPDLines::Popup("*B", {"b1", "b2", "b3"}) +
+                                      PPDLines::Boolean("*C") + rules);
     }
 
     static json Pairs(std::vector<std::vector<std::string>> const& pairs) { return pairs; }
@@ -56,10 +44,11 @@ TEST_F(SolveCommandTest, ConstraintsListsWhatIsRuledOutNow) {
 }
 
 TEST_F(SolveCommandTest, CustomPaperStandsForThePageSize) {
-    std::string const ppd =
-        Write("a.ppd", Head() + Popup("*ZUPrintSize", {"SameAsPageSize", "A4", "CustomPrintSize"}) +
-                           Popup("*PageSize", {"A4"}) + Switch("*C") +
-                           "*UIConstraints: *C True *ZUPrintSize CustomPrintSize\n");
+    std::string const ppd = Write(
+        "a.ppd", Head() +
+                     PPDLines::Popup("*ZUPrintSize", {"SameAsPageSize", "A4", "CustomPrintSize"}) +
+                     PPDLines::Popup("*PageSize", {"A4"}) + PPDLines::Boolean("*C") +
+                     "*UIConstraints: *C True *ZUPrintSize CustomPrintSize\n");
     EXPECT_EQ(RunForJSON({"constraints", ppd})["constrained"], json::array());
     EXPECT_EQ(RunForJSON({"constraints", ppd, "--custom-paper"})["constrained"],
               Pairs({{"*C", "True"}}));
@@ -114,7 +103,7 @@ TEST_F(SolveCommandTest, SolvePrintsTheChangeOrWhatStandsInItsWay) {
 
 TEST_F(SolveCommandTest, ALockedKeyWithoutASelectionStandsWithMinusOne) {
     std::string const ppd =
-        Write("a.ppd", Head() + Popup("*A", {"a2", "a1"}) +
+        Write("a.ppd", Head() + PPDLines::Popup("*A", {"a2", "a1"}) +
                            "*%ZUBFlags *B:\n*OpenUI *B/B: PickOne\n*B b1/1: \"\"\n*B b2/2: \"\"\n"
                            "*CloseUI: *B\n" +
                            kRule);
@@ -128,9 +117,11 @@ TEST_F(SolveCommandTest, UnknownTextsAndWrongArgumentsAreRefused) {
         int status;
     };
     std::string const ppd = WriteRules(kRule);
+    std::string const refused = Write("refused.ppd", "*PPD-Adobe: \"4.2\"\n");
     for (Case const& row :
-         {Case{{"solve", ppd, "*D=a1"}, 1}, Case{{"solve", ppd, "*A=x"}, 1},
-          Case{{"solve", ppd, "*A=a1", "--lock", "*D"}, 1},
+         {Case{{"solve", refused}, 3}, Case{{"constraints", refused}, 3},
+          Case{{"solve", ppd, "*A=x\ny"}, 1}, Case{{"solve", ppd, "*D=a1"}, 1},
+          Case{{"solve", ppd, "*A=x"}, 1}, Case{{"solve", ppd, "*A=a1", "--lock", "*D"}, 1},
           Case{{"solve", ppd, "--lock", "*A=x"}, 1}, Case{{"solve", ppd + ".missing"}, 1},
           Case{{"constraints", ppd + ".missing"}, 1}, Case{{"solve", ppd, "*A"}, 2},
           Case{{"solve", ppd, "=a1"}, 2}, Case{{"solve", ppd, "--lock", ""}, 2}, Case{{"solve"}, 2},

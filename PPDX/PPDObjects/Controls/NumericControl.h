@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
 #include "PPDX/PPDObjects/Controls/SubstitutedCode.h"
@@ -22,15 +23,18 @@ struct NumericTags {
 template <typename Number>
 class NumericControl : public PPDXControl {
   public:
+    // What a caller reckons with: the difference of two numbers of 32 bits needs more.
+    using Wide = std::conditional_t<std::is_integral_v<Number>, long, Number>;
+
     short Save(Settings& settings, long const& id) override;
     // Takes the value as it is stored. Code that was already made for the former value stays.
     short Restore(Settings& settings, long id) override;
 
-    Number MinVal() const { return mMinimum; }
-    Number MaxVal() const { return mMaximum; }
-    Number Increment() const { return mIncrement; }
-    Number DefaultValue() const { return mDefault; }
-    Number GetValue() const { return mValue; }
+    Wide MinVal() const { return mMinimum; }
+    Wide MaxVal() const { return mMaximum; }
+    Wide Increment() const { return mIncrement; }
+    Wide DefaultValue() const { return mDefault; }
+    Wide GetValue() const { return mValue; }
 
   protected:
     struct Limits {

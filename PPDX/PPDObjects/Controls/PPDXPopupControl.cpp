@@ -88,7 +88,7 @@ PPDXPopupControl::PPDXPopupControl(char const* keyword, CFStringRef localName, P
       mMultiple(multiple),
       mInstallable(installable),
       mDefaultKeyword(defaultKeyword),
-      mItems(items) {
+      mItems(std::move(items)) {
     SetType(kPopupType);
     SetKeywordSelect(GetDefaultKeyword(), true);
 }

@@ -13,6 +13,7 @@
 #include "PPDX/PPDObjects/Controls/PPDXSpecialOption.h"
 #include "PPDX/PPDObjects/PPDXRollDown.h"
 #include "ZUBUtils/PPDUtils/CString.h"
+#include "tests/PPDLines.h"
 
 namespace {
 
@@ -25,16 +26,6 @@ std::string Grouped(std::string const& line) {
 
 PPDPtr ParseGrouped(std::string const& line, _PARSE_OPTIONS_ options = kParseAll) {
     return ParseBody(kTree + Grouped(line), options);
-}
-
-std::string Popup(std::string const& keyword) {
-    return "*%ZUBFlags " + keyword + ":\n*OpenUI " + keyword + "/Popup: PickOne\n*DefaultK: a\n" +
-           keyword + " a/A: \"\"\n*CloseUI\n";
-}
-
-std::string Boolean(std::string const& keyword) {
-    return "*%ZUBFlags " + keyword + ":\n*OpenUI " + keyword +
-           "/Boolean: Boolean\n*DefaultK: " + "True\n*CloseUI\n";
 }
 
 }  // namespace
@@ -84,6 +75,7 @@ TEST(RangeLineTest, MalformedLinesMakeNothingAndSayWhy) {
         {"*K/Kay: (1;2;1;1;1) \"x\"", {"7 *K"}, false},
         {"*K/Kay: (1;;1;1) \"x\"", {"7 *K"}, false},
         {"*K/Kay: (1(2;1;1) \"x\"", {"7 *K"}, false},
+        {"*K/Kay: (1;2;1;1 \"a) b\"", {"7 *K"}, false},
         {"*K/Kay:( ;two;\t;0x10) \"x\"", {}, true},
         {"*K/Kay: (1;2;1;1)", {"35 *K"}, true},
         {"*K/Kay: (1;2;1;1) \"\"", {"35 *K"}, true},
@@ -132,7 +124,7 @@ TEST(RangeLineTest, NumbersThatDontFitAreClampedAndStillClamp) {
         narrow->SetValue(value);
         EXPECT_EQ(narrow->GetValue(), 3);  // the maximum has the last word
     }
-    PPDPtr const strange = ParseGrouped("*%ZUBFloatRange *K/K: (-inf;1e999;nan;0x1p4) \"<*K>\"");
+    PPDPtr const strange = ParseGrouped("*%ZUBFloatRange *K/K: (-inf;1e999;\xCA\x35;0x1p4) \"<*K>\"");
     auto* const decimal = ControlOf<PPDXFloatRangeControl>(*strange, "*K");
     ASSERT_NE(decimal, nullptr);
     EXPECT_EQ(decimal->MinVal(), 0);
@@ -174,8 +166,8 @@ TEST(CustomPageSizeLineTest, ShortAndOddLinesFillWhatTheyHave) {
         EXPECT_EQ(size->MaxWidth(), row.maximum) << row.line;
     }
     // Some other option has the keyword.
-    PPDPtr const taken =
-        ParseBody(Popup("*CustomPrintSize") + "*%ParamCustomPrintSize Width: 1 points 36 1000\n");
+    PPDPtr const taken = ParseBody(PPDLines::Popup("*CustomPrintSize", {"a"}) +
+                                   "*%ParamCustomPrintSize Width: 1 points 36 1000\n");
     EXPECT_EQ(taken->GetControls()->CustomPageSizeCount(), 0);
     EXPECT_NE(ControlOf<PPDXPopupControl>(*taken, "*CustomPrintSize"), nullptr);
 }
@@ -205,7 +197,8 @@ TEST(SpecialOptionLineTest, MakesAHiddenOrphanWhateverIsParsed) {
 TEST(ShortcutLineTest, LeadsToOptionsOfTheWholeFileInItsOrder) {
     PPDPtr const ppd = ParseBody(
         "*%ZUShortcut *Late\n*%ZUShortcut: *Nowhere\n*%ZUShortcut *Flag \n*%ZUShortcut\n" +
-        Boolean("*Flag") + Popup("*Late") + "*%ZUShortcut *ZUChromVale\n*%ZUShortcut *Late\n");
+        PPDLines::Boolean("*Flag") + PPDLines::Popup("*Late", {"a"}) +
+        "*%ZUShortcut *ZUChromVale\n*%ZUShortcut *Late\n");
     EXPECT_EQ(ErrorsOf(*ppd),
               (Texts{"29 *Flag", "29 *Late", "19 *ZUChromVale", "19 *Nowhere", "25", "26", "27"}));
     PPDXShortcuts* const shortcuts = ppd->GetShortcuts();

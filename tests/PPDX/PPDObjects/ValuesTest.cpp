@@ -1,23 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "PPDText.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "constraints/UIConstraints.h"
+#include "tests/PPDLines.h"
 
 namespace {
-
-std::string Popup(std::string const& keyword, std::vector<std::string> const& options) {
-    std::string text = "*%ZUBFlags " + keyword + ":\n*OpenUI " + keyword + "/P: PickOne\n*Default" +
-                       keyword.substr(1) + ": " + options.front() + "\n";
-    for (std::string const& option : options) {
-        text.append(keyword).append(" ").append(option).append("/O: \"\"\n");
-    }
-    return text + "*CloseUI: " + keyword + "\n";
-}
 
 std::string ValueOf(ZUBPPD& ppd, char const* keyword) {
     CFRef<CFStringRef> const value(ControlOf(ppd, keyword)->CopyCurrentControlValueString());
@@ -27,7 +18,7 @@ std::string ValueOf(ZUBPPD& ppd, char const* keyword) {
 }
 
 std::string const kPrintSize =
-    Popup("*ZUPrintSize", {"SameAsPageSize", "A4", "A3", "CustomPrintSize"});
+    PPDLines::Popup("*ZUPrintSize", {"SameAsPageSize", "A4", "A3", "CustomPrintSize"});
 std::string const kRules =
     "*UIConstraints: *ZUStapler On *ZUPrintSize A3\n"
     "*UIConstraints: *ZUFold Half *ZUPrintSize CustomPrintSize\n"
@@ -36,7 +27,8 @@ std::string const kRules =
 }  // namespace
 
 TEST(PrintSizeRuleTest, TheRealSizeStandsInForTheLengthOfAQuestion) {
-    PPDPtr const ppd = ParseBody(kPrintSize + Popup("*PageSize", {"A4", "A3", "A6"}) + kRules);
+    PPDPtr const ppd =
+        ParseBody(kPrintSize + PPDLines::Popup("*PageSize", {"A4", "A3", "A6"}) + kRules);
     auto* const pageSize = ControlOf<PPDXPopupControl>(*ppd, "*PageSize");
     EXPECT_FALSE(ppd->IsKVConstrained("*ZUStapler", "On"));
     pageSize->SetCurrentControlWithCFString(CFSTR("A3"));
