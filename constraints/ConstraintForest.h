@@ -5,8 +5,7 @@
 #include <vector>
 
 #include "constraints/ItemConstraintList.h"
-
-class KeyConstraintTree;
+#include "constraints/KeyConstraintTree.h"
 
 // The rules of all keywords. A rule is held by its first key and option alone: it says nothing
 // about a test of the second. Ids are those of one CStringSoup; rules of a negative key are
@@ -23,6 +22,12 @@ class ConstraintForest {
     // The rules of an option (-1: of all options of the key) in a new list, which the caller
     // deletes; null for a key without any rule.
     ItemConstraintList* GetConstraintList(long key, long item) const;
+    // Whether any of those rules fits, without a list; `fits` takes a pair.
+    template <typename Fits>
+    bool AnyRule(long key, long item, Fits fits) const {
+        KeyConstraintTree const* const tree = TreeOf(key);
+        return tree != nullptr && tree->AnyRule(item, fits);
+    }
 
     // Switch rules off, or on again: those of the key and option (-1: of every option, or of every
     // key) against key2 and item2 (-1: against any option of key2), or against everything when

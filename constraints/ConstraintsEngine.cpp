@@ -102,6 +102,15 @@ _KVErrorSet ConstraintsEngine::Test(KVCache const* delta) const {
     return errors;
 }
 
+bool ConstraintsEngine::HasConflict(std::pair<long, long> pair) const {
+    if (mForest == nullptr || mCurrent == nullptr) {
+        return false;
+    }
+    return mForest->AnyRule(pair.first, pair.second, [this, pair](auto const& rule) {
+        return rule.first == pair.first ? rule == pair : mCurrent->Lookup(rule) >= 0;
+    });
+}
+
 // Never null; the caller deletes it.
 ItemConstraintList* ConstraintsEngine::RulesOf(long key, long item) const {
     ItemConstraintList* rules =

@@ -33,6 +33,9 @@ class ConstraintsEngine {
     // the other options of its key from the last one back, without those that the same proposed
     // pair rules out too.
     _KVErrorSet Test(KVCache const* delta) const;
+    // Whether Test of this pair alone would find a conflict; costs no memory, as it is asked for
+    // every item of a menu.
+    bool HasConflict(std::pair<long, long> pair) const;
     // Adds pairs to `delta`, or gives its pairs other options, until it is free of conflicts; with
     // `keepDelta` the keys in it keep their options. Searches breadth first, within limits. With
     // conflicts in the result `delta` holds what was tried last, and the conflicts are what stood

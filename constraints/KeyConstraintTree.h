@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
 #include <map>
 #include <set>
 #include <utility>
 
-class ItemConstraintList;
+#include "constraints/ItemConstraintList.h"
 
 // The rules of one keyword, by option. Rules can be switched off and on again; an option whose
 // rules are partly or wholly off keeps aside what its list was before the last that went off.
@@ -21,6 +22,20 @@ class KeyConstraintTree {
     // A new list, which the caller deletes, with the rules of this option that are on; with item
     // -1 those of all options in ascending order. Empty when there are none.
     ItemConstraintList* GetItemConstraintList(long item) const;
+
+    // Whether any of those rules fits, without a list; `fits` takes a pair.
+    template <typename Fits>
+    bool AnyRule(long item, Fits fits) const {
+        auto const anyOf = [&fits](ItemConstraintList const& list) {
+            return std::any_of(list.Pairs().begin(), list.Pairs().end(), fits);
+        };
+        if (item == -1) {
+            return std::any_of(mActive.begin(), mActive.end(),
+                               [&anyOf](auto const& entry) { return anyOf(*entry.second); });
+        }
+        auto const found = mActive.find(item);
+        return found != mActive.end() && anyOf(*found->second);
+    }
 
     // Switch off, or on again, the rules of an option (-1: of every option) against key2 and item2
     // (-1: against any option of key2), or all of them when key2 is negative. The result names

@@ -90,17 +90,19 @@ void UIConstraints::UpdateKVCache(long key, long option) {
     mSelection.Insert(key, option);
 }
 
-bool UIConstraints::ValidateDelta(KVCache const& delta) {
+ConstraintsEngine& UIConstraints::Engine() {
     if (mEngine == nullptr) {
         mEngine = new ConstraintsEngine(&mSelection, &mConstraintForest, &mKeyForest, nullptr);
     }
-    return mEngine->Test(&delta).conflicts.size() == 0;
+    return *mEngine;
+}
+
+bool UIConstraints::ValidateDelta(KVCache const& delta) {
+    return Engine().Test(&delta).conflicts.size() == 0;
 }
 
 bool UIConstraints::IsKVConstrained(long key, long option) {
-    KVCache delta;
-    delta.Insert(key, option);
-    return !ValidateDelta(delta);
+    return Engine().HasConflict({key, option});
 }
 
 bool UIConstraints::IsKVConstrained(char const* key, char const* option) {

@@ -61,6 +61,7 @@ class UIConstraints {
     KVCache const& GetSelection() const { return mSelection; }
 
   private:
+    ConstraintsEngine& Engine();
     ConstraintForest& ForestOf(bool requirement);
     std::vector<long> OptionsMeant(long key, long option) const;
     void Expand(SpecialConstraint const& rule);

@@ -34,7 +34,9 @@ class PropertyListFile {
     bool Save(CFPropertyListRef list);
 
   protected:
+    CFURLRef FileURL() const { return mFileURL; }  // borrowed; null without a place for the file
     void SetFileValid(bool valid) { mFileValid = valid; }
+    void SetFileError(std::int32_t error) { mFileError = error; }
 
   private:
     void Open(CFURLRef url, CFOptionFlags mutability);

@@ -1,47 +1,23 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "twoway/PropertyListFile.h"
 
-#include <gtest/gtest.h>
-#include <stdlib.h>
-
-#include <filesystem>
-#include <fstream>
-#include <string>
-
-#include "platform/CFRef.h"
+#include "tests/platform/TestSupport.h"
 #include "twoway/PrinterListFile.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
-constexpr char kListHead[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">";
-
-class PropertyListFileTest : public testing::Test {
+class PropertyListFileTest : public OwnershipTest {
   protected:
-    PropertyListFileTest() {
-        std::string pattern = testing::TempDir() + "lists-XXXXXX";
-        mFolder = mkdtemp(pattern.data());
-    }
-    ~PropertyListFileTest() override { fs::remove_all(mFolder); }
-
-    std::string Path(std::string const& name) const { return mFolder + "/" + name; }
     CFRef<CFURLRef> URL(std::string const& name = "") const {
-        std::string const path = name.empty() ? mFolder : Path(name);
-        return CFRef<CFURLRef>(CFURLCreateFromFileSystemRepresentation(
-            nullptr, reinterpret_cast<std::uint8_t const*>(path.c_str()),
-            static_cast<CFIndex>(path.size()), name.empty()));
-    }
-    void Write(std::string const& name, std::string const& list) const {
-        std::ofstream(Path(name)) << kListHead << list << "</plist>\n";
+        return FileURL(mFolder.Path(name), name.empty());
     }
 
-    std::string mFolder;
+    TemporaryFolder mFolder;
 };
 
 TEST_F(PropertyListFileTest, WhatIsSavedIsReadBackWhicheverWayTheFileIsNamed) {
-    fs::create_directories(Path("Library/Preferences"));
-    setenv("HOME", mFolder.c_str(), 1);
+    std::filesystem::create_directories(mFolder.Path("Library/Preferences"));
+    ScopedVariable const home("HOME", mFolder.Path().c_str());
     CFRef<CFMutableArrayRef> const list(CFArrayCreateMutable(nullptr, 0));
     CFArrayAppendValue(list, CFSTR("first"));
     CFArrayAppendValue(list, kCFBooleanTrue);
@@ -68,7 +44,7 @@ TEST_F(PropertyListFileTest, FailuresLeaveAnErrorAndNoList) {
     EXPECT_FALSE(missing.Save(CFSTR("text"))) << "its folder doesn't exist";
     EXPECT_NE(0, missing.FileError());
 
-    std::ofstream(Path("text")) << "no list";
+    mFolder.Write("text", "no list");
     PropertyListFile damaged(URL("text"), kCFPropertyListImmutable);
     EXPECT_EQ(nullptr, damaged.PropertyList());
     EXPECT_NE(0, damaged.FileError());
@@ -80,7 +56,7 @@ TEST_F(PropertyListFileTest, FailuresLeaveAnErrorAndNoList) {
 
     PropertyListFile const nowhere(nullptr, CFSTR("list.plist"), kCFPropertyListImmutable);
     EXPECT_FALSE(nowhere.IsFileValid());
-    unsetenv("HOME");
+    ScopedVariable const noHome("HOME", nullptr);
     PropertyListFile homeless("/list.plist", kCFPropertyListImmutable);
     EXPECT_TRUE(homeless.IsFileValid());
     EXPECT_FALSE(homeless.Save(CFSTR("text")));
@@ -99,7 +75,7 @@ TEST_F(PropertyListFileTest, APrinterListNeedsANameInItsArray) {
     };
     EXPECT_FALSE(PrinterListFile(URL(), kCFPropertyListImmutable).IsFileValid()) << "no file";
     for (auto const& row : cases) {
-        Write("PrinterList.plist", row.list);
+        mFolder.Write("PrinterList.plist", std::string("<plist>") + row.list + "</plist>");
         PrinterListFile const printers(URL(), kCFPropertyListImmutable);
         EXPECT_EQ(row.isValid, printers.IsFileValid()) << row.list;
         EXPECT_EQ(row.isValid ? 1 : 0, CFArrayGetCount(printers.PCFileNames())) << row.list;

@@ -14,6 +14,8 @@
 
 namespace {
 
+constexpr std::size_t kLongestKeyword = 1024;  // with the terminator
+
 constexpr unsigned long kClassTag = RecordTag("PopC");
 constexpr unsigned long kMultipleTag = RecordTag("PCMS");
 constexpr unsigned long kDefaultTag = RecordTag("PCDK");
@@ -200,14 +202,17 @@ bool PPDXPopupControl::TakesUnknownValues() const {
 
 long PPDXPopupControl::IndexOfValue(CFStringRef value) {
     bool const byName = TakesUnknownValues();
+    // Keywords are read as Mac Roman, in which every text has its bytes: comparing those saves a
+    // string for each item.
+    char keyword[kLongestKeyword];
+    bool const isKeyword =
+        CFStringGetCString(value, keyword, sizeof keyword, kCFStringEncodingMacRoman) &&
+        static_cast<CFIndex>(std::strlen(keyword)) == CFStringGetLength(value);
     long index = 0;
     for (PointerListItr it = mItems.Begin(); _PopupItem* const item = ItemAt(it); ++it) {
         ++index;
-        if (byName && Equal(item->mLocalName, value, kCFCompareCaseInsensitive)) {
-            return index;
-        }
-        CFRef<CFStringRef> const keyword(CopyPPDText(item->Keyword()));
-        if (Equal(keyword, value, 0)) {
+        if ((byName && Equal(item->mLocalName, value, kCFCompareCaseInsensitive)) ||
+            (isKeyword && item->HasKeyword(keyword))) {
             return index;
         }
     }

@@ -1,0 +1,123 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
+"""Prints the benchmarks' results as tables.
+
+usage: report.py --beside FILE... --doubled FILE... --print-size FILE
+
+The files are JSON of ppd_bench with its aggregates. Those behind --beside compare the two readers
+on one PPD each; those behind --doubled this reader on a PPD and on one of twice its size; the last
+one on a PPD without and with a print size that follows the paper size. Times are CPU times, medians
+of the repetitions. On a busy machine the fastest repetitions say more: their ratios stand behind.
+"""
+
+import argparse
+import json
+
+CASES = (  # case and side as ppd_bench names them
+    ("parse", "cups", "parsing"),
+    ("menu", "cups", "greying a menu, cupsGetConflicts"),
+    ("menu", "cups_marking", "greying a menu, marking"),
+    ("dialog", "cups", "greying the dialog, cupsGetConflicts"),
+    ("dialog", "cups_marking", "greying the dialog, marking"),
+    ("emit", "cups", "emitting"),
+)
+GREYING_AIM = {"150x10": 250, "600x20": 1500, "3000x20": 5000}
+AIMS = {
+    ("parse", "cups"): {"150x10": 3, "600x20": 2.5, "3000x20": 2.5},
+    ("menu", "cups"): GREYING_AIM,
+    ("dialog", "cups"): GREYING_AIM,
+}
+UNITS = ((1e9, "s"), (1e6, "ms"), (1e3, "µs"), (1, "ns"))
+NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
+
+
+def options_of(size):
+    return int(size.split("x")[0])
+
+
+class Measured:
+    """CPU times in nanoseconds: the median of the repetitions, and the fastest of them."""
+
+    def __init__(self):
+        self.median = self.fastest = 0.0
+        self.menus = None  # of a dialog that wasn't greyed as a whole
+
+    def take(self, row, options):
+        menus = row.get("menus", options)
+        if menus < options:
+            self.menus = round(menus)
+        time = row["cpu_time"] * NANOSECONDS[row["time_unit"]] * max(1, options / menus)
+        if row["aggregate_name"] == "median":
+            self.median = time
+        else:
+            self.fastest = time
+
+
+def read(path):
+    """What was measured by (case, side, size)."""
+    with open(path, encoding="utf-8") as file:
+        rows = json.load(file)["benchmarks"]
+    found = {}
+    for row in rows:
+        if row.get("aggregate_name") in ("median", "min"):
+            case, side, size = row["run_name"].split("/")[:3]
+            measured = found.setdefault((case, side, size), Measured())
+            measured.take(row, options_of(size))
+    if not all(measured.median and measured.fastest for measured in found.values()) or not found:
+        raise SystemExit(f"{path}: no medians or no minima")
+    return found
+
+
+def ratios(other, own):
+    return f"{times(other.median / own.median)} | {times(other.fastest / own.fastest)}"
+
+
+def shown(nanoseconds):
+    factor, unit = next((f, u) for f, u in UNITS if nanoseconds >= f or f == 1)
+    return f"{nanoseconds / factor:.3g} {unit}"
+
+
+def times(number):
+    return f"{number:.3g}" if number < 100 else f"{number:.0f}"
+
+
+def beside(results, case, side, name):
+    for found in results:
+        size = next(iter(found))[2]
+        own, other = found[case, "own", size], found[case, side, size]
+        note = "" if other.menus is None else f" (scaled from {other.menus} menus)"
+        aim = AIMS.get((case, side), {}).get(size, "")
+        yield (f"| {name} | {size} | {shown(own.median)} | {shown(other.median)}{note} "
+               f"| {ratios(other, own)} | {aim} |")
+
+
+def growth(found):
+    """How many times as long the second PPD takes, as the rest of a table row."""
+    small, large = sorted({key[2] for key in found}, key=lambda size: (options_of(size), size))
+    cells = [ratios(found[case, "own", large], found[case, "own", small]).replace(" |", ",")
+             for case in ("parse", "menu", "dialog", "emit")]
+    return f"{small} to {large} | {' | '.join(cells)} |"
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--beside", nargs="+", required=True)
+    parser.add_argument("--doubled", nargs="+", required=True)
+    parser.add_argument("--print-size", required=True)
+    arguments = parser.parse_args()
+    results = [read(path) for path in arguments.beside]
+    print("| case | size | this reader | libcups | times faster | by the fastest runs | aim |")
+    print("| --- | --- | --- | --- | --- | --- | --- |")
+    for case in CASES:
+        print("\n".join(beside(results, *case)))
+    print()
+    print("| times as long, medians and fastest | sizes | parsing | a menu | the dialog "
+          "| emitting |")
+    print("| --- | --- | --- | --- | --- | --- |")
+    for path in arguments.doubled:
+        print(f"| twice the PPD | {growth(read(path))}")
+    print(f"| with a print size | {growth(read(arguments.print_size))}")
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "twoway/PropertyListFile.h"
+
+// What is remembered of each printer of this user: the network address of its print server,
+// whether two-way communication is on, and blocks of text under numbers. The file is
+// "Library/Preferences/ZUB.TolvanePrinterV2.plist" in the home directory. It is read while the
+// object is constructed and changes only on Save(); whoever wants the changes of another instance
+// makes a new one.
+//
+// The list is flat. A record is
+//
+//     name  address  enabled  "2"  { "number:count"  item ... } ...  "----- Data End -----"
+//
+// with a boolean as third element, which nothing else in the list is. Records of two older forms
+// have the mark "0" with nothing behind it, or the mark "1", a decimal count and that many strings
+// of no use; they become form "2" when an address or a block is written. Names are the same in
+// whatever case.
+//
+// A file from elsewhere may hold anything. A record reaches to its end mark, or to the next head
+// (name, no boolean, boolean) where that is missing; whatever stands between a record's end and
+// the next head is passed over and stays.
+class ZUBTolvanePrinterPList : public PropertyListFile {
+  public:
+    static constexpr std::size_t kDataItemSize = 1024;
+    using DataItem = char[kDataItemSize];  // UTF-8, terminated
+
+    ZUBTolvanePrinterPList();
+    ~ZUBTolvanePrinterPList() override;
+
+    // The position of the record in Records(); kCFNotFound, with `found` false, for none.
+    CFIndex Exists(CFStringRef name, bool& found) const;
+    // The address, empty for an unknown name. Borrowed: lives until the record gets another one.
+    CFStringRef Find(CFStringRef name) const;
+    // Makes the record or gives it a new address and flag; its blocks stay. Both strings are
+    // copied. False, and nothing changes, without both of them, for text that can't stand in the
+    // file (control characters, the end mark), and without memory.
+    bool Add(CFStringRef name, CFStringRef address, bool enabled);
+    bool getIPEnabled(CFStringRef name) const;          // false for an unknown name
+    bool setIPEnabled(CFStringRef name, bool enabled);  // false for an unknown name
+
+    // Appends the items of a block, all of them strings, to `out`. False without that record or
+    // block, and for a record that isn't of form "2"; true for an empty block.
+    bool GetDataBlob(CFStringRef name, std::int32_t blockNumber, CFMutableArrayRef out) const;
+    // Replaces a block, or adds it, as the first one of its record. An item that isn't UTF-8 or
+    // can't stand in the file is left out; the header tells `count` all the same. An unknown
+    // name is no failure and changes nothing. False without items or memory.
+    bool AddDataBlob(CFStringRef name, std::int32_t count, std::int32_t blockNumber,
+                     DataItem const* items);
+
+    // Writes the records, and makes the folders on the way. A file that was there but couldn't be
+    // taken as a list is first copied to one with ".unread" behind its name. False, with
+    // FileError() set, when any of that fails: the file is as it was and the records stay.
+    bool Save();
+
+    CFArrayRef Records() const { return mRecords; }          // borrowed, until the next change
+    bool RecordsChanged() const { return mRecordsChanged; }  // since they were read or saved
+    // False when there was no memory for the records. Nothing can be added then, or saved.
+    bool RecordsReady() const { return mRecordsReady; }
+
+  private:
+    bool Complete(CFIndex record);
+    bool Splice(CFIndex first, CFIndex end, CFArrayRef elements);
+    std::int32_t PrepareFile() const;
+
+    CFMutableArrayRef mRecords = nullptr;  // owned
+    bool mRecordsChanged = false;
+    bool mRecordsReady = false;
+    bool mFileUnread = false;  // there is a file, and mRecords has nothing of it
+};
