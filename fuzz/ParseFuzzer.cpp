@@ -11,8 +11,8 @@
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "platform/CFRef.h"
 
-// Reads the input as a PPD, asks every control for its code, and saves the controls. The first
-// byte chooses the parse options.
+// Reads the input as a PPD, asks every control for its code, and does the same with a tree that
+// went through an archive. The first byte chooses the parse options.
 
 namespace {
 
@@ -41,6 +41,7 @@ class MemoryFile {
 };
 
 void EmitAll(ZUBPPD& ppd) {
+    DisplayOptionsScope const all(kDisplayAll);
     CNTL_TYPE type = kControlType;
     std::string text;
     for (auto* control = ppd.GetControls()->First(type); control != nullptr;
@@ -64,12 +65,12 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* bytes, std::size_t siz
     }
     auto const options = static_cast<_PARSE_OPTIONS_>(bytes[0] & 3);
     auto* const ppd = new ZUBPPD(file.URL(), options, nullptr);
-    {
-        DisplayOptionsScope const all(kDisplayAll);
-        EmitAll(*ppd);
-        Settings settings;
-        ppd->GetControls()->Save(settings);
-    }
+    Settings settings;
+    ppd->Save(settings);
+    EmitAll(*ppd);
     ppd->Release();
+    auto* const rebuilt = new ZUBPPD(settings, file.URL(), nullptr);
+    EmitAll(*rebuilt);
+    rebuilt->Release();
     return 0;
 }

@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/InspectCommand.h"
 
+#include <memory>
+
 #include <nlohmann/json.hpp>
 
 #include "PPDX/PPDObjects/ZUBPPD.h"
+#include "ZUBUtils/PPDUtils/CFDataStream.h"
+#include "ZUBUtils/PPDUtils/Settings.h"
+#include "host/HostFiles.h"
 #include "host/TreeJson.h"
 
 namespace {
@@ -22,6 +27,17 @@ class ExtensionsScope {
     _EXTENSIONS_SUPPORT_ mFormer;
 };
 
+struct ReleasePPD {
+    void operator()(ZUBPPD* ppd) const { ppd->Release(); }
+};
+
+// The archive goes through its flat form, as on the way to a print ticket.
+bool PassThroughArchive(ZUBPPD& ppd, Settings& archive) {
+    Settings saved;
+    CFDataStream stream;
+    return ppd.Save(saved) && saved.Save(&stream) == noErr && archive.Read(&stream, 0) == noErr;
+}
+
 }  // namespace
 
 Outcome InspectCommand::Run() {
@@ -30,6 +46,20 @@ Outcome InspectCommand::Run() {
 }
 
 Outcome InspectCommand::Answer(ZUBPPD& ppd, Json& answer) {
+    if (mOptions.rebuilt) {
+        return AnswerRebuilt(ppd, answer);
+    }
     answer = TreeJson::Describe(ppd);
+    return Outcome::Done();
+}
+
+Outcome InspectCommand::AnswerRebuilt(ZUBPPD& ppd, Json& answer) {
+    Settings archive;
+    if (!PassThroughArchive(ppd, archive)) {
+        return Outcome::Failed(mOptions.ppd + " can't be saved into an archive");
+    }
+    std::unique_ptr<ZUBPPD, ReleasePPD> const rebuilt(
+        new ZUBPPD(archive, HostFiles::URL(mOptions.ppd, false), nullptr));
+    answer = TreeJson::Describe(*rebuilt);
     return Outcome::Done();
 }

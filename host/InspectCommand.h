@@ -4,16 +4,18 @@
 #include "host/InspectOptions.h"
 #include "host/PPDCommand.h"
 
-// `zubprint inspect`: prints all that came of reading a PPD.
+// `zubprint inspect`: prints all that came of reading a PPD, or of reading it, saving it into an
+// archive and making it again from the archive's bytes.
 class InspectCommand : public PPDCommand {
   public:
     InspectCommand(InspectOptions const& options, std::ostream& out, std::ostream& err)
-        : PPDCommand(options, true, out, err), mOptions(options) {}
+        : PPDCommand(options, !options.rebuilt, out, err), mOptions(options) {}
 
     Outcome Run() override;
 
   private:
     Outcome Answer(ZUBPPD& ppd, Json& answer) override;
+    Outcome AnswerRebuilt(ZUBPPD& ppd, Json& answer);
 
     InspectOptions const& mOptions;
 };

@@ -5,5 +5,6 @@
 
 // What `zubprint inspect` was told.
 struct InspectOptions : ReadOptions {
-    int extensions = -1;  // 0, 1, 2 or any other number for all
+    int extensions = -1;   // 0, 1, 2 or any other number for all
+    bool rebuilt = false;  // print what comes back from an archive of the PPD
 };

@@ -15,6 +15,7 @@
 #include "ZUBUtils/PPDUtils/BoyerMoore.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "ZUBUtils/PPDUtils/PPDLanguage.h"
+#include "ZUBUtils/PPDUtils/Settings.h"
 #include "ZUBUtils/PPDUtils/TextConverter.h"
 
 namespace {
@@ -22,6 +23,12 @@ namespace {
 constexpr std::size_t kNameScanSize = 4096;  // of the file, searched for *PCFileName
 constexpr std::size_t kNameValueSize = 32;   // behind the keyword, searched for a name
 constexpr std::string_view kPCFileName = "*PCFileName";
+
+constexpr unsigned long kHeaderTag = 1000;  // of what an archive has of the header
+constexpr long kStoreVersionID = 1001;
+constexpr long kFileID = 1002;
+constexpr long kPCFileNameID = 1005;
+constexpr std::int32_t kStoreVersion = 1024;
 
 bool HoldsName(CFStringRef name, BoyerMoore& search) {
     std::uint8_t pascal[256];
@@ -33,6 +40,10 @@ bool HoldsName(CFStringRef name, BoyerMoore& search) {
 }  // namespace
 
 PPDX::PPDX(CFArrayRef acceptedNames) : mAcceptedNames(acceptedNames) {}
+
+PPDX::PPDX(Settings& settings, CFURLRef url, CFArrayRef acceptedNames) : PPDX(acceptedNames) {
+    BuildFromSettings(settings, url);
+}
 
 PPDX::~PPDX() {
     if (mErrors != nullptr) {
@@ -77,7 +88,7 @@ void PPDX::Build(CFURLRef url) {
 }
 
 void PPDX::CheckPCFileName() {
-    if (mAcceptedNames != nullptr && mFile != nullptr) {
+    if (mAcceptedNames != nullptr) {
         mPrinterNameValid = ValidateAgainstPCFilename(mAcceptedNames, mFile);
     }
     mAcceptedNames = nullptr;
@@ -219,6 +230,54 @@ void PPDX::ReplaceText(CString*& field, char const* text) {
     } else {
         field = new (std::nothrow) CString(text);
     }
+}
+
+// ---- The archive ----
+
+PPDX::ArchivedText const PPDX::kArchivedTexts[] = {
+    {1003, &PPDX::mFormatVersion},       {1004, &PPDX::mFileVersion},
+    {kPCFileNameID, &PPDX::mPCFileName}, {1006, &PPDX::mLanguageVersion},
+    {1007, &PPDX::mLanguageEncoding},    {1008, &PPDX::mModelName},
+    {1009, &PPDX::mDriverVersion},
+};
+
+bool PPDX::SaveText(Settings& settings, unsigned long tag, long id, CString const* text) {
+    return text == nullptr ||
+           settings.Add(tag, id, text->GetCharData(), static_cast<long>(text->Size())) == noErr;
+}
+
+bool PPDX::Save(Settings& settings) {
+    FSSpec file = {};
+    if (settings.Add(kHeaderTag, kStoreVersionID, &kStoreVersion, sizeof kStoreVersion) != noErr ||
+        (GetFileSpec(file) && settings.Add(kHeaderTag, kFileID, &file, sizeof file) != noErr)) {
+        return false;
+    }
+    return std::ranges::all_of(kArchivedTexts, [&](ArchivedText const& row) {
+        return SaveText(settings, kHeaderTag, row.id, this->*row.text);
+    });
+}
+
+void PPDX::BuildFromSettings(Settings& settings, CFURLRef url) {
+    std::int32_t version = 0;
+    if (!GetSettingsField(settings, kHeaderTag, kStoreVersionID, &version, sizeof version)) {
+        return;
+    }
+    mErrors = new (std::nothrow) PPDXErrors;
+    FSSpec archived = {};
+    if (GetSettingsField(settings, kHeaderTag, kFileID, &archived, sizeof archived)) {
+        mFile = new (std::nothrow) PPDFile(url);
+    }
+    mPCFileName = GetSettingsString(settings, kHeaderTag, kPCFileNameID);
+    CheckPCFileName();
+    if (!mPrinterNameValid) {
+        return;
+    }
+    for (ArchivedText const& row : kArchivedTexts) {
+        if (row.id != kPCFileNameID) {
+            this->*row.text = GetSettingsString(settings, kHeaderTag, row.id);
+        }
+    }
+    RenewTextConverter();
 }
 
 // ---- Header keywords ----

@@ -12,6 +12,7 @@ class PPDFile;
 class PPDStream;
 class PPDXErrorObj;
 class PPDXErrors;
+class Settings;
 class TextConverter;
 
 // The reader's base: the file, the header's texts, the errors, and the token layer that every
@@ -42,6 +43,10 @@ class PPDX {
     bool IsValidPrinterName() const { return mPrinterNameValid; }
     // Whether the header was accepted and no error stands against the file.
     bool IsValidPPD() const;
+    // Writes the version of the store, the file, if there is one, and the header's texts. False at
+    // the first entry that the archive refuses; what was written stays.
+    bool Save(Settings& settings);
+
     // With true the first error of any kind ends a parse and makes the file not valid.
     void AllErrorsFatal(bool const& fatal) { mAllErrorsFatal = fatal; }
 
@@ -90,10 +95,17 @@ class PPDX {
   protected:
     // `acceptedNames` is borrowed for the length of the construction; null accepts every file.
     explicit PPDX(CFArrayRef acceptedNames);
+    // From an archive; see BuildFromSettings.
+    PPDX(Settings& settings, CFURLRef url, CFArrayRef acceptedNames);
 
     void Build();  // with the file that is there, if any: the errors and the name check
     void Build(FSSpec const& file);
     void Build(CFURLRef url);
+    // Takes the header's texts from an archive. The file is the one at `url`, whatever the archive
+    // says, but only an archive that was made from a file gives one; its name is checked as at a
+    // parse, and only the *PCFileName is taken when it isn't accepted. Without the version of the
+    // store nothing happens: there is no error list either.
+    void BuildFromSettings(Settings& settings, CFURLRef url);
 
     // The first token must be *PPD-Adobe and the value behind it "4.3"; otherwise error 28.
     PPDXErrorObj* TestPPDFile(PPDStream& stream, char const* firstToken);
@@ -106,6 +118,8 @@ class PPDX {
     CFStringRef CopyTranslation(char const* text) const;
     static void ReplaceText(CString*& field, char const* text);
     static char const* TextOf(CString const* field);
+    // False when the archive refuses the text; true for null, which leaves no entry.
+    static bool SaveText(Settings& settings, unsigned long tag, long id, CString const* text);
 
     PPDFile* mFile = nullptr;       // owned; null without a file
     PPDXErrors* mErrors = nullptr;  // owned, with the errors in it
@@ -116,6 +130,13 @@ class PPDX {
     PPDStream* mCurrentStream = nullptr;  // not owned; set while Parse runs
 
   private:
+    // A text of the header and the record of it in an archive.
+    struct ArchivedText {
+        long id;
+        CString* PPDX::*text;
+    };
+    static ArchivedText const kArchivedTexts[];
+
     void StoreQuoted(PPDStream& line, CString*& field);
     void StoreLanguageText(PPDStream& line, CString*& field);
     void RenewTextConverter();

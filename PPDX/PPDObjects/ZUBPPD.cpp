@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PPDX/PPDObjects/ZUBPPD.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -9,6 +10,7 @@
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/Controls/PPDXShortcuts.h"
 #include "PPDX/PPDObjects/PPDDelimiters.h"
+#include "PPDX/PPDObjects/PPDFile.h"
 #include "PPDX/PPDObjects/PPDFileStream.h"
 #include "PPDX/PPDObjects/PPDXErrorCode.h"
 #include "PPDX/PPDObjects/PPDXErrorObj.h"
@@ -17,7 +19,6 @@
 #include "PPDX/PPDObjects/PPDXProperties.h"
 #include "PPDX/PPDObjects/PPDXProperty.h"
 #include "PPDX/PPDObjects/PPDXRollDown.h"
-#include "PPDX/PPDObjects/PPDXScrollPane.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "constraints/UIConstraints.h"
 #include "platform/CFRef.h"
@@ -26,11 +27,17 @@ namespace {
 
 constexpr char kInstallableOptions[] = "InstallableOptions";
 
-// Takes the parent's name from an element and looks for the parent.
-template <typename List>
-auto TakeParent(PPDXElement& element, List& list) -> decltype(list.Find("", true)) {
-    std::unique_ptr<CString> const name(element.TakeParentName());
-    return name != nullptr ? list.Find(name->GetCharData(), true) : nullptr;
+// Two files that can't be named are no more the same than one and another.
+bool IsSameFile(PPDFile const& left, PPDFile const& right) {
+    FSSpec const& a = left.getFileInfo();
+    FSSpec const& b = right.getFileInfo();
+    return left.Valid() && right.Valid() && a.vRefNum == b.vRefNum && a.parID == b.parID &&
+           std::equal(a.name, a.name + 1 + a.name[0], b.name);
+}
+
+// A text that neither has is the same too.
+bool IsSameText(char const* left, char const* right) {
+    return left == nullptr || right == nullptr ? left == right : std::strcmp(left, right) == 0;
 }
 
 }  // namespace
@@ -55,6 +62,12 @@ ZUBPPD::ZUBPPD(FSSpec const& file, _PARSE_OPTIONS_ options, CFArrayRef acceptedN
     Options(kDisplayPlacedAndVisible);
     PPDX::Build(file);
     Build();
+}
+
+ZUBPPD::ZUBPPD(Settings& settings, CFURLRef url, CFArrayRef acceptedNames)
+    : PPDX(settings, url, acceptedNames), mParseOptions(kParsePlacedAndVisible) {
+    Options(kDisplayPlacedAndVisible);
+    BuildFromSettings(settings);
 }
 
 ZUBPPD::~ZUBPPD() {
@@ -85,6 +98,11 @@ ZUBPPD::~ZUBPPD() {
     delete mDriverFileVersion;
     delete mExtensionVersion;
     delete mConstraints;
+}
+
+bool ZUBPPD::operator==(ZUBPPD const& other) const {
+    return mFile != nullptr && other.mFile != nullptr && IsSameFile(*mFile, *other.mFile) &&
+           IsSameText(PCFileName(), other.PCFileName());
 }
 
 char const* ZUBPPD::ZUVersion() const {
@@ -287,42 +305,4 @@ PPDXErrorObj* ZUBPPD::ParseCloseGroup(PPDStream& line) {
         mInsideInstallableOptions = false;
     }
     return nullptr;
-}
-
-// ---- Links of a restored tree ----
-
-void ZUBPPD::ResolveHeirarchy() {
-    if (mGroups == nullptr) {
-        return;
-    }
-    if (mProperties != nullptr) {
-        for (auto* group = mGroups->First(); group != nullptr; group = mGroups->Next()) {
-            LinkGroup(*group);
-        }
-    }
-    if (mControls != nullptr) {
-        CNTL_TYPE type = kControlType;
-        for (auto* control = mControls->First(type); control != nullptr;
-             control = mControls->Next(type)) {
-            auto* const rollDown = dynamic_cast<PPDXRollDown*>(TakeParent(*control, *mGroups));
-            if (rollDown != nullptr && rollDown->Controls() != nullptr) {
-                control->SetParent(rollDown);
-                rollDown->Controls()->Add(control);
-            }
-        }
-    }
-}
-
-void ZUBPPD::LinkGroup(PPDXGroup& group) {
-    if (auto* const pane = dynamic_cast<PPDXScrollPane*>(&group)) {
-        if (PPDXProperty* const page = TakeParent(group, *mProperties)) {
-            pane->SetParent(page);
-            page->SetScrollDown(pane);
-        }
-    } else if (auto* const rollDown = dynamic_cast<PPDXRollDown*>(&group)) {
-        if (auto* const parent = dynamic_cast<PPDXScrollPane*>(TakeParent(group, *mGroups))) {
-            rollDown->SetParent(parent);
-            parent->RollDowns()->Add(rollDown);
-        }
-    }
 }

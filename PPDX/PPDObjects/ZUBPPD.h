@@ -49,7 +49,15 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     // accepted is not parsed: IsValidPrinterName() tells.
     ZUBPPD(CFURLRef url, _PARSE_OPTIONS_ options, CFArrayRef acceptedNames);
     ZUBPPD(FSSpec const& file, _PARSE_OPTIONS_ options, CFArrayRef acceptedNames);
+    // Rebuilds the tree that Save put into an archive, without reading the file at `url`, of which
+    // only the name is checked. What the archive lacks is missing here: there are no rules, so
+    // nothing is constrained, and no errors. A damaged archive gives a smaller tree.
+    ZUBPPD(Settings& settings, CFURLRef url, CFArrayRef acceptedNames);
     ~ZUBPPD() override;
+
+    // Whether both were made from the same file and its *PCFileName hasn't changed in between.
+    // False for a reader without a file.
+    bool operator==(ZUBPPD const& other) const;
 
     void Parse() override;
     PPDXErrorObj* ParsePSKeywords(PPDStream& line, char const* keyword) override;
@@ -63,6 +71,13 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     virtual bool PPDReconcilePopupMenu(char const* keyword, char const* name, PointerList& items,
                                        CString* defaultItem);
 
+    // Adds header, tree and values to an archive, hidden elements and orphans too. False at the
+    // first entry that is refused: the archive is no good then.
+    bool Save(Settings& settings);
+    // Takes the values of all controls from an archive of this very PPD, in which each is found by
+    // its place in the list. False at the first value that isn't there; those before it are taken.
+    bool Restore(Settings& settings);
+
     PPDXControls* GetControls() const { return mControls; }
     PPDXGroups* GetGroups() const { return mGroups; }
     PPDXProperties* GetProperties() const { return mProperties; }
@@ -73,6 +88,23 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     // keyword wasn't seen.
     char const* ZUVersion() const;
     char const* ZUFileVersion() const;
+
+    // ---- Values by keyword ----
+
+    // Null when no control has exactly this keyword, and for keys of more than 40 characters or
+    // with one beyond ASCII. Sees every control, whatever the display option.
+    PPDXControl* GetPPDXControlForKey(CFStringRef key) const;
+    // A preset's value for a control: an unknown key, or a null value, changes nothing.
+    void SetValueForKey(CFStringRef key, CFStringRef value);
+    // The caller releases the value; null for an unknown key and for a control without a value.
+    CFStringRef CopyValueForKey(CFStringRef key) const;
+    // The values by keyword of the controls that a walk shows; one without a value is left out, and
+    // of controls with the same keyword the first counts. The caller releases the dictionary; null
+    // without memory.
+    CFDictionaryRef CopyAllValues();
+    // Gives the controls that a walk shows their values from such a dictionary. Installable options
+    // stay as they are: what is built into the printer is no matter of a preset.
+    void SetAllValues(CFDictionaryRef values);
 
     // Whether selecting this option would conflict with what is selected now; ids are those of
     // GetUIConstraints(). See UIConstraints for unknown ones.
@@ -113,6 +145,9 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     enum class HeadResult { kTaken, kLineDone, kIgnored, kFailed };
 
     void Build();
+    void BuildFromSettings(Settings& settings);
+    bool SaveTree(Settings& settings);
+    void RebuildTree(Settings& settings);
     void ParseFile();
     void ReadLines();
     // The next line of the file and its first token, with `line` behind it; false without one.

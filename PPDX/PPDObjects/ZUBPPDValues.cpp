@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "PPDX/PPDObjects/Controls/PPDText.h"
+#include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "constraints/UIConstraints.h"
@@ -7,6 +9,8 @@
 // Values of controls by key, and what they rule out.
 
 namespace {
+
+constexpr CFIndex kKeySize = 41;  // with its terminator
 
 constexpr char kPrintSize[] = "*ZUPrintSize";
 constexpr char kPageSize[] = "*PageSize";
@@ -28,7 +32,60 @@ class ValueScope {
     CFStringRef mFormer;
 };
 
+CFStringRef TextIn(CFDictionaryRef values, CFStringRef key) {
+    CFTypeRef const value = key != nullptr ? CFDictionaryGetValue(values, key) : nullptr;
+    return value != nullptr && CFGetTypeID(value) == CFStringGetTypeID()
+               ? static_cast<CFStringRef>(value)
+               : nullptr;
+}
+
 }  // namespace
+
+PPDXControl* ZUBPPD::GetPPDXControlForKey(CFStringRef key) const {
+    char keyword[kKeySize];
+    return key != nullptr &&
+                   CFStringGetCString(key, keyword, sizeof keyword, kCFStringEncodingASCII)
+               ? FindControl(keyword)
+               : nullptr;
+}
+
+void ZUBPPD::SetValueForKey(CFStringRef key, CFStringRef value) {
+    PPDXControl* const control = GetPPDXControlForKey(key);
+    if (control != nullptr && value != nullptr) {
+        control->SetPresetValueString(value);
+    }
+}
+
+CFStringRef ZUBPPD::CopyValueForKey(CFStringRef key) const {
+    PPDXControl* const control = GetPPDXControlForKey(key);
+    return control != nullptr ? control->CopyPresetValueString() : nullptr;
+}
+
+CFDictionaryRef ZUBPPD::CopyAllValues() {
+    CFMutableDictionaryRef const values = CFDictionaryCreateMutable(nullptr, 0);
+    CNTL_TYPE type = kControlType;
+    for (auto* control = GetFirst(mControls, type); control != nullptr && values != nullptr;
+         control = GetNext(mControls, type)) {
+        CFRef<CFStringRef> const key(CopyPPDText(control->Keyword()));
+        CFRef<CFStringRef> const value(control->CopyPresetValueString());
+        if (key && value && CFDictionaryGetValue(values, key) == nullptr) {
+            CFDictionarySetValue(values, key, value);
+        }
+    }
+    return values;
+}
+
+void ZUBPPD::SetAllValues(CFDictionaryRef values) {
+    CNTL_TYPE type = kControlType;
+    for (auto* control = GetFirst(mControls, type); control != nullptr && values != nullptr;
+         control = GetNext(mControls, type)) {
+        CFRef<CFStringRef> const key(CopyPPDText(control->Keyword()));
+        CFStringRef const value = TextIn(values, key);
+        if (value != nullptr && !control->IsInstallableOption()) {
+            control->SetPresetValueString(value);
+        }
+    }
+}
 
 bool ZUBPPD::IsKVConstrained(long key, long option) {
     return mConstraints != nullptr && mConstraints->IsKVConstrained(key, option);

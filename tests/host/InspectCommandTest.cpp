@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/InspectCommand.h"
 
+#include <filesystem>
+
 #include "PPDX/PPDObjects/DisplayOptions.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "host/ParsedPPD.h"
@@ -21,6 +23,39 @@ class InspectCommandTest : public HostFixture {
         }
         ADD_FAILURE() << keyword << " isn't among " << document["controls"];
         return {};
+    }
+
+    static constexpr char kCustomPrintSize[] = "*CustomPrintSize";
+
+    // Takes a control out of an object's list, if it has one. The list holds keywords, or objects
+    // that have them as this field.
+    static void Drop(json& object, std::string const& field, std::string const& keyword) {
+        json kept = json::array();
+        for (json const& control : object.value("controls", json::array())) {
+            if ((field.empty() ? control : control[field]) != keyword) {
+                kept.push_back(control);
+            }
+        }
+        if (object.contains("controls")) {
+            object["controls"] = kept;
+        }
+    }
+    // What is left of a document when its PPD went through an archive.
+    static json Archived(json document) {
+        document["errors"] = json::array();
+        document["header"]["APDialogExtension"] = nullptr;
+        for (json& group : document["groups"]) {
+            Drop(group, "", kCustomPrintSize);
+        }
+        Drop(document, "keyword", kCustomPrintSize);
+        for (json& control : document["controls"]) {
+            if (control.contains("installable")) {
+                control["installable"] = false;
+            }
+        }
+        // The list may have more than the walk of it.
+        document["shortcutCount"] = document["shortcuts"].size();
+        return document;
     }
 
     // A boolean outside all groups, with a text and code for one state only.
@@ -147,6 +182,49 @@ TEST_F(InspectCommandTest, ASettingOfAnUnknownControlPrintsNothingElse) {
     EXPECT_EQ(1, result.status);
     EXPECT_EQ("", result.out);
     EXPECT_EQ("zubprint: " + ppd + " has no control *Dup\n", result.err);
+}
+
+TEST_F(InspectCommandTest, ARebuiltTreeIsTheOneThatWasReadButForWhatNoArchiveHolds) {
+    namespace fs = std::filesystem;
+    int files = 0;
+    fs::path const samples = fs::path(__FILE__).parent_path() / ".." / ".." / "samples";
+    for (fs::directory_entry const& sample : fs::directory_iterator(samples)) {
+        std::string const path = sample.path().string();
+        if (sample.path().extension() != ".ppd") {
+            continue;
+        }
+        ++files;
+        for (char const* options : {"0", "3"}) {
+            json const plain = RunForJSON({"inspect", path, "--parse-options", options});
+            ASSERT_FALSE(plain["controls"].empty());
+            json const rebuilt =
+                RunForJSON({"inspect", path, "--rebuilt", "--parse-options", options});
+            EXPECT_EQ(json::array(), json::diff(Archived(plain), rebuilt)) << path << options;
+        }
+    }
+    EXPECT_GE(files, 3);
+}
+
+TEST_F(InspectCommandTest, ARebuiltTreeHasTheChoicesThatWereMade) {
+    std::string const ppd = Write("a.ppd", Head() + Duplex() + Collate());
+    json const rebuilt =
+        RunForJSON({"inspect", ppd, "--rebuilt", "--set", "*Duplex=On", "--set", "*Collate=no"});
+    EXPECT_EQ("On", Control(rebuilt, "*Duplex")["value"]);
+    EXPECT_EQ("None", Control(rebuilt, "*Duplex")["default"]);
+    EXPECT_EQ("False", Control(rebuilt, "*Collate")["value"]);
+    EXPECT_EQ(true, Control(rebuilt, "*Collate")["default"]);
+}
+
+TEST_F(InspectCommandTest, OnlyAPPDThatIsTakenGoesIntoAnArchive) {
+    std::string const good = Write("a.ppd", Head() + Duplex());
+    std::string const bad = Write("b.ppd", "*PPD-Adobe: \"4.2\"\n");
+    for (auto const& arguments : {std::vector<std::string>{"inspect", bad, "--rebuilt"},
+                                  {"inspect", good, "--rebuilt", "--accept", "OTHER"}}) {
+        Result const result = Run(arguments);
+        EXPECT_EQ(3, result.status);
+        EXPECT_EQ("", result.out);
+        EXPECT_EQ(1, CountLines(result.err));
+    }
 }
 
 TEST_F(InspectCommandTest, AFileOfAnotherMakerIsNotRead) {

@@ -26,6 +26,10 @@ constexpr unsigned long kItemPlainNameTag = RecordTag("PCIN");  // read, never w
 constexpr unsigned long kItemCodeTag = RecordTag("PCIP");
 constexpr unsigned long kItemSelectedTag = RecordTag("PCIS");
 
+// Item records of neighbouring lists overlap: without a limit each of many damaged lists could take
+// the items of all others.
+constexpr long kMaximumItems = 1000;
+
 constexpr CFIndex kUserNameSize = 256;  // with its terminator
 
 // What these stand at may be a profile that only the print server knows.
@@ -61,6 +65,13 @@ CFStringRef CopyPlainName(ControlRecord const& record) {
     return name == nullptr ? nullptr
                            : CFStringCreateWithCString(nullptr, name->GetCharData(),
                                                        CFStringGetSystemEncoding());
+}
+
+bool HasItem(Settings& settings, long id) {
+    constexpr unsigned long kTags[] = {kItemSelectedTag, kItemKeywordTag, kItemNameTag,
+                                       kItemPlainNameTag, kItemCodeTag};
+    ControlRecord const record(settings, id);
+    return std::ranges::any_of(kTags, [&](unsigned long tag) { return record.Look(tag) == 0; });
 }
 
 _PopupItem* ItemFromRecord(Settings& settings, long id) {
@@ -103,8 +114,7 @@ PPDXPopupControl::PPDXPopupControl(Settings& settings, long id, UIConstraints* c
     mDefaultKeyword = record.CopyText(kDefaultTag);
     std::int32_t count = 0;
     record.Read(kItemCountTag, count);
-    // An item has one entry at least, so a damaged count can't make more of them.
-    ReadItems(settings, id, std::min<long>(count, settings.Count()));
+    ReadItems(settings, id, std::min<long>(count, kMaximumItems));
 }
 
 PPDXPopupControl::~PPDXPopupControl() {
@@ -114,7 +124,9 @@ PPDXPopupControl::~PPDXPopupControl() {
 
 void PPDXPopupControl::ReadItems(Settings& settings, long id, long count) {
     char const* selected = GetDefaultKeyword();
-    for (long position = 0; position < count; ++position) {
+    // Every item leaves an entry, so behind a missing one there is nothing.
+    for (long position = 0; position < count && HasItem(settings, ItemRecordID(id, position));
+         ++position) {
         _PopupItem* const item = ItemFromRecord(settings, ItemRecordID(id, position));
         AppendPopupItem(item);
         if (item->mSelected != 0) {

@@ -124,7 +124,8 @@ TEST(RangeLineTest, NumbersThatDontFitAreClampedAndStillClamp) {
         narrow->SetValue(value);
         EXPECT_EQ(narrow->GetValue(), 3);  // the maximum has the last word
     }
-    PPDPtr const strange = ParseGrouped("*%ZUBFloatRange *K/K: (-inf;1e999;\xCA\x35;0x1p4) \"<*K>\"");
+    PPDPtr const strange =
+        ParseGrouped("*%ZUBFloatRange *K/K: (-inf;1e999;\xCA\x35;0x1p4) \"<*K>\"");
     auto* const decimal = ControlOf<PPDXFloatRangeControl>(*strange, "*K");
     ASSERT_NE(decimal, nullptr);
     EXPECT_EQ(decimal->MinVal(), 0);

@@ -1,0 +1,436 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "PPDText.h"
+#include "PPDX/PPDObjects/Controls/ControlRecord.h"
+#include "PPDX/PPDObjects/Controls/PPDXShortcuts.h"
+#include "PPDX/PPDObjects/PPDXGroups.h"
+#include "PPDX/PPDObjects/PPDXProperties.h"
+#include "PPDX/PPDObjects/PPDXProperty.h"
+#include "PPDX/PPDObjects/PPDXRollDown.h"
+#include "PPDX/PPDObjects/PPDXScrollPane.h"
+#include "ZUBUtils/PPDUtils/CFDataStream.h"
+#include "ZUBUtils/PPDUtils/Settings.h"
+#include "constraints/UIConstraints.h"
+#include "platform/Testing.h"
+#include "tests/PPDLines.h"
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// A control of every kind that an archive holds, hidden ones and orphans among them.
+std::string Sample() {
+    std::string const inFinish = ": Finish/Finishing\n";
+    return std::string(kHeader) +
+           "*FormatVersion: \"4.3\"\n*FileVersion: \"1.2\"\n*ModelName: \"M\xF6"
+           "del\"\n"
+           "*APDialogExtension: \"/Library/X.plugin\"\n*%ZUFileVersion: 7\n" +
+           kTree +
+           "*%ZUBPropPage Hidden/Versteckt: App\n"
+           "*%ZUBGroupName Alone/All\xE9in: False\n"
+           "*%ZUBFlags *Duplex: Dynamic|Setup\n*%ZUBGroup *Duplex" +
+           inFinish +
+           "*OpenUI *Duplex/H\xF6he: PickOne\n*DefaultDuplex: None\n"
+           "*Duplex None/Off: \"\"\n*Duplex Long: \"true\n%x\n\"\n*CloseUI: *Duplex\n"
+           "*%ZUBFlags *Copies: Dynamic\n*%ZUBGroup *Copies" +
+           inFinish +
+           "*%ZUBRange *Copies/Copies: (-10;20;5;7) \"<*Copies> set\"\n"
+           "*%ZUBFlags *Zoom: Dynamic\n*%ZUBGroup *Zoom" +
+           inFinish +
+           "*%ZUBFloatRange *Zoom/Zoom: (0.5;2;.25;1.5) \"<*Zoom> set\"\n"
+           "*%ZUBFlags *Bool: x\n*OpenUI *Bool/Bool: Boolean\n*DefaultBool: True\n"
+           "*Bool True/Yes: \"yes\"\n*Bool False/No: \"no\"\n*CloseUI: *Bool\n" +
+           PPDLines::Popup("*ZUPrintSize", {"SameAsPageSize", "A4"}) +
+           PPDLines::Popup("*PageSize", {"A4", "A3"}) + "*OpenGroup: InstallableOptions/Options\n" +
+           PPDLines::Boolean("*Tray2") +
+           "*CloseGroup: InstallableOptions\n"
+           "*%ZUBSpecialOption *Server/Server: 12\n"
+           "*%ZUShortcut *Duplex\n*%ZUShortcut *Bool\n"
+           "*UIConstraints: *Duplex None *Bool True\n";
+}
+
+Bytes Flat(Settings& settings) {
+    CFDataStream stream;
+    EXPECT_EQ(settings.Save(&stream), noErr);
+    std::uint8_t const* const bytes = CFDataGetBytePtr(stream.Data());
+    return Bytes(bytes, bytes + stream.dataSize());
+}
+
+bool ReadFlat(Settings& settings, Bytes const& flat) {
+    CFRef<CFDataRef> const data(
+        CFDataCreate(nullptr, flat.data(), static_cast<CFIndex>(flat.size())));
+    CFDataStream stream(data.Get());
+    return settings.Read(&stream, 0) == noErr;
+}
+
+Bytes ArchiveOf(ZUBPPD& ppd) {
+    Settings settings;
+    EXPECT_TRUE(ppd.Save(settings));
+    return Flat(settings);
+}
+
+PPDPtr Rebuild(Settings& settings, CFURLRef url, CFArrayRef acceptedNames = nullptr) {
+    return PPDPtr(new ZUBPPD(settings, url, acceptedNames));
+}
+
+PPDPtr Parse(TemporaryFile const& file) {
+    return PPDPtr(new ZUBPPD(file.URL(), kParseAll, nullptr));
+}
+
+std::string ValueOf(PPDXControl& control) {
+    CFRef<CFStringRef> const value(control.CopyCurrentControlValueString());
+    char text[64] = "";
+    CFStringGetCString(value, text, sizeof text, kCFStringEncodingUTF8);
+    return value ? text : "(null)";
+}
+
+struct EntryName {
+    unsigned long tag;
+    long id;
+};
+
+std::vector<EntryName> EntriesOf(Settings& settings) {
+    std::vector<EntryName> names;
+    unsigned long tag = 0;
+    long id = 0;
+    long size = 0;
+    long attributes = 0;
+    for (long status = settings.First(tag, id, size, attributes); status == noErr;
+         status = settings.Next(tag, id, size, attributes)) {
+        names.push_back({tag, id});
+    }
+    return names;
+}
+
+bool IsAmong(std::string const& codes, unsigned long tag) {
+    std::string code;
+    for (int shift = 24; shift >= 0; shift -= 8) {
+        code += static_cast<char>(tag >> shift);
+    }
+    return codes.find(code) != std::string::npos;
+}
+
+bool IsNumber(unsigned long tag, long id) {
+    return tag == 3000 || tag == 4000 || tag == 5000 || id == 1001 || id == 6000 ||
+           IsAmong(
+               "isVs SPPg SApp Ordr PCMS PCIC PCIS BCcV BCdV RCVl RCMn RCMx RCIn RCDf FCVl "
+               "FCMn FCMx FCIn FCDf",
+               tag);
+}
+
+// The archive as a machine of the other byte order would have written it.
+void SwapNumbers(Settings& settings) {
+    for (auto const& [tag, id] : EntriesOf(settings)) {
+        long size = 0;
+        settings.Get(tag, id, nullptr, size, false);
+        Bytes value(static_cast<std::size_t>(size));
+        settings.Get(tag, id, value.data(), size, false);
+        if (IsNumber(tag, id)) {
+            std::reverse(value.begin(), value.end());
+        } else if (IsAmong("LcCF PCFN", tag)) {
+            for (std::size_t at = 0; at + 1 < value.size(); at += 2) {
+                std::swap(value[at], value[at + 1]);
+            }
+        } else if (tag == 1000 && id == 1002) {
+            std::reverse(value.begin(), value.begin() + 2);
+            std::reverse(value.begin() + 2, value.begin() + 6);
+        }
+        settings.Set(tag, id, value.data(), size);
+    }
+}
+
+class ArchiveTest : public testing::Test {
+  protected:
+    ArchiveTest() {
+        CFArrayAppendValue(mNames, CFSTR("ZUBTEST"));
+        CFArrayAppendValue(mOtherNames, CFSTR("OTHER"));
+    }
+    ~ArchiveTest() override { DisplayOptions::Options(kDisplayPlacedAndVisible); }
+
+    TemporaryFile mFile{Sample()};
+    PPDPtr mPPD = Parse(mFile);
+    CFRef<CFMutableArrayRef> mNames{CFArrayCreateMutable(nullptr, 0)};
+    CFRef<CFMutableArrayRef> mOtherNames{CFArrayCreateMutable(nullptr, 0)};
+};
+
+TEST_F(ArchiveTest, ATreeComesBackWithAllThatTheArchiveHolds) {
+    ControlOf(*mPPD, "*Duplex")->SetCurrentControlWithCFString(CFSTR("Long"));
+    ControlOf(*mPPD, "*Zoom")->SetCurrentControlWithCFString(CFSTR("1.75"));
+    ControlOf(*mPPD, "*Bool")->SetCurrentControlWithCFString(CFSTR("False"));
+    Bytes const flat = ArchiveOf(*mPPD);
+    Settings settings;
+    ASSERT_TRUE(ReadFlat(settings, flat));
+    PPDPtr const rebuilt = Rebuild(settings, mFile.URL(), mNames);
+    EXPECT_EQ(ArchiveOf(*rebuilt), flat);
+    auto* const duplex = ControlOf(*rebuilt, "*Duplex");
+    ASSERT_TRUE(IsRollDown(duplex->GetParent()));
+    EXPECT_EQ(Keyword(duplex->GetParent()->GetParent()->GetParent()), std::string("Layout"));
+    EXPECT_EQ(PostScriptOf(*duplex), PostScriptOf(*ControlOf(*mPPD, "*Duplex")));
+    EXPECT_EQ(GetShortcutCount(rebuilt->GetShortcuts()), 2);
+    DisplayOptionsScope const all(kDisplayAll);
+    EXPECT_EQ(rebuilt->GetProperties()->Count(), 2);
+    EXPECT_EQ(rebuilt->GetControls()->ControlCount(), 7);
+    EXPECT_EQ(rebuilt->GetControls()->SpecialOptionsCount(), 1);
+    EXPECT_TRUE(rebuilt->IsValidPPD());
+    EXPECT_TRUE(rebuilt->IsValidPrinterName());
+    EXPECT_TRUE(rebuilt->GetErrors()->Empty());
+    EXPECT_STREQ(rebuilt->PCFileName(), "ZUBTEST.PPD");
+    EXPECT_STREQ(rebuilt->ModelName(),
+                 "M\xF6"
+                 "del");
+    EXPECT_STREQ(rebuilt->ZUVersion(), "4.4");
+    EXPECT_STREQ(rebuilt->ZUFileVersion(), "7");
+    EXPECT_STREQ(mPPD->PathToPDE(), "/Library/X.plugin");
+    EXPECT_EQ(rebuilt->PathToPDE(), nullptr);
+    EXPECT_EQ(rebuilt->GetStringTextEncoding(), mPPD->GetStringTextEncoding());
+    EXPECT_NE(rebuilt->GetTextConverter(), nullptr);
+}
+
+TEST_F(ArchiveTest, ARebuiltTreeHasNoRulesButKnowsItsValues) {
+    EXPECT_TRUE(mPPD->IsKVConstrained("*Duplex", "None"));
+    Settings settings;
+    ASSERT_TRUE(mPPD->Save(settings));
+    PPDPtr const rebuilt = Rebuild(settings, mFile.URL());
+    for (char const* option : {"True", "False", "None", "SameAsPageSize"}) {
+        for (char const* key : {"*Bool", "*Duplex", "*ZUPrintSize"}) {
+            EXPECT_FALSE(rebuilt->IsKVConstrained(key, option)) << key << option;
+        }
+    }
+    EXPECT_EQ(ValueOf(*ControlOf(*rebuilt, "*ZUPrintSize")), "SameAsPageSize");
+    EXPECT_GE(rebuilt->GetUIConstraints()->GetConstraintStrings().Find("*Duplex"), 0);
+}
+
+TEST_F(ArchiveTest, AnArchiveOfTheOtherByteOrderReadsBack) {
+    Settings settings;
+    ASSERT_TRUE(mPPD->Save(settings));
+    SwapNumbers(settings);
+    PPDPtr const rebuilt = Rebuild(settings, mFile.URL(), mNames);
+    EXPECT_EQ(ArchiveOf(*rebuilt), ArchiveOf(*mPPD));
+    ControlOf(*mPPD, "*Copies")->SetCurrentControlWithCFString(CFSTR("20"));
+    EXPECT_TRUE(mPPD->Restore(settings));
+    EXPECT_EQ(ValueOf(*ControlOf(*mPPD, "*Copies")), "7");
+}
+
+TEST_F(ArchiveTest, AFileThatIsNotAcceptedLeavesNoTree) {
+    Settings settings;
+    ASSERT_TRUE(mPPD->Save(settings));
+    PPDPtr const rebuilt = Rebuild(settings, mFile.URL(), mOtherNames);
+    EXPECT_FALSE(rebuilt->IsValidPrinterName());
+    EXPECT_FALSE(rebuilt->IsValidPPD());
+    EXPECT_EQ(rebuilt->GetControls(), nullptr);
+    EXPECT_EQ(rebuilt->GetGroups(), nullptr);
+    EXPECT_STREQ(rebuilt->PCFileName(), "ZUBTEST.PPD");
+    EXPECT_EQ(rebuilt->LanguageVersion(), nullptr);
+    EXPECT_FALSE(rebuilt->Restore(settings));
+    EXPECT_EQ(rebuilt->CopyValueForKey(CFSTR("*Duplex")), nullptr);
+    EXPECT_TRUE(rebuilt->Save(settings));
+    // An archive that was made without a file has none to check.
+    settings.Remove(1000, 1002);
+    EXPECT_FALSE(Rebuild(settings, mFile.URL(), mNames)->IsValidPrinterName());
+    EXPECT_TRUE(Rebuild(settings, mFile.URL())->IsValidPPD());
+    EXPECT_FALSE(Rebuild(settings, nullptr, mNames)->IsValidPrinterName());
+}
+
+TEST_F(ArchiveTest, TheFileIsTheOneAtTheURLAndTheVersionIsOnlyLookedFor) {
+    TemporaryFile const moved(Sample());
+    Settings settings;
+    ASSERT_TRUE(mPPD->Save(settings));
+    std::int32_t const later = 2048;
+    settings.Set(1000, 1001, &later, sizeof later);
+    char name[PPDX::kTextSize];
+    PPDPtr const rebuilt = Rebuild(settings, moved.URL(), mNames);
+    ASSERT_TRUE(rebuilt->GetPPDFileName(name));
+    EXPECT_TRUE(moved.Path().ends_with(std::string("/") + name));
+    EXPECT_NE(rebuilt->GetErrors(), nullptr);
+
+    settings.Set(1000, 1001, &later, 2);
+    PPDPtr const headless = Rebuild(settings, mFile.URL());
+    FSSpec file;
+    EXPECT_FALSE(headless->GetFileSpec(file));
+    EXPECT_EQ(headless->GetErrors(), nullptr);
+    EXPECT_EQ(headless->PCFileName(), nullptr);
+    EXPECT_NE(ControlOf(*headless, "*Tray2"), nullptr);
+}
+
+TEST_F(ArchiveTest, ARefusedEntryFailsTheSaveAndTheDisplayOptionStays) {
+    std::pair<unsigned long, long> const entries[] = {
+        {1000, 1001},
+        {1000, 1002},
+        {1000, 1008},
+        {2000, 2001},
+        {2000, 2002},
+        {3000, 3002},
+        {4000, 4002},
+        {5000, 5002},
+        {RecordTag("PCIK"), 500100},
+        {RecordTag("soVl"), 5008},
+        {RecordTag("StCt"), 6000},
+    };
+    for (auto const& [tag, id] : entries) {
+        Settings settings;
+        settings.Add(tag, id, "x", 1);
+        settings.Lock(tag, id);
+        DisplayOptions::Options(kDisplayHidden);
+        EXPECT_FALSE(mPPD->Save(settings)) << tag << " " << id;
+        EXPECT_EQ(DisplayOptions::Options(), kDisplayHidden);
+        settings.Unlock(tag, id);
+        EXPECT_TRUE(mPPD->Save(settings)) << tag << " " << id;
+        EXPECT_EQ(DisplayOptions::Options(), kDisplayHidden);
+    }
+    // A construction starts at 0 and stays there, whatever comes of it.
+    Settings settings;
+    ASSERT_TRUE(mPPD->Save(settings));
+    for (CFArrayRef names : {mNames.Get(), mOtherNames.Get()}) {
+        DisplayOptions::Options(kDisplayHidden);
+        Rebuild(settings, mFile.URL(), names);
+        EXPECT_EQ(DisplayOptions::Options(), kDisplayPlacedAndVisible);
+    }
+}
+
+TEST_F(ArchiveTest, ValuesAreRestoredIntoATreeThatIsThere) {
+    PPDPtr const other = Parse(mFile);
+    std::pair<char const*, CFStringRef> const values[] = {
+        {"*Duplex", CFSTR("Long")}, {"*Copies", CFSTR("-5")},  {"*Zoom", CFSTR("0.5")},
+        {"*Bool", CFSTR("False")},  {"*Tray2", CFSTR("True")}, {"*PageSize", CFSTR("A3")},
+    };
+    for (auto const& [keyword, value] : values) {
+        ControlOf(*mPPD, keyword)->SetCurrentControlWithCFString(value);
+    }
+    Settings settings;
+    ASSERT_TRUE(mPPD->Save(settings));
+    DisplayOptions::Options(kDisplayHidden);
+    EXPECT_TRUE(other->Restore(settings));
+    EXPECT_EQ(DisplayOptions::Options(), kDisplayHidden);
+    EXPECT_EQ(ArchiveOf(*other), ArchiveOf(*mPPD));
+    Settings empty;
+    EXPECT_FALSE(other->Restore(empty));
+    EXPECT_EQ(DisplayOptions::Options(), kDisplayHidden);
+}
+
+TEST_F(ArchiveTest, ReadersOfTheSameFileAndNameAreEqual) {
+    Settings settings;
+    ASSERT_TRUE(mPPD->Save(settings));
+    EXPECT_TRUE(*mPPD == *Parse(mFile));
+    EXPECT_TRUE(*mPPD == *Rebuild(settings, mFile.URL()));
+    TemporaryFile const copy(Sample());
+    EXPECT_FALSE(*mPPD == *Parse(copy));
+    settings.Set(1000, 1005, "ZUBTEST2.PPD", 12);
+    EXPECT_FALSE(*mPPD == *Rebuild(settings, mFile.URL()));
+    settings.Remove(1000, 1005);
+    PPDPtr const nameless = Rebuild(settings, mFile.URL());
+    EXPECT_FALSE(*mPPD == *nameless);
+    EXPECT_TRUE(*nameless == *Rebuild(settings, mFile.URL()));
+    PPDPtr const fileless(new ZUBPPD(kParseAll));
+    EXPECT_FALSE(*fileless == *fileless);
+    PPDPtr const unnamed = Rebuild(settings, nullptr);
+    EXPECT_FALSE(*unnamed == *unnamed);
+}
+
+// ---- Damage ----
+
+// Everything that walks a tree, so that what a rebuild left behind is looked at.
+void UseAll(ZUBPPD& ppd) {
+    DisplayOptionsScope const all(kDisplayAll);
+    CFRef<CFDictionaryRef> const values(ppd.CopyAllValues());
+    CNTL_TYPE type = kControlType;
+    for (auto* control = GetFirst(ppd.GetControls(), type); control != nullptr;
+         control = GetNext(ppd.GetControls(), type)) {
+        PostScriptOf(*control);
+        GetParent(control->GetParent());
+        control->ResetToDefaultValue();
+    }
+    ppd.SetAllValues(values);
+    Settings again;
+    ppd.Save(again);
+    ppd.Restore(again);
+}
+
+TEST_F(ArchiveTest, CutFlippedAndRandomBytesAreRefused) {
+    Bytes const flat = ArchiveOf(*mPPD);
+    std::mt19937 random(20260711);
+    for (int round = 0; round < 3000; ++round) {
+        Bytes bytes = flat;
+        std::size_t const at = random() % flat.size();
+        if (round % 3 == 0) {
+            bytes.resize(std::max<std::size_t>(at, 1));
+        } else if (round % 3 == 1) {
+            bytes[at] ^= static_cast<std::uint8_t>(1U << random() % 8);
+        } else {
+            bytes.resize(at + 1);
+            std::ranges::generate(bytes, random);
+        }
+        Settings settings;
+        EXPECT_FALSE(ReadFlat(settings, bytes)) << round;
+        EXPECT_TRUE(settings.Empty()) << round;
+    }
+}
+
+// Removes an entry, gives it another size or number, or puts it into another record.
+void Damage(Settings& settings, EntryName const& entry, std::mt19937& random) {
+    static constexpr std::int32_t kNumbers[] = {
+        -1, 0, 1, 9999, 10001, 100000, 0x7FFFFFFF, static_cast<std::int32_t>(0x80000000)};
+    std::int32_t const number = kNumbers[random() % std::size(kNumbers)];
+    Bytes junk(random() % 90);
+    std::ranges::generate(junk, random);
+    switch (random() % 4) {
+        case 0:
+            settings.Remove(entry.tag, entry.id);
+            break;
+        case 1:
+            settings.Set(entry.tag, entry.id, &number, sizeof number);
+            break;
+        case 2:
+            settings.Set(entry.tag, entry.id, junk.data(), static_cast<long>(junk.size()));
+            break;
+        default:
+            settings.Add(entry.tag, entry.id + static_cast<long>(random() % 5) - 2, junk.data(),
+                         static_cast<long>(junk.size()));
+    }
+}
+
+TEST_F(ArchiveTest, DamagedEntriesGiveATreeThatCanBeUsed) {
+    Settings whole;
+    ASSERT_TRUE(mPPD->Save(whole));
+    std::vector<EntryName> const entries = EntriesOf(whole);
+    std::size_t const wholeSize = Flat(whole).size();
+    long const live = LiveObjectCount();
+    std::mt19937 random(4711);
+    int smaller = 0;
+    for (int round = 0; round < 1000; ++round) {
+        SCOPED_TRACE(round);
+        Settings settings(whole);
+        for (unsigned long count = 1 + random() % 12; count > 0; --count) {
+            Damage(settings, entries[random() % entries.size()], random);
+        }
+        PPDPtr const rebuilt = Rebuild(settings, mFile.URL());
+        UseAll(*rebuilt);
+        EXPECT_TRUE(rebuilt->IsValidPPD());
+        smaller += ArchiveOf(*rebuilt).size() < wholeSize ? 1 : 0;
+        ASSERT_EQ(DisplayOptions::Options(), kDisplayPlacedAndVisible);
+    }
+    EXPECT_GT(smaller, 100);
+    EXPECT_EQ(LiveObjectCount(), live);
+}
+
+TEST_F(ArchiveTest, NoCountMakesMoreThanTheArchiveHolds) {
+    std::int32_t const many = 0x7FFFFFFF;
+    for (auto const& [tag, id] : std::vector<std::pair<unsigned long, long>>{
+             {4000, 4002}, {5000, 5002}, {RecordTag("StCt"), 6000}, {RecordTag("PCIC"), 5001}}) {
+        Settings settings;
+        ASSERT_TRUE(mPPD->Save(settings));
+        settings.Set(tag, id, &many, sizeof many);
+        PPDPtr const rebuilt = Rebuild(settings, mFile.URL());
+        EXPECT_EQ(ArchiveOf(*rebuilt), ArchiveOf(*mPPD)) << tag;
+    }
+}
+
+}  // namespace
