@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/CommandLine.h"
 
+#include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -120,6 +122,8 @@ void DescribeInspect(CLI::App& app, InspectOptions& options) {
     app.add_option("--extensions", options.extensions,
                    "Which job note flags are known: 0, 1 or 2 fewer, any other number all")
         ->capture_default_str();
+    app.add_flag("--rebuilt", options.rebuilt,
+                 "Save what was read into an archive and print what comes back from that");
 }
 
 void AddCustomPaper(CLI::App& app, bool& customPaper) {
@@ -158,6 +162,60 @@ void DescribePrinter(CLI::App& app, PrintOptions& options) {
         "Leave the compiled PPD item out of the printer info ticket");
 }
 
+CLI::Option* AddLayout(CLI::App& app, std::optional<PageLayout>& layout) {
+    auto const read = [](std::string const& text) {
+        PageLayout pages{};
+        int length = 0;
+        int const count =
+            std::sscanf(text.c_str(), "%4dx%4d%n", &pages.rows, &pages.columns, &length);
+        bool const whole = count == 2 && static_cast<std::size_t>(length) == text.size();
+        return whole && pages.rows > 0 && pages.columns > 0 ? std::optional(pages) : std::nullopt;
+    };
+    return app
+        .add_option_function<std::string>(
+            "--layout", [&layout, read](std::string const& text) { layout = read(text); },
+            "Pages on a sheet, rows x columns")
+        ->check(CLI::Validator(
+            [read](std::string& text) {
+                return read(text) ? std::string() : "'" + text + "' isn't ROWSxCOLUMNS";
+            },
+            ""))
+        ->type_name("RxC");
+}
+
+void DescribeTickets(CLI::App& app, PrintOptions& options) {
+    app.add_option("--tickets", options.tickets,
+                   "Keep the tickets in this file: read before the dialog if it exists, written "
+                   "after it")
+        ->type_name("FILE");
+    app.add_option("--orientation", options.orientation,
+                   "Orientation of the page: 1 and 3 portrait, 2 and 4 landscape");
+    AddLayout(app, options.layout);
+    app.add_option("--paper-feed", options.paperFeed, "Keyword of the paper source")
+        ->check(TextCheck())
+        ->type_name("KEYWORD");
+    app.add_option("--paper", options.paper, "Name of the paper")
+        ->check(TextCheck())
+        ->type_name("NAME");
+    app.add_option("--copies", options.copies, "Number of copies")->check(CLI::PositiveNumber);
+    app.add_option("--job-name", options.jobName, "Name of the job")->check(TextCheck());
+}
+
+void DescribeRecord(CLI::App& app, PrintOptions& options) {
+    CLI::Option* const address =
+        app.add_option("--address", options.address,
+                       "Give the printer's record this address, with two-way communication on")
+            ->check(TextCheck())
+            ->type_name("HOST");
+    app.add_flag("--no-address", options.noAddress,
+                 "Give the printer's record an empty address, with two-way communication off")
+        ->excludes(address);
+    app.add_option("--common-presets", options.commonPresets,
+                   "The file whose presence makes all printers share one set of choices")
+        ->type_name("FILE")
+        ->capture_default_str();
+}
+
 void DescribePrint(CLI::App& app, PrintOptions& options) {
     app.add_option("--ppd", options.ppd, "The printer's PPD")->required()->type_name("PPD");
     AddSettings(app, options.settings);
@@ -166,6 +224,8 @@ void DescribePrint(CLI::App& app, PrintOptions& options) {
         "Print the pairs of the job data file as JSON, [{\"site\": 81, \"text\": \"...\"}], "
         "instead of its path; the file is written all the same");
     DescribePrinter(app, options);
+    DescribeTickets(app, options);
+    DescribeRecord(app, options);
     AddText(app, "--process-name", options.processName, "Name of the printing application")
         ->capture_default_str();
     AddText(app, "--bundle-id", options.bundleID, "Bundle identifier of the printing application")

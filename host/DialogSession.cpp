@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <filesystem>
+#include <system_error>
 
 #include "VelonFeatures/Project/Core/BundleIdentity.h"
 #include "VelonFeatures/Project/Core/PDEData.h"
@@ -11,6 +13,7 @@
 #include "host/HostFiles.h"
 #include "platform/CFRef.h"
 #include "platform/ProcessManager.h"
+#include "twoway/ZUBTolvanePrinterPList.h"
 
 namespace {
 
@@ -25,6 +28,8 @@ std::int16_t Pixels(std::uint32_t size) {
 
 }  // namespace
 
+DialogSession::DialogSession() : mFormerPresets(gCommonPresetsPath) {}
+
 DialogSession::~DialogSession() {
     if (PrinterInfoTable const* const table = mPlugIn.Table()) {
         if (mInitialized) {
@@ -35,14 +40,23 @@ DialogSession::~DialogSession() {
     }
     DisposeUserPane(mPane);
     DisposeHostWindow(mWindow);
+    gCommonPresetsPath = mFormerPresets;
 }
 
-Outcome DialogSession::Start(PrintOptions const& options, std::string const& makeAndModel) {
+Outcome DialogSession::Start(PrintOptions const& options, std::string const& makeAndModel,
+                             TicketFile const& kept) {
     SetCurrentProcessName(options.processName.c_str());
     SetMainBundleIdentifier(String(options.bundleID));
-    Outcome outcome = mSession.Open(options, makeAndModel);
+    gCommonPresetsPath = options.commonPresets.c_str();
+    Outcome outcome = WriteRecord(options);
     if (outcome.Ok()) {
-        outcome = mPlugIn.Load(options.bundle.empty() ? HostFiles::BuiltBundle() : options.bundle);
+        outcome = mSession.Open(options, makeAndModel, kept);
+    }
+    if (outcome.Ok()) {
+        std::error_code ignored;
+        bool const shared = std::filesystem::exists(options.commonPresets, ignored);
+        outcome =
+            mPlugIn.Load(options.bundle.empty() ? HostFiles::BuiltBundle(shared) : options.bundle);
     }
     if (outcome.Ok()) {
         outcome = MakeContext();
@@ -51,6 +65,18 @@ Outcome DialogSession::Start(PrintOptions const& options, std::string const& mak
         outcome = Initialize(options.ppd);
     }
     return outcome;
+}
+
+Outcome DialogSession::WriteRecord(PrintOptions const& options) const {
+    if (!options.address && !options.noAddress) {
+        return Outcome::Done();
+    }
+    ZUBTolvanePrinterPList records;
+    bool const written = records.Add(String(options.printer), String(options.address.value_or("")),
+                                     options.address.has_value()) &&
+                         records.Save();
+    return written ? Outcome::Done()
+                   : Outcome::Failed("can't write the record of the printer " + options.printer);
 }
 
 Outcome DialogSession::MakeContext() {

@@ -16,25 +16,29 @@ class ZUBPPD;
 // outlives a dialog until the next one.
 class DialogSession {
   public:
-    DialogSession() = default;
+    DialogSession();
     DialogSession(DialogSession const&) = delete;
     DialogSession& operator=(DialogSession const&) = delete;
     ~DialogSession();
 
     // From the loading of the bundle to Initialize. Called once.
-    Outcome Start(PrintOptions const& options, std::string const& makeAndModel);
+    Outcome Start(PrintOptions const& options, std::string const& makeAndModel,
+                  TicketFile const& kept);
     // The PPD whose controls the user sets; borrowed, null before Start and after a failed Commit.
     ZUBPPD* PPD() const;
     Outcome Commit();
+    Outcome KeepTickets(TicketFile& file) const { return mSession.Keep(file); }
     // The file that the last Commit wrote; empty if it wrote none.
     std::string const& JobDataPath() const { return mJobDataPath; }
 
   private:
+    Outcome WriteRecord(PrintOptions const& options) const;
     Outcome MakeContext();
     Outcome Initialize(std::string const& ppd);
     void MakePane(std::uint32_t width, std::uint32_t height);
     std::string PathInTicket() const;
 
+    char const* mFormerPresets;
     PrintSession mSession;
     LoadedPlugIn mPlugIn;
     WindowRef mWindow = nullptr;  // owned, as the pane in it

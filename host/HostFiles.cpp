@@ -40,8 +40,9 @@ Outcome HostFiles::CheckReadable(std::string const& path) {
     return Outcome::Failed("can't open " + path + ": " + std::strerror(reason));
 }
 
-std::string HostFiles::BuiltBundle() {
+std::string HostFiles::BuiltBundle(bool shared) {
     std::error_code error;
     fs::path const program = fs::read_symlink("/proc/self/exe", error);
-    return (program.parent_path().parent_path() / "ZUB.plugin").string();
+    return (program.parent_path().parent_path() / (shared ? "ZUBCommon.plugin" : "ZUB.plugin"))
+        .string();
 }

@@ -42,8 +42,14 @@ std::string PrintCommand::MakeAndModel() const {
 
 // The dialog is over when this returns.
 Outcome PrintCommand::RunDialog(std::string& path) {
+    TicketFile tickets;
+    if (!mOptions.tickets.empty()) {
+        if (Outcome outcome = tickets.Read(mOptions.tickets); !outcome.Ok()) {
+            return outcome;
+        }
+    }
     DialogSession dialog;
-    Outcome outcome = dialog.Start(mOptions, MakeAndModel());
+    Outcome outcome = dialog.Start(mOptions, MakeAndModel(), tickets);
     if (outcome.Ok()) {
         outcome = MakeChoices(dialog);
     }
@@ -51,6 +57,10 @@ Outcome PrintCommand::RunDialog(std::string& path) {
         outcome = dialog.Commit();
     }
     path = dialog.JobDataPath();
+    if (outcome.Ok() && !mOptions.tickets.empty()) {
+        outcome = dialog.KeepTickets(tickets);
+        outcome = outcome.Ok() ? tickets.Write(mOptions.tickets) : outcome;
+    }
     return outcome;
 }
 

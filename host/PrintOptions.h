@@ -7,6 +7,12 @@
 
 #include "host/ControlSetting.h"
 
+// Pages on a sheet.
+struct PageLayout {
+    int rows;
+    int columns;
+};
+
 // What `zubprint print` was told. Texts are UTF-8.
 struct PrintOptions {
     std::string ppd;
@@ -21,4 +27,19 @@ struct PrintOptions {
     bool customPaper = false;
     std::string bundle;  // empty: the built one
     int commits = 1;
+
+    std::string tickets;  // a file that keeps the tickets between runs; empty for none
+    // What the operating system's own panes would put into the tickets. None leaves what the
+    // tickets file has, or a default.
+    std::optional<int> orientation;
+    std::optional<PageLayout> layout;
+    std::optional<std::string> paperFeed;  // a keyword
+    std::optional<std::string> paper;
+    std::optional<int> copies;
+    std::optional<std::string> jobName;
+
+    std::optional<std::string> address;  // for the printer's record, two-way communication on
+    bool noAddress = false;              // an empty one, two-way communication off
+    // The file whose presence makes all printers share one set of choices.
+    std::string commonPresets = "/CommonPresets.txt";
 };

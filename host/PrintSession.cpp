@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/PrintSession.h"
 
+#include <optional>
+#include <utility>
+
 #include "VelonFeatures/Project/Core/TicketKeys.h"
 #include "host/HostFiles.h"
 #include "host/JsonText.h"
@@ -8,7 +11,8 @@
 
 namespace {
 
-constexpr std::int32_t kPortrait = 1;
+constexpr int kPortrait = 1;
+constexpr int kOneCopy = 1;
 
 CFStringRef Client() {
     return CFSTR("com.zub.zubprint");
@@ -19,13 +23,45 @@ CFRef<CFStringRef> String(std::string const& text) {
         CFStringCreateWithCString(nullptr, text.c_str(), kCFStringEncodingUTF8));
 }
 
-OSStatus SetText(PMTicketRef ticket, CFStringRef key, std::string const& text) {
-    return PMTicketSetCFString(ticket, Client(), key, String(text), false);
-}
+// Sets the items of one ticket until one is refused.
+class TicketWriter {
+  public:
+    explicit TicketWriter(PMTicketRef ticket) : mTicket(ticket) {}
 
-OSStatus SetNumber(PMTicketRef ticket, CFStringRef key, std::int32_t number) {
-    return PMTicketSetSInt32(ticket, Client(), key, number, false);
-}
+    void Text(char const* key, std::string const& text) { Set(key, String(text)); }
+    void Number(char const* key, std::int32_t number) {
+        Set(key, CFRef<CFNumberRef>(CFNumberCreate(nullptr, kCFNumberSInt32Type, &number)));
+    }
+    void Set(char const* key, CFTypeRef value) {
+        if (mStatus == noErr) {
+            mStatus = PMTicketSetItem(mTicket, Client(), TicketKey(key), value, false);
+        }
+    }
+    void Remove(char const* key) {
+        if (Has(key) && mStatus == noErr) {
+            mStatus = PMTicketReleaseItem(mTicket, TicketKey(key));
+        }
+    }
+    bool Has(char const* key) const {
+        return PMTicketGetItem(mTicket, TicketKey(key), 0, 0, nullptr) == noErr;
+    }
+    // What the user told, else what is there already, else the default.
+    void Text(char const* key, std::optional<std::string> const& told, char const* otherwise) {
+        if (told || !Has(key)) {
+            Text(key, told.value_or(otherwise));
+        }
+    }
+    void Number(char const* key, std::optional<int> told, int otherwise) {
+        if (told || !Has(key)) {
+            Number(key, told.value_or(otherwise));
+        }
+    }
+    OSStatus Status() const { return mStatus; }
+
+  private:
+    PMTicketRef mTicket;
+    OSStatus mStatus = noErr;
+};
 
 }  // namespace
 
@@ -38,23 +74,39 @@ PrintSession::~PrintSession() {
     }
 }
 
-Outcome PrintSession::Open(PrintOptions const& options, std::string const& makeAndModel) {
+Outcome PrintSession::Open(PrintOptions const& options, std::string const& makeAndModel,
+                           TicketFile const& kept) {
     OSStatus status = PMCreateSession(&mSession);
     if (status == noErr) {
         status = OpenPrinter(options);
     }
     if (status == noErr) {
-        status = FillPrintSettings();
+        status = MakeTickets(kept);
+    }
+    if (status == noErr) {
+        status = FillPrintSettings(options);
     }
     if (status == noErr) {
         status = FillPrinterInfo(options, makeAndModel);
     }
     if (status == noErr) {
-        status = FillPageFormat();
+        status = FillPageFormat(options);
     }
     return status == noErr ? Outcome::Done()
                            : Outcome::Failed("can't make a print session for " + options.ppd +
                                              ": error " + std::to_string(status));
+}
+
+Outcome PrintSession::Keep(TicketFile& file) const {
+    for (auto const& [name, ticket] :
+         {std::pair(kPrintSettingsTicket, mPrintSettings),
+          std::pair(kPrinterInfoTicket, mPrinterInfo), std::pair(kPageFormatTicket, mPageFormat)}) {
+        if (OSStatus const status = file.Take(TicketKey(name), ticket); status != noErr) {
+            return Outcome::Failed(std::string("can't keep the ticket ") + name + ": error " +
+                                   std::to_string(status));
+        }
+    }
+    return Outcome::Done();
 }
 
 std::string PrintSession::PrintSettingsText(CFStringRef key) const {
@@ -69,42 +121,68 @@ OSStatus PrintSession::OpenPrinter(PrintOptions const& options) {
                                       HostFiles::URL(options.ppd, false), uri);
 }
 
-OSStatus PrintSession::MakeTicket(CFStringRef name, CFStringRef kind, PMTicketRef& ticket) {
-    OSStatus const status = PMTicketCreate(kind, &ticket);
-    return status == noErr ? PMSessionSetTicket(mSession, name, ticket) : status;
+OSStatus PrintSession::MakeTickets(TicketFile const& kept) {
+    struct Row {
+        char const* name;
+        char const* kind;
+        PMTicketRef& ticket;
+    };
+    for (Row const& row :
+         {Row{kPrintSettingsTicket, kPrintSettingsTicketName, mPrintSettings},
+          Row{kPrinterInfoTicket, "com.apple.print.PrinterInfoTicket", mPrinterInfo},
+          Row{kPageFormatTicket, "com.apple.print.PageFormatTicket", mPageFormat}}) {
+        OSStatus status = PMTicketCreate(TicketKey(row.kind), &row.ticket);
+        if (status == noErr) {
+            status = PMSessionSetTicket(mSession, TicketKey(row.name), row.ticket);
+        }
+        if (status == noErr) {
+            status = kept.Fill(TicketKey(row.name), row.ticket);
+        }
+        if (status != noErr) {
+            return status;
+        }
+    }
+    return noErr;
 }
 
-OSStatus PrintSession::FillPrintSettings() {
-    OSStatus status = MakeTicket(TicketKey(kPrintSettingsTicket),
-                                 TicketKey(kPrintSettingsTicketName), mPrintSettings);
-    if (status == noErr) {
-        status = SetNumber(mPrintSettings, TicketKey(kCopiesKey), 1);
+OSStatus PrintSession::FillPrintSettings(PrintOptions const& options) {
+    TicketWriter settings(mPrintSettings);
+    settings.Number(kCopiesKey, options.copies, kOneCopy);
+    settings.Text(kJobNameKey, options.jobName, "Untitled");
+    if (options.layout) {
+        settings.Number(kLayoutRowsKey, options.layout->rows);
+        settings.Number(kLayoutColumnsKey, options.layout->columns);
     }
-    if (status == noErr) {
-        status = SetText(mPrintSettings, CFSTR("com.apple.print.JobInfo.PMJobName"), "Untitled");
+    if (options.paperFeed) {
+        // The name for people, which nobody reads, and the keyword.
+        CFRef<CFMutableArrayRef> const feed(CFArrayCreateMutable(nullptr, 0));
+        CFArrayAppendValue(feed, String(*options.paperFeed));
+        CFArrayAppendValue(feed, String(*options.paperFeed));
+        settings.Set(kPrimaryPaperFeedKey, feed.Get());
     }
-    return status;
+    return settings.Status();
 }
 
 OSStatus PrintSession::FillPrinterInfo(PrintOptions const& options,
                                        std::string const& makeAndModel) {
-    OSStatus status = MakeTicket(TicketKey(kPrinterInfoTicket),
-                                 CFSTR("com.apple.print.PrinterInfoTicket"), mPrinterInfo);
-    if (status == noErr && options.compiledPPD) {
+    TicketWriter info(mPrinterInfo);
+    if (!options.compiledPPD) {
+        info.Remove(kCompiledPPDKey);
+    } else if (!info.Has(kCompiledPPDKey)) {
         // That the item is there tells of a PPD printer; nobody reads what it holds.
-        status = SetText(mPrinterInfo, TicketKey(kCompiledPPDKey), "");
+        info.Text(kCompiledPPDKey, "");
     }
-    if (status == noErr) {
-        status = SetText(mPrinterInfo, TicketKey(kMakeAndModelNameKey), makeAndModel);
-    }
-    return status;
+    info.Text(kMakeAndModelNameKey, options.makeAndModel, makeAndModel.c_str());
+    return info.Status();
 }
 
-OSStatus PrintSession::FillPageFormat() {
-    OSStatus status = MakeTicket(TicketKey(kPageFormatTicket),
-                                 CFSTR("com.apple.print.PageFormatTicket"), mPageFormat);
-    if (status == noErr) {
-        status = SetNumber(mPageFormat, TicketKey(kOrientationKey), kPortrait);
+OSStatus PrintSession::FillPageFormat(PrintOptions const& options) {
+    TicketWriter format(mPageFormat);
+    format.Number(kOrientationKey, options.orientation, kPortrait);
+    if (options.paper) {
+        CFRef<CFMutableDictionaryRef> const paper(CFDictionaryCreateMutable(nullptr, 0));
+        CFDictionarySetValue(paper, TicketKey(kPaperNameKey), String(*options.paper));
+        format.Set(kPaperInfoTicket, paper.Get());
     }
-    return status;
+    return format.Status();
 }

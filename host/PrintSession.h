@@ -5,6 +5,7 @@
 
 #include "host/Outcome.h"
 #include "host/PrintOptions.h"
+#include "host/TicketFile.h"
 #include "platform/PrintManager.h"
 
 // A print session as an operating system hands it to a dialog: its current printer and its three
@@ -16,8 +17,12 @@ class PrintSession {
     PrintSession& operator=(PrintSession const&) = delete;
     ~PrintSession();
 
-    // Called once.
-    Outcome Open(PrintOptions const& options, std::string const& makeAndModel);
+    // Called once. The tickets start with what `kept` has. `makeAndModel` is the printer's where
+    // neither the options nor the kept tickets tell.
+    Outcome Open(PrintOptions const& options, std::string const& makeAndModel,
+                 TicketFile const& kept);
+    // Keeps the tickets as they are now.
+    Outcome Keep(TicketFile& file) const;
 
     PMPrintSession Get() const { return mSession; }
     // The text under a key of the print settings; empty when there is none.
@@ -25,10 +30,10 @@ class PrintSession {
 
   private:
     OSStatus OpenPrinter(PrintOptions const& options);
-    OSStatus MakeTicket(CFStringRef name, CFStringRef kind, PMTicketRef& ticket);
-    OSStatus FillPrintSettings();
+    OSStatus MakeTickets(TicketFile const& kept);
+    OSStatus FillPrintSettings(PrintOptions const& options);
     OSStatus FillPrinterInfo(PrintOptions const& options, std::string const& makeAndModel);
-    OSStatus FillPageFormat();
+    OSStatus FillPageFormat(PrintOptions const& options);
 
     PMPrintSession mSession = nullptr;  // owned, as the tickets
     PMTicketRef mPrintSettings = 0;

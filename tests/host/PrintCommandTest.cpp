@@ -37,7 +37,7 @@ class PrintCommandTest : public HostFixture {
 
     // A bundle that accepts files of another maker and has its code from the built one.
     std::string MakeBundle(bool copyCode) const {
-        fs::path const built = HostFiles::BuiltBundle();
+        fs::path const built = HostFiles::BuiltBundle(false);
         fs::path const bundle = PathOf("Other.plugin");
         fs::copy(built, bundle, fs::copy_options::recursive);
         if (!copyCode) {

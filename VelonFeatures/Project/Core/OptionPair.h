@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
+
+#include "platform/CoreFoundation.h"
+
 // An option that has no control: key and value as wide text, each null until it is set.
 class OptionPair {
   public:
@@ -14,6 +18,16 @@ class OptionPair {
     // Each keeps a copy, null empties. False, with the former text kept, without memory.
     bool SetKey(wchar_t const* key);
     bool SetValue(wchar_t const* value);
+
+    // Room of a text where it is stored, in bytes of UTF-8 with the terminator. One that needs
+    // more isn't stored, and not taken from there.
+    static constexpr std::size_t kStoredSize = 256;
+    // The caller releases the string; null for a text that isn't set or can't be stored.
+    CFStringRef CopyKey() const;
+    CFStringRef CopyValue() const;
+    // False, with the former text kept, for null, for a text that is too long and without memory.
+    bool SetKey(CFStringRef key);
+    bool SetValue(CFStringRef value);
 
   private:
     wchar_t* mKey = nullptr;    // owned

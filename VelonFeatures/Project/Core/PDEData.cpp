@@ -7,19 +7,23 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <memory>
 #include <system_error>
 
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
+#include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "VelonFeatures/Project/Core/PDEBundle.h"
 #include "VelonFeatures/Project/Core/PrinterAccess.h"
-#include "VelonFeatures/Project/Core/TicketKeys.h"
+#include "ZUBUtils/PPDUtils/CString.h"
 #include "platform/CFRef.h"
 #include "platform/FileManager.h"
 
 namespace {
 
-constexpr std::size_t kPPDPathSize = 512;  // with the terminator
+constexpr std::size_t kPPDPathSize = 512;        // with the terminator
+constexpr std::size_t kSpecialValueSize = 1024;  // likewise
 
 constexpr std::array<wchar_t const*, PDEData::kPCPairs> kPCKeys = {
     L"*ZUPCMID",
@@ -54,6 +58,19 @@ bool CopyFile(char const* source, char const* target) {
     return !error;
 }
 
+// A control without a value, and one whose value has no room, stay as they are.
+void AppendPresentValue(PPDXPopupControl& popup, CFStringRef value) {
+    char text[kSpecialValueSize];
+    if (value == nullptr || !CFStringGetCString(value, text, sizeof text, kCFStringEncodingUTF8)) {
+        return;
+    }
+    auto item = std::make_unique<_PopupItem>();
+    item->mKeyword = new CString(text);
+    item->mLocalName = CFStringCreateCopy(nullptr, value);
+    popup.AppendPopupItem(item.release());
+    popup.SetKeywordSelect(text, true);
+}
+
 // The value of *ZUOrientation for the operating system's number; null for an unknown one.
 CFStringRef OrientationValue(std::int32_t orientation) {
     switch (orientation) {
@@ -79,9 +96,13 @@ PDEData::PDEData(PMPrintSession session, ZUBPPD* ppd, ProjectPDE* project)
     if (mPrinterName == nullptr) {
         return;
     }
+    ResetTolvanePrinterList();
+    GetTolvanePrinterAddress(mPrinterName);
     CopyPPD();
+    bool const hasPairs = MakePCPairs();
     TakePageOrientation();
-    mValid = MakePCPairs();
+    MakeJobNotesForSpecialControls();
+    mValid = hasPairs;
 }
 
 PDEData::~PDEData() {
@@ -115,33 +136,35 @@ bool PDEData::MakePCPairs() {
 void PDEData::TakePageOrientation() {
     mPageOrientation = GetPageOrientationFromOS();
     CFStringRef const value = OrientationValue(mPageOrientation);
-    PPDXControls* const controls = Controls();
-    if (value == nullptr || controls == nullptr) {
-        return;
-    }
-    DisplayOptionsScope const everything(kDisplayAll);
-    CNTL_TYPE type = kControlType;
-    if (PPDXControl* const control = controls->Find("*ZUOrientation", type, true)) {
+    PPDXControl* const control = FindControl("*ZUOrientation");
+    if (value != nullptr && control != nullptr) {
         control->SetCurrentControlWithCFString(value);
     }
 }
 
+void PDEData::MakeJobNotesForSpecialControls() {
+    for (char const* keyword : kSpecialChromvaleKeywords) {
+        auto* const popup = dynamic_cast<PPDXPopupControl*>(FindControl(keyword));
+        if (popup == nullptr) {
+            return;
+        }
+        CFRef<CFStringRef> value(popup->CopyCurrentControlValueString());
+        if (!value) {
+            popup->ResetToDefaultValue();
+            value = CFRef<CFStringRef>(popup->CopyCurrentControlValueString());
+        }
+        AppendPresentValue(*popup, value);
+    }
+}
+
+PPDXControl* PDEData::FindControl(char const* keyword) const {
+    DisplayOptionsScope const everything(kDisplayAll);
+    CNTL_TYPE type = kControlType;
+    return Find(Controls(), keyword, type, true);
+}
+
 PPDXControls* PDEData::Controls() const {
     return mPPD == nullptr ? nullptr : mPPD->GetControls();
-}
-
-std::int32_t PDEData::GetPageOrientationFromOS() const {
-    PMTicketRef pageFormat = 0;
-    std::int32_t orientation = 0;
-    if (MyGetTicket(mSession, TicketKey(kPageFormatTicket), &pageFormat) == noErr) {
-        PMTicketGetSInt32(pageFormat, 0, 0, TicketKey(kOrientationKey), &orientation);
-    }
-    return orientation;
-}
-
-// No printer has a record in which it could be switched on.
-bool PDEData::GetIPAddressEnabled() const {
-    return false;
 }
 
 bool PDEData::GetSummaryLine(CFMutableStringRef title, CFMutableStringRef summary,

@@ -1,20 +1,25 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
 #include "VelonFeatures/Project/Core/OptionPair.h"
 #include "VelonFeatures/Project/Core/WatermarkList.h"
 #include "platform/CoreFoundation.h"
 #include "platform/PrintManager.h"
+#include "twoway/ZUBTolvanePrinterPList.h"
 
 class PPDXControl;
 class PPDXControls;
+class PrintSettingsTicket;
 class ProjectPDE;
 class ZUBJobTicket;
 class ZUBPPD;
+struct PPDTree;
 
 // What a dialog knows beside the PPD, reached through gPDEData. Not valid for a session without a
 // current printer.
@@ -40,7 +45,10 @@ class PDEData {
     WatermarkList& Watermarks() { return mWatermarks; }
     std::array<OptionPair, kStoredPairs>& StoredPairs() { return mStoredPairs; }
     std::int32_t StoredPairCount() const { return mStoredPairCount; }
-    void SetStoredPairCount(std::int32_t count) { mStoredPairCount = count; }
+    // Kept within 0 and kStoredPairs.
+    void SetStoredPairCount(std::int32_t count) {
+        mStoredPairCount = std::clamp(count, 0, static_cast<std::int32_t>(kStoredPairs));
+    }
     std::array<OptionPair, kPCPairs>& PCPairs() { return mPCPairs; }
     // 1 and 3 portrait, 2 and 4 landscape, 0 when the page format doesn't tell.
     std::int32_t PageOrientation() const { return mPageOrientation; }
@@ -55,8 +63,50 @@ class PDEData {
     void SetJPEnded(bool ended) { mJPEnded = ended; }
 
     std::int32_t GetPageOrientationFromOS() const;
-    // Whether two-way communication is on for the printer.
+    // Puts the paper source into PaperFeed(). 0 also when the settings have none, and PaperFeed()
+    // then stays as it was; otherwise the print manager's error.
+    OSStatus GetPrimaryPaperFeedFromOS();
+    char const* PaperFeed() const { return mPaperFeed; }  // a keyword, "" for none
+    long GetNumCopiesFromOS() const;                      // 0 when the settings don't tell
+    void Set1CopiesToOS() const;
+
+    // ---- The printer's record. Names are printers' names. ----
+
+    // Reads the records anew; false when there was no memory.
+    bool ResetTolvanePrinterList();
+    // The address of the printer's server, empty for an unknown printer and null without records;
+    // borrowed until the record changes. `enabled`, which may be null, tells whether two-way
+    // communication is on.
+    CFStringRef GetTolvanePrinterAddress(CFStringRef name, bool* enabled = nullptr);
+    // Writes the record at once, of this printer for a null name. False when it couldn't be
+    // written.
+    bool SetTolvanePrinterAddress(CFStringRef name, CFStringRef address, bool enabled);
+    // Whether two-way communication is on for this printer.
     bool GetIPAddressEnabled() const;
+    void SetIPAddressEnabled(bool enabled);
+    bool SaveTolvanePrinterList();
+    ZUBTolvanePrinterPList* PrinterList() const { return mPrinterList.get(); }  // borrowed
+
+    // ---- The quick-access list ----
+
+    // Whether the pane may offer the control in a row; false for null.
+    static bool IsValidBasicPanelControl(PPDXControl* control);
+    // Replaces the tree's shortcuts by those of the printer's record that the PPD still has and
+    // the pane may offer; a record without any leaves them as they are. False without a printer.
+    bool GetPPDShortcuts(PPDTree& tree);
+    bool SetPPDShortcuts(PPDTree tree);  // into the record; false when it couldn't be written
+
+    // ---- Beside PostScript: watermark selection, PC pairs, stored pairs ----
+
+    // The status of the last entry, -1 for a ticket or client that isn't there.
+    OSStatus SaveNonPSSettings(PrintSettingsTicket* ticket, CFStringRef client) const;
+    // 0, or -1 for a ticket that isn't there. What it lacks stays, but for the watermark
+    // selection and the number of stored pairs, which go back to none.
+    OSStatus RestoreNonPSSettings(PrintSettingsTicket* ticket);
+
+    // Gives each of the three special colour options its present value as an item of its own and
+    // selects it. Stops at the first that the PPD doesn't have.
+    void MakeJobNotesForSpecialControls();
     // The next line of the summary: false, as here always, when there is none.
     bool GetSummaryLine(CFMutableStringRef title, CFMutableStringRef summary, bool& more) const;
 
@@ -74,7 +124,10 @@ class PDEData {
     void CopyPPD();
     bool MakePCPairs();
     void TakePageOrientation();
-    PPDXControls* Controls() const;  // null without a PPD
+    PPDXControls* Controls() const;                       // null without a PPD
+    PPDXControl* FindControl(char const* keyword) const;  // whatever the display option
+    void RestoreWatermarkSelection(PrintSettingsTicket& ticket);
+    void AddShortcut(PPDTree& tree, CFStringRef keyword);
 
     void AdmitOrphans();
     void OutFirstControl(ZUBJobTicket& ticket);
@@ -90,6 +143,8 @@ class PDEData {
     WatermarkList mWatermarks;
     CFStringRef mPrinterName = nullptr;      // mPrinterNameCopy, which outlives the printer
     CFStringRef mPrinterNameCopy = nullptr;  // owned
+    CFStringRef mPrinterAddress = nullptr;   // in mPrinterList; the one last found
+    std::unique_ptr<ZUBTolvanePrinterPList> mPrinterList;
     char mTempPPDPath[kTempPPDPathSize] = {};
     bool mHasTempPPD = false;  // the copy was made here, and is removed
     ZUBPPD* mPPD;              // not owned

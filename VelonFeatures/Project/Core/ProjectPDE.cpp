@@ -162,7 +162,10 @@ bool ProjectPDE::SetUpSession() {
         return false;
     }
     gPDEData->SetRestored(restored);
-    SaveJob(ticket);
+    gPDEData->RestoreNonPSSettings(&settings);
+    gPDEData->GetTolvanePrinterAddress(gPDEData->PrinterName());
+    gPDEData->MakeJobNotesForSpecialControls();
+    ticket.Save(sessionKey);
     return true;
 }
 
@@ -180,10 +183,14 @@ bool ProjectPDE::IsAcceptedPrinter(CFStringRef sessionKey) const {
     return printers.IsFileValid() && PPDX::ValidateFileName(ppd, printers.PCFileNames(), nullptr);
 }
 
-bool ProjectPDE::SetupPPD(ZUBJobTicket& /*ticket*/, bool& restored, CFStringRef printerKey) {
+bool ProjectPDE::SetupPPD(ZUBJobTicket& ticket, bool& restored, CFStringRef printerKey) {
     restored = false;
     DestroyPPD();
     mPPD = ::SetupPPD(mSession, GetBundleID(), printerKey);
+    if (mPPD != nullptr) {
+        ticket.RestorePPDForAllKeys(mPPD, GetBundleID(), printerKey);
+        restored = ticket.LastStatus() == noErr;
+    }
     if (gPDEData != nullptr) {
         gPDEData->SetPPD(mPPD);
     }
@@ -211,16 +218,16 @@ OSStatus ProjectPDE::Sync(PMPrintSession session, bool reinitialize) {
     PrintSettingsTicket settings(session);
     ZUBJobTicket ticket(&settings, dataKey);
     if (ticket.IsJobValid() && !reinitialize) {
-        return Commit(ticket);
+        return Commit(ticket, settings);
     }
-    OSStatus const result = ticket.IsJobValid() ? Rebuild(ticket) : kBadTicket;
+    OSStatus const result = ticket.IsJobValid() ? Rebuild(ticket, settings) : kBadTicket;
     if (result != noErr) {
         DestroyPPD();
     }
     return result;
 }
 
-OSStatus ProjectPDE::Rebuild(ZUBJobTicket& ticket) {
+OSStatus ProjectPDE::Rebuild(ZUBJobTicket& ticket, PrintSettingsTicket& settings) {
     DestroyPPD();
     delete gPDEData;
     gPDEData = nullptr;
@@ -233,11 +240,12 @@ OSStatus ProjectPDE::Rebuild(ZUBJobTicket& ticket) {
         return memFullErr;
     }
     gPDEData->SetRebuilt(true);
-    SaveJob(ticket);
-    return noErr;
+    OSStatus const result = gPDEData->RestoreNonPSSettings(&settings);
+    ticket.Save(CFRef<CFStringRef>(CreateSessionKey()));
+    return result;
 }
 
-OSStatus ProjectPDE::Commit(ZUBJobTicket& ticket) {
+OSStatus ProjectPDE::Commit(ZUBJobTicket& ticket, PrintSettingsTicket& settings) {
     if (mPPD == nullptr || gPDEData == nullptr) {
         return noErr;
     }
@@ -245,15 +253,13 @@ OSStatus ProjectPDE::Commit(ZUBJobTicket& ticket) {
         DestroyPPD();
         return status;
     }
-    SaveJob(ticket);
-    return noErr;
-}
-
-// A job data file that can't be written leaves the settings with the former one; the dialog goes
-// on.
-void ProjectPDE::SaveJob(ZUBJobTicket& ticket) {
     CFRef<CFStringRef> const sessionKey(CreateSessionKey());
+    ticket.SavePPDForAllKeys(mPPD, sessionKey);
+    OSStatus const result = gPDEData->SaveNonPSSettings(&settings, sessionKey);
+    // A job data file that can't be written leaves the settings with the former one; the dialog
+    // goes on.
     ticket.Save(sessionKey);
+    return result;
 }
 
 OSStatus ProjectPDE::GetSummaryText(CFArrayRef* titles, CFArrayRef* summaries) {

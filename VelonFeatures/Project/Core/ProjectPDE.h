@@ -9,6 +9,7 @@
 #include "platform/PrintManager.h"
 #include "platform/ProcessManager.h"
 
+class PrintSettingsTicket;
 class ZUBJobTicket;
 class ZUBPPD;
 
@@ -67,9 +68,8 @@ class ProjectPDE {
     bool SetUpSession();
     bool IsAcceptedPrinter(CFStringRef sessionKey) const;
     bool ReplaceData();
-    OSStatus Rebuild(ZUBJobTicket& ticket);
-    OSStatus Commit(ZUBJobTicket& ticket);
-    void SaveJob(ZUBJobTicket& ticket);
+    OSStatus Rebuild(ZUBJobTicket& ticket, PrintSettingsTicket& settings);
+    OSStatus Commit(ZUBJobTicket& ticket, PrintSettingsTicket& settings);
     void DestroyPPD();
     void RaiseWindow();
 

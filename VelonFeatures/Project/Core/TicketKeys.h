@@ -39,6 +39,23 @@ constexpr char kColorDeviceIDKey[] = "com.apple.print.PrinterInfo.PMColorDeviceI
 
 // ---- Page format ----
 constexpr char kOrientationKey[] = "com.apple.print.PageFormat.PMOrientation";
+// The inner ticket about the paper, and what lies in it.
+constexpr char kPaperInfoTicket[] = "com.apple.print.PaperInfoTicket";
+constexpr char kPaperNameKey[] = "com.apple.print.PaperInfo.ppd.PMPaperName";
 
 // ---- Print settings ----
 constexpr char kCopiesKey[] = "com.apple.print.PrintSettings.PMCopies";
+constexpr char kLayoutRowsKey[] = "com.apple.print.PrintSettings.PMLayoutRows";
+constexpr char kLayoutColumnsKey[] = "com.apple.print.PrintSettings.PMLayoutColumns";
+constexpr char kJobNameKey[] = "com.apple.print.JobInfo.PMJobName";
+constexpr char kPrimaryPaperFeedKey[] = "com.apple.print.PrintSettings.PMPrimaryPaperFeed";
+
+// ---- What the extension itself keeps in the print settings; pairs are numbered from 0 ----
+constexpr char kSelectedWatermarkKey[] = ".SelectedWatermarkKey";
+constexpr char kFirstPageOnlyKey[] = ".FirstPageOnlyKey";
+constexpr char kPCCountKey[] = ".PCKey";
+constexpr char kPCKey[] = "PCKey";
+constexpr char kPCValue[] = "PCValue";
+constexpr char kStoredCountKey[] = ".MMKey";
+constexpr char kStoredKey[] = "MMKey";
+constexpr char kStoredValue[] = "MMValue";

@@ -8,6 +8,7 @@
 
 class PPDXControl;
 class PrintSettingsTicket;
+class ZUBPPD;
 
 // The job's injection list: pairs of a site and bytes in the order in which they were added, and
 // the file that they are handed on in. Lives for one Initialize or Sync.
@@ -37,6 +38,23 @@ class ZUBJobTicket : public JobTicket {
     // file.
     bool Save(CFStringRef client);
 
+    // ---- Choices. Each is false with LastStatus() set when the settings lack them or can't take
+    // them; a null PPD is false too. ----
+
+    // Every control's value under `key`, as a dictionary of texts by keyword.
+    bool SavePPDForAllKeys(ZUBPPD* ppd, CFStringRef key);
+    // The values under `printerKey`, or under `bundleID` when that is null, to the controls that
+    // they name. Installable options keep theirs.
+    bool RestorePPDForAllKeys(ZUBPPD* ppd, CFStringRef bundleID, CFStringRef printerKey);
+    // The same for the controls of these keywords alone, installable options too.
+    bool SavePPDForKeys(ZUBPPD* ppd, CFStringRef key, CFArrayRef keywords);
+    bool RestorePPDForKeys(ZUBPPD* ppd, CFStringRef key, CFArrayRef keywords);
+    // The whole PPD as an archive under `key`.
+    bool SavePPD(ZUBPPD* ppd, CFStringRef key, CFURLRef url);
+    // The PPD of the file `url` from its archive under `key`; the caller releases it. Null when
+    // there is none, and for a file that isn't an accepted printer's.
+    ZUBPPD* RestorePPD(CFStringRef key, CFURLRef url);
+
     bool EnforceCopiesLimit(CFStringRef client, long copies);
     long GetCopies();  // 0 when the settings don't tell
     // Takes the path of the last job data file out of the settings; the file stays. True whether
@@ -44,6 +62,8 @@ class ZUBJobTicket : public JobTicket {
     bool Invalidate(CFStringRef client);
 
   private:
+    bool ReadChoices(CFStringRef key, CFDictionaryRef& choices);  // borrowed from the settings
+    bool WriteChoices(CFStringRef key, CFDictionaryRef choices);
     bool Append(CFNumberRef site, CFDataRef data);
     // A new path "/tmp/Velon.temp..."; the caller releases it.
     static CFStringRef CreateFilePath();

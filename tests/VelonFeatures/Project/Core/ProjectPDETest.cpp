@@ -149,13 +149,14 @@ TEST_F(ProjectPDETest, ALackOfMemoryAnywhereEndsInAResultAndLeaksNothing) {
         }
         FailCreationAfter(-1);
         mSession.RemoveJobFile();
+        mSession.EmptySettings();
         return result;
     };
     EXPECT_EQ(noErr, runDialog(-1));
     ForgetDialog();
     long const atRest = LiveObjectCount();
     int failures = 0;
-    for (long n = 0; n < 150; ++n) {
+    for (long n = 0; n < 400; ++n) {
         failures += runDialog(n) == noErr ? 0 : 1;
         ForgetDialog();
         ASSERT_EQ(atRest, LiveObjectCount()) << "creation " << n;

@@ -90,6 +90,15 @@ class TestSession {
         PMTicketSetCFString(mInfo.reference, Str("test"), InfoKey(key), Str(text), false);
     }
     void RemoveInfo(std::string const& key) { PMTicketReleaseItem(mInfo.reference, InfoKey(key)); }
+    void EmptySettings() {
+        CFRef<CFDictionaryRef> items;
+        PMTicketCopyItems(mSettings.reference, items.Receive());
+        std::vector<CFTypeRef> keys(static_cast<std::size_t>(CFDictionaryGetCount(items)));
+        CFDictionaryGetKeysAndValues(items, keys.data(), nullptr);
+        for (CFTypeRef key : keys) {
+            PMTicketReleaseItem(mSettings.reference, static_cast<CFStringRef>(key));
+        }
+    }
     void SetOrientation(std::int32_t orientation) {
         PMTicketSetSInt32(mPageFormat.reference, Str("test"),
                           Str("com.apple.print.PageFormat.PMOrientation"), orientation, false);

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: Apache-2.0
+// What the session data keeps in the print settings beside the PPD's choices.
+#include <algorithm>
+#include <span>
+#include <string>
+
+#include "VelonFeatures/Project/Core/BundleIdentity.h"
+#include "VelonFeatures/Project/Core/PDEData.h"
+#include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
+#include "VelonFeatures/Project/Core/TicketKeys.h"
+#include "platform/CFRef.h"
+
+namespace {
+
+constexpr OSStatus kNoTicketOrClient = -1;
+constexpr long kWatermarkBlock = 1;
+
+CFRef<CFStringRef> NumberedKey(char const* stem, std::size_t number) {
+    return CFRef<CFStringRef>(CFStringCreateWithCString(
+        nullptr, (stem + std::to_string(number)).c_str(), kCFStringEncodingASCII));
+}
+
+// Writes entries for one client. An entry whose identifier can't be made is left out.
+class SettingsWriter {
+  public:
+    SettingsWriter(PrintSettingsTicket& ticket, CFStringRef client)
+        : mTicket(ticket), mClient(client) {}
+
+    void Number(char const* key, std::int32_t number) { Put(TicketKey(key), long{number}); }
+    // A pair that isn't set, or has no room where it is stored, is left out whole.
+    void Pairs(char const* keyStem, char const* valueStem, std::span<OptionPair const> pairs) {
+        for (std::size_t i = 0; i < pairs.size(); ++i) {
+            CFRef<CFStringRef> const key(pairs[i].CopyKey());
+            CFRef<CFStringRef> const value(pairs[i].CopyValue());
+            if (key && value) {
+                Put(NumberedKey(keyStem, i), key.Get());
+                Put(NumberedKey(valueStem, i), value.Get());
+            }
+        }
+    }
+
+  private:
+    template <typename Value>
+    void Put(CFStringRef key, Value value) {
+        CFRef<CFMutableStringRef> const identifier(CreateClientIdentifier(key));
+        if (key != nullptr && identifier) {
+            mTicket.Set(mClient, key, value, false);
+        }
+    }
+
+    PrintSettingsTicket& mTicket;
+    CFStringRef mClient;
+};
+
+void ReadPairs(PrintSettingsTicket& ticket, char const* keyStem, char const* valueStem,
+               std::span<OptionPair> pairs) {
+    for (std::size_t i = 0; i < pairs.size(); ++i) {
+        CFStringRef text = nullptr;
+        if (ticket.Get(NumberedKey(keyStem, i), text) == noErr) {
+            pairs[i].SetKey(text);
+        }
+        if (ticket.Get(NumberedKey(valueStem, i), text) == noErr) {
+            pairs[i].SetValue(text);
+        }
+    }
+}
+
+}  // namespace
+
+OSStatus PDEData::SaveNonPSSettings(PrintSettingsTicket* ticket, CFStringRef client) const {
+    if (ticket == nullptr || !ticket->IsValid() || client == nullptr) {
+        return kNoTicketOrClient;
+    }
+    SettingsWriter settings(*ticket, client);
+    settings.Number(kSelectedWatermarkKey, mWatermarks.mSelected);
+    if (mWatermarks.mSelected >= 0) {
+        settings.Number(kFirstPageOnlyKey, mWatermarks.mFirstPageOnly);
+    }
+    settings.Number(kPCCountKey, kPCPairs);
+    settings.Pairs(kPCKey, kPCValue, mPCPairs);
+    settings.Number(kStoredCountKey, mStoredPairCount);
+    settings.Pairs(kStoredKey, kStoredValue,
+                   std::span(mStoredPairs).first(static_cast<std::size_t>(mStoredPairCount)));
+    return ticket->Status();
+}
+
+OSStatus PDEData::RestoreNonPSSettings(PrintSettingsTicket* ticket) {
+    if (ticket == nullptr || !ticket->IsValid()) {
+        return kNoTicketOrClient;
+    }
+    RestoreWatermarkSelection(*ticket);
+    ReadPairs(*ticket, kPCKey, kPCValue, mPCPairs);
+    long count = 0;
+    ticket->GetInt(TicketKey(kStoredCountKey), count);
+    SetStoredPairCount(static_cast<std::int32_t>(count));
+    ReadPairs(*ticket, kStoredKey, kStoredValue,
+              std::span(mStoredPairs).first(static_cast<std::size_t>(mStoredPairCount)));
+    return noErr;
+}
+
+void PDEData::RestoreWatermarkSelection(PrintSettingsTicket& ticket) {
+    constexpr long kNone = -1;
+    constexpr long kFirstPageValues = 2;
+    CFRef<CFMutableArrayRef> const watermarks(CFArrayCreateMutable(nullptr, 0));
+    if (mPrinterList != nullptr && watermarks) {
+        mPrinterList->GetDataBlob(mPrinterName, kWatermarkBlock, watermarks);
+    }
+    long selected = kNone;
+    bool const isKnown = ticket.GetInt(TicketKey(kSelectedWatermarkKey), selected) == noErr &&
+                         selected >= 0 && selected < CFArrayGetCount(watermarks);
+    mWatermarks.mSelected = static_cast<std::int32_t>(isKnown ? selected : kNone);
+    long firstPageOnly = 0;
+    bool const isFlag = ticket.GetInt(TicketKey(kFirstPageOnlyKey), firstPageOnly) == noErr &&
+                        firstPageOnly < kFirstPageValues;
+    mWatermarks.mFirstPageOnly = static_cast<std::int32_t>(isFlag ? firstPageOnly : 0);
+}

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+
+#include "host/Outcome.h"
+#include "platform/CFRef.h"
+#include "platform/PrintManager.h"
+
+// Tickets in a file, which an operating system would keep in memory between dialogs: an XML
+// property list with a dictionary for each, plain values under their keys.
+class TicketFile {
+  public:
+    // A file that isn't there is an empty one; one that is no such property list is a failure.
+    Outcome Read(std::string const& path);
+    // The whole file anew, or the former one stays.
+    Outcome Write(std::string const& path) const;
+
+    // Puts the values kept under `name` into the ticket.
+    OSStatus Fill(CFStringRef name, PMTicketRef ticket) const;
+    // Keeps the ticket's values under `name`.
+    OSStatus Take(CFStringRef name, PMTicketRef ticket);
+
+  private:
+    CFRef<CFMutableDictionaryRef> mTickets{CFDictionaryCreateMutable(nullptr, 0)};
+};

@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <filesystem>
+#include <fstream>
+
+#include "VelonFeatures/Project/Core/BundleIdentity.h"
+#include "VelonFeatures/Project/Core/SessionGlobals.h"
+#include "platform/CFRef.h"
+#include "tests/PPDLines.h"
+#include "tests/host/HostFixture.h"
+#include "twoway/ZUBTolvanePrinterPList.h"
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+namespace {
+
+// Dialogs one after the other, whose tickets lie in a file.
+class TicketsTest : public HostFixture {
+  protected:
+    ~TicketsTest() override {
+        JobsWith(mMark);
+        // A process stays with its identity; the tests of one process don't.
+        gUseCommonPresets = false;
+        MyFreeBundle();
+    }
+
+    // Values in the job of one dialog, by keyword; `arguments` come behind those for the tickets.
+    json Print(std::vector<std::string> const& arguments) const {
+        std::vector<std::string> all{"print", "--ppd", mPPD, "--tickets", mTickets, "--pairs"};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        json values;
+        for (json const& pair : RunForJSON(all)) {
+            std::string const text = pair["text"];
+            std::string const head = "%%BeginFeature: ";
+            if (text.starts_with(head)) {
+                std::string const line = text.substr(head.size(), text.find('\n') - head.size());
+                values[line.substr(0, line.find(' '))] = line.substr(line.find(' ') + 1);
+            }
+        }
+        return values;
+    }
+    std::string ReadTickets() const {
+        std::ifstream file(mTickets);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    std::string const mMark = UniqueName("Tumble");
+    std::string const mTickets = PathOf("tickets.plist");
+    std::string const mPPD =
+        Write(UniqueName("tickets-test") + ".ppd",
+              Head() +
+                  "*%ZUBGroupName ZUPPInstallableOptions/Installed: True\n"
+                  "*%ZUBParent ZUPPInstallableOptions/Pane1: True|Rolldown\n" +
+                  Duplex(mMark) + InGroup("*Tray", "ZUPPInstallableOptions") +
+                  "*%ZUBFlags *ZUScale: Dynamic\n*%ZUBGroup *ZUScale: Finish/F\n"
+                  "*%ZUBRange *ZUScale/Scale: (25;400;5;100) \"<*ZUScale> scale\"\n"
+                  "*%ZUBFlags *Sort: Dynamic\n*%ZUBGroup *Sort: Finish/F\n"
+                  "*OpenUI *Sort/Sort: Boolean\n*DefaultSort: False\n*Sort True/On: \"s\"\n"
+                  "*Sort False/Off: \"\"\n*CloseUI: *Sort\n");
+
+  private:
+    static std::string InGroup(std::string const& keyword, std::string const& group) {
+        std::string lines = PPDLines::Popup(keyword, {"None", "Big"});
+        return lines.insert(lines.find('\n') + 1,
+                            "*%ZUBGroup " + keyword + ": " + group + "/Group\n");
+    }
+};
+
+}  // namespace
+
+TEST_F(TicketsTest, ChoicesLastFromOneDialogToTheNext) {
+    json const first =
+        Print({"--set", "*Duplex=" + mMark, "--set", "*Sort=True", "--set", "*Tray=Big"});
+    EXPECT_EQ(first["*Duplex"], mMark);
+    EXPECT_EQ(first["*Tray"], "Big");
+    json const second = Print({});
+    EXPECT_EQ(second["*Duplex"], mMark);
+    EXPECT_EQ(second["*Sort"], "True");
+    EXPECT_EQ(second["*Tray"], "None");  // what is built into the printer isn't a choice
+    EXPECT_EQ(Print({"--set", "*Duplex=On"})["*Duplex"], "On");
+    EXPECT_EQ(Print({})["*Duplex"], "On");
+}
+
+TEST_F(TicketsTest, EachMakeAndModelHasItsOwnChoicesUnlessAllShareOneSet) {
+    Print({"--make-and-model", "ZUB One", "--set", "*Duplex=" + mMark});
+    EXPECT_EQ(Print({"--make-and-model", "ZUB Two"})["*Duplex"], "None");
+    EXPECT_EQ(Print({"--make-and-model", "ZUB One"})["*Duplex"], mMark);
+    EXPECT_EQ(Print({"--make-and-model", "zub  one"})["*Duplex"], "None");
+
+    std::string const shared = Write("CommonPresets.txt", "");
+    Print({"--common-presets", shared, "--make-and-model", "ZUB One", "--set", "*Duplex=On"});
+    EXPECT_EQ(Print({"--common-presets", shared, "--make-and-model", "ZUB Two"})["*Duplex"], "On");
+}
+
+TEST_F(TicketsTest, TheOperatingSystemsValuesLieUnderTheirKeys) {
+    std::string const arguments[] = {"--orientation", "2",     "--layout",   "3x2",
+                                     "--paper-feed",  "Tray2", "--paper",    "A4",
+                                     "--copies",      "7",     "--job-name", "Brief"};
+    Print({std::begin(arguments), std::end(arguments)});
+    std::string const written = ReadTickets();
+    for (char const* item :
+         {"PMOrientation</key>\n\t\t<integer>2<", "PMLayoutRows</key>\n\t\t<integer>3<",
+          "PMLayoutColumns</key>\n\t\t<integer>2<", "PMCopies</key>\n\t\t<integer>7<",
+          "PMJobName</key>\n\t\t<string>Brief<", "<string>Tray2<", "PMPaperName</key>\n",
+          "<key>com.apple.print.PaperInfoTicket</key>", "<key>ZUB.PSData."}) {
+        EXPECT_NE(written.find(item), std::string::npos) << item << " in " << written;
+    }
+    // The file wins over defaults, the command line over the file.
+    Print({"--copies", "3"});
+    EXPECT_NE(ReadTickets().find("PMCopies</key>\n\t\t<integer>3<"), std::string::npos);
+    EXPECT_NE(ReadTickets().find("PMOrientation</key>\n\t\t<integer>2<"), std::string::npos);
+}
+
+TEST_F(TicketsTest, ABadTicketsFileIsRefusedAndStays) {
+    for (char const* bytes : {"", "no property list", "<plist><array></array></plist>"}) {
+        Write("tickets.plist", bytes);
+        Result const result = Run({"print", "--ppd", mPPD, "--tickets", mTickets});
+        EXPECT_EQ(1, result.status) << bytes;
+        EXPECT_EQ(1, CountLines(result.err)) << result.err;
+        EXPECT_NE(result.err.find(mTickets), std::string::npos) << result.err;
+        EXPECT_EQ(bytes, ReadTickets());
+    }
+    Result const folder =
+        Run({"print", "--ppd", mPPD, "--tickets", PathOf("no/such/folder/tickets.plist")});
+    EXPECT_EQ(1, folder.status);
+    EXPECT_EQ(1, CountLines(folder.err)) << folder.err;
+    // Values of other types than a session would have are passed over.
+    Write(
+        "tickets.plist",
+        "<plist version=\"1.0\"><dict><key>PMPrintSettingsTicket</key><dict>"
+        "<key>com.zub.print.pde.645EBB97-CCEC-44A1-ADE0-29E4901A642D.Demo.PInf</key>"
+        "<dict><key>*Duplex</key><integer>5</integer><key>*Sort</key><string>True</string></dict>"
+        "<key>.MMKey</key><integer>99999</integer><key>.SelectedWatermarkKey</key>"
+        "<string>x</string></dict><key>PMPageFormatTicket</key><string>no</string></dict></plist>");
+    json const values = Print({"--set", "*Duplex=" + mMark});
+    EXPECT_EQ(values["*Sort"], "True");
+}
+
+TEST_F(TicketsTest, TheRecordOfThePrinterTakesAnAddress) {
+    auto const run = [this](std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {"print", "--ppd", mPPD, "--printer", "Büro"});
+        arguments.insert(arguments.end(), {"--set", "*Duplex=" + mMark});
+        return Run(arguments);
+    };
+    auto const expect = [](char const* address, bool enabled) {
+        ZUBTolvanePrinterPList const records;
+        EXPECT_TRUE(CFEqual(records.Find(CFStringConstant("x")), CFSTR("")));
+        CFRef<CFStringRef> const name(
+            CFStringCreateWithCString(nullptr, "büro", kCFStringEncodingUTF8));
+        EXPECT_TRUE(CFEqual(records.Find(name), CFStringConstant(address)));
+        EXPECT_EQ(enabled, records.getIPEnabled(name));
+    };
+    EXPECT_EQ(0, run({"--address", "server.example"}).status);
+    expect("server.example", true);
+    EXPECT_EQ(0, run({}).status);
+    expect("server.example", true);
+    EXPECT_EQ(0, run({"--no-address"}).status);
+    expect("", false);
+    EXPECT_EQ(2, run({"--no-address", "--address", "a"}).status);
+}
+
+TEST_F(TicketsTest, WrongValuesAreWrongUsage) {
+    for (char const* layout : {"2", "2x", "0x1", "2x2x2", "x2", "-1x2", "2x2 "}) {
+        EXPECT_EQ(2, Run({"print", "--ppd", mPPD, "--layout", layout}).status) << layout;
+    }
+    EXPECT_EQ(2, Run({"print", "--ppd", mPPD, "--copies", "0"}).status);
+    EXPECT_EQ(2, Run({"print", "--ppd", mPPD, "--orientation", "up"}).status);
+}
