@@ -51,11 +51,10 @@ double DecimalNumber(char const* text) {
                                 kCFStringEncodingASCII, false)));
 }
 
-// Whether the next delimiters of a range are the right ones in the right order, ahead of the code.
+// Whether the next delimiters of a range are the right ones in the right order.
 bool IsRange(PPDStream stream) {
     std::string found;
-    for (char byte = 0;
-         found.size() < kRangeDelimiters.size() && stream.GetChar(byte) && byte != '"';) {
+    for (char byte = 0; found.size() < kRangeDelimiters.size() && stream.GetChar(byte);) {
         if (kTypeDelimiters.Has(byte)) {
             found += byte;
         }

@@ -97,8 +97,7 @@ class Case:
             return pick(["612 792", "10", "72.5 100.25", "", "x 5"])
         if not isinstance(control, Popup):
             return "other"
-        texts = [i.keyword.decode() for i in control.items
-                 if i.keyword and i.keyword.isascii()]
+        texts = [i.text() for i in control.items if i.keyword]
         names = [i.name for i in control.items
                  if i.name and i.name.isascii() and "\0" not in i.name]
         texts += [self.rng.choice(["on", "Nothing", "Profil é", "profil x",
@@ -141,10 +140,11 @@ def first_difference(expected, actual, path=""):
     return None if same else (path, expected, actual)
 
 
-def run_command(zubprint, path, arguments):
+def run_command(zubprint, question, path, arguments):
     """(status, output, error lines); a text as status says why there's none.
     """
-    command = [zubprint, "inspect", path] + [a.encode() for a in arguments]
+    command = [zubprint, question, path] + [
+        a.encode("utf-8", "surrogateescape") for a in arguments]
     try:
         done = subprocess.run(command, stdin=subprocess.DEVNULL,
                               capture_output=True, timeout=TIMEOUT)
@@ -178,6 +178,15 @@ def check(case, status, output, errors):
     return None
 
 
+def keep(stem, data, expected, output):
+    with open(stem + ".ppd", "wb") as file:
+        file.write(data)
+    with open(stem + ".actual.json", "wb") as file:
+        file.write(output)
+    with open(stem + ".expected.json", "w", encoding="utf-8") as file:
+        json.dump(expected, file, ensure_ascii=False, indent=2)
+
+
 def run_seed(job):
     """(seed, arguments, difference, unsettled places, was compared whole)."""
     seed, options = job
@@ -186,17 +195,12 @@ def run_seed(job):
         path = os.path.join(folder, "random.ppd")
         with open(path, "wb") as file:
             file.write(case.data)
-        status, output, errors = run_command(options.zubprint, path,
-                                             case.arguments)
+        status, output, errors = run_command(options.zubprint, "inspect",
+                                             path, case.arguments)
     difference = check(case, status, output, errors)
     if difference and options.keep:
-        stem = os.path.join(options.keep, f"seed{seed}")
-        with open(stem + ".ppd", "wb") as file:
-            file.write(case.data)
-        with open(stem + ".actual.json", "wb") as file:
-            file.write(output)
-        with open(stem + ".expected.json", "w", encoding="utf-8") as file:
-            json.dump(case.expected, file, ensure_ascii=False, indent=2)
+        keep(os.path.join(options.keep, f"seed{seed}"), case.data,
+             case.expected, output)
     return (seed, case.arguments, difference, case.doubts,
             len(case.fields) == len(ALL_FIELDS))
 
@@ -206,25 +210,42 @@ def shown(value):
     return text if len(text) <= 300 else text[:300] + "..."
 
 
-def main(argv=None):
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+def print_difference(seed, question, arguments, difference):
+    path, expected, actual = difference
+    print(f"seed {seed}: {question} {' '.join(map(shown, arguments))}\n"
+          f"  at {path}\n    expected {shown(expected)}\n"
+          f"    actual   {shown(actual)}", flush=True)
+
+
+def argument_parser(description, count):
+    parser = argparse.ArgumentParser(description=description)
     parser.add_argument("--zubprint", required=True, metavar="PATH")
-    parser.add_argument("--count", type=int, default=1000, metavar="N")
+    parser.add_argument("--count", type=int, default=count, metavar="N")
     parser.add_argument("--seed", type=int, default=1, metavar="S",
                         help="the first seed")
     parser.add_argument("--keep", metavar="DIR",
                         help="where the files of failed cases go")
-    parser.add_argument("--unsettled", action="store_true",
-                        help="compare whole at unsettled places too")
+    return parser
+
+
+def parsed(parser, argv):
+    """(options, jobs), a job being a seed and the options."""
     options = parser.parse_args(argv)
     options.zubprint = os.path.abspath(options.zubprint)
     if not os.access(options.zubprint, os.X_OK):
         parser.error(f"{options.zubprint} can't be run")
     if options.keep:
         os.makedirs(options.keep, exist_ok=True)
+    return options, [(seed, options) for seed in
+                     range(options.seed, options.seed + options.count)]
+
+
+def main(argv=None):
+    parser = argument_parser(__doc__.splitlines()[0], 1000)
+    parser.add_argument("--unsettled", action="store_true",
+                        help="compare whole at unsettled places too")
+    options, jobs = parsed(parser, argv)
     passed = failed = in_part = 0
-    jobs = ((seed, options) for seed in
-            range(options.seed, options.seed + options.count))
     with multiprocessing.Pool(2) as pool:
         for seed, arguments, difference, doubts, whole in pool.imap(
                 run_seed, jobs, chunksize=4):
@@ -233,13 +254,9 @@ def main(argv=None):
                 passed += 1
                 continue
             failed += 1
-            path, expected, actual = difference
-            print(f"seed {seed}: inspect {' '.join(map(shown, arguments))}\n"
-                  f"  at {path}\n    expected {shown(expected)}\n"
-                  f"    actual   {shown(actual)}")
+            print_difference(seed, "inspect", arguments, difference)
             for doubt in doubts:
-                print(f"    unsettled: {doubt}")
-            sys.stdout.flush()
+                print(f"    unsettled: {doubt}", flush=True)
     if in_part:
         print(f"{in_part} compared in part, at unsettled places")
     print(f"{passed} passed, {failed} failed")

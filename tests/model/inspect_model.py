@@ -319,6 +319,10 @@ class Item:
         self.code = code
         self.selected = False
 
+    def text(self):
+        """The keyword as a value: ASCII, or else Mac Roman."""
+        return self.keyword.decode("mac_roman")
+
 
 class Popup(Control):
     type = 5
@@ -363,7 +367,7 @@ class Popup(Control):
         """True if taken, False if not, None if it can't be told."""
         free = self.keyword in FREE_CHOICE
         for item in self.items:
-            if item.keyword == text.encode() or (
+            if item.text() == text or (
                     free and item.name is not None and
                     item.name.lower() == text.lower()):
                 self.select(item)
@@ -382,7 +386,7 @@ class Popup(Control):
     def value_text(self):
         if self.current is None:
             return None
-        return self.current.keyword.decode("mac_roman")
+        return self.current.text()
 
     def post_script(self):
         if self.current is None:
@@ -693,7 +697,10 @@ class Reader:
     # -- display names
 
     def convert(self, text):
-        """The display text, or None if it can't be had."""
+        """The display text, or None if it can't be had.
+
+        An element without one isn't made; an option goes without.
+        """
         if self.codec is None:
             return None
         data = cut_at_nul(self.unescape(text))
@@ -739,17 +746,6 @@ class Reader:
                        "a blank")
             digits = digits.replace(b">", b"0")
         return bytes.fromhex(digits.decode())
-
-    def nameless(self, problem):
-        """An element whose display name can't be had isn't made."""
-        self.doubt("a display name that can't be had",
-                   set(ALL_FIELDS) - {"valid", "errors"})
-        return problem
-
-    def nameless_block(self):
-        """Where reading goes on behind its first line isn't settled."""
-        self.doubt("a block whose display name can't be had",
-                   ("validPrinterName",))
 
     # -- lookups
 
@@ -887,7 +883,7 @@ class Reader:
             self.doubt("an installable section without a translation")
         name = self.convert(translation)
         if name is None:
-            self.nameless(None)
+            self.problems.append(Problem(12, b"InstallableOptions"))
             return
         self.installable = RollDown(b"InstallableOptions", name, True)
         self.groups.append(self.installable)
@@ -920,11 +916,9 @@ class Reader:
             elif word == b"Prop":
                 in_application = False
         if not visible and not self.hidden:
-            if local is None:
-                self.nameless(None)
             return None
         if local is None:
-            return self.nameless(Problem(4))
+            return Problem(4)
         self.properties.append(Property(name, local, visible, in_properties,
                                         in_application))
         return None
@@ -941,11 +935,9 @@ class Reader:
         local = self.convert(translation)
         visible = b"True" in list(self.words(s))
         if not visible and not self.hidden:
-            if local is None:
-                self.nameless(None)
             return None
         if local is None:
-            return self.nameless(Problem(12, name))
+            return Problem(12, name)
         if not name:
             self.doubt("a blank group name")
         self.group_names.append(GroupName(name, local, visible))
@@ -1065,8 +1057,6 @@ class Reader:
             return Problem(8, keyword)
         translated, translation = next_token(s, COLON)
         name = self.convert(translation)
-        if name is None:
-            self.nameless_block()
         found, kind = next_token(s, TYPE_ENDS)
         if not found or kind not in (b"Boolean", b"PickOne", b"PickMany"):
             return Problem(31, keyword)
@@ -1156,9 +1146,6 @@ class Reader:
                     default_found = True
                 found, translation = next_token(parts, COLON)
                 local = self.convert(translation) if found else None
-                if found and local is None:
-                    self.doubt("an option's name that doesn't convert",
-                               set(ALL_FIELDS) - {"controls"})
                 items.append(Item(option, local, self.code(s)))
         if twice:
             return Problem(11, keyword, fatal=True)
@@ -1235,8 +1222,6 @@ class Reader:
         if not found:
             return None
         name = self.convert(translation)
-        if name is None:
-            self.nameless_block()
         s.skip_white_space()
         if s.get_char() != 0x28:
             return Problem(7, keyword)
@@ -1290,7 +1275,7 @@ class Reader:
             self.doubt("a special option without keyword or beyond ASCII")
         name = self.convert(keyword)
         if name is None:
-            return self.nameless(None)
+            return Problem(1, keyword)
         self.place(None, SpecialOption(keyword, name, value), False)
         return None
 
@@ -1342,11 +1327,13 @@ class Reader:
         return [c for c in self.shortcuts[first:]
                 if isinstance(c, (Popup, Boolean))]
 
+    def is_valid(self):
+        return self.header_accepted and not any(p.fatal for p in self.problems)
+
     def document(self):
         return {
             "validPrinterName": self.printer_name_valid,
-            "valid": self.header_accepted and
-            not any(p.fatal for p in self.problems),
+            "valid": self.is_valid(),
             "header": {k: latin(v) for k, v in self.header.items()},
             "errors": [p.describe() for p in self.problems],
             "properties": [p.describe() for p in self.properties],

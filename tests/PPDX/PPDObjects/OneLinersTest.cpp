@@ -75,7 +75,7 @@ TEST(RangeLineTest, MalformedLinesMakeNothingAndSayWhy) {
         {"*K/Kay: (1;2;1;1;1) \"x\"", {"7 *K"}, false},
         {"*K/Kay: (1;;1;1) \"x\"", {"7 *K"}, false},
         {"*K/Kay: (1(2;1;1) \"x\"", {"7 *K"}, false},
-        {"*K/Kay: (1;2;1;1 \"a) b\"", {"7 *K"}, false},
+        {"*K/Kay: (\"1\";2;1;1) \"x\"", {}, true},
         {"*K/Kay:( ;two;\t;0x10) \"x\"", {}, true},
         {"*K/Kay: (1;2;1;1)", {"35 *K"}, true},
         {"*K/Kay: (1;2;1;1) \"\"", {"35 *K"}, true},
