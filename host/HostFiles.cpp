@@ -40,6 +40,18 @@ Outcome HostFiles::CheckReadable(std::string const& path) {
     return Outcome::Failed("can't open " + path + ": " + std::strerror(reason));
 }
 
+Outcome HostFiles::Write(std::string const& path, std::string const& bytes) {
+    CFRef<CFDataRef> const data(CFDataCreate(nullptr,
+                                             reinterpret_cast<std::uint8_t const*>(bytes.data()),
+                                             static_cast<CFIndex>(bytes.size())));
+    std::int32_t error = 0;
+    if (CFURLWriteDataAndPropertiesToResource(URL(path, false), data, &error)) {
+        return Outcome::Done();
+    }
+    return Outcome::Failed("can't write " + path + ": " +
+                           (error > 0 ? std::strerror(error) : "error " + std::to_string(error)));
+}
+
 std::string HostFiles::BuiltBundle(bool shared) {
     std::error_code error;
     fs::path const program = fs::read_symlink("/proc/self/exe", error);

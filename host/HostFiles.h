@@ -13,6 +13,8 @@ class HostFiles {
     static CFRef<CFURLRef> URL(std::string const& path, bool isDirectory);
     // Fails for a file that can't be opened for reading, a folder too, with the system's reason.
     static Outcome CheckReadable(std::string const& path);
+    // Writes the whole file anew; a failure leaves the former one and tells the reason.
+    static Outcome Write(std::string const& path, std::string const& bytes);
     // The bundle that was built with this program, in the folder above the program's: ZUB.plugin,
     // or ZUBCommon.plugin for printers that share one set of choices.
     static std::string BuiltBundle(bool shared);

@@ -4,6 +4,7 @@
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "ZUBUtils/PPDUtils/TextConverter.h"
 #include "host/ControlSettings.h"
+#include "host/DSCDocument.h"
 #include "host/DialogSession.h"
 #include "host/HostFiles.h"
 #include "host/JobDataFile.h"
@@ -16,11 +17,25 @@ PrintCommand::PrintCommand(PrintOptions const& options, std::ostream& out, std::
 
 Outcome PrintCommand::Run() {
     std::string path;
+    DSCDocument document;
     Outcome outcome = HostFiles::CheckReadable(mOptions.ppd);
+    if (outcome.Ok() && !mOptions.output.empty()) {
+        outcome = document.Read(mOptions.document);
+    }
     if (outcome.Ok()) {
         outcome = RunDialog(path);
     }
-    return outcome.Ok() ? Report(path) : outcome;
+    JobDataFile job;
+    if (outcome.Ok() && !path.empty()) {
+        outcome = job.Read(path);
+    }
+    if (outcome.Ok() && !mOptions.output.empty()) {
+        outcome = HostFiles::Write(mOptions.output, document.Merge(job.Pairs()));
+    }
+    if (outcome.Ok()) {
+        Report(path, job);
+    }
+    return outcome;
 }
 
 std::string PrintCommand::MakeAndModel() const {
@@ -75,17 +90,10 @@ Outcome PrintCommand::MakeChoices(DialogSession& dialog) {
     return ControlSettings(*ppd, mOptions.ppd, mErr).Apply(mOptions.settings);
 }
 
-Outcome PrintCommand::Report(std::string const& path) {
-    if (!mOptions.pairs) {
-        if (!path.empty()) {
-            mOut << path << '\n';
-        }
-        return Outcome::Done();
+void PrintCommand::Report(std::string const& path, JobDataFile const& job) {
+    if (mOptions.pairs) {
+        mOut << job.JSON();
+    } else if (!path.empty()) {
+        mOut << path << '\n';
     }
-    JobDataFile file;
-    Outcome outcome = path.empty() ? Outcome::Done() : file.Read(path);
-    if (outcome.Ok()) {
-        mOut << file.JSON();
-    }
-    return outcome;
 }

@@ -8,6 +8,7 @@
 #include "host/PrintOptions.h"
 
 class DialogSession;
+class JobDataFile;
 
 // `zubprint print`: runs one dialog and prints what its last commit wrote.
 class PrintCommand {
@@ -21,7 +22,7 @@ class PrintCommand {
     std::string MakeAndModel() const;
     Outcome RunDialog(std::string& path);
     Outcome MakeChoices(DialogSession& dialog);
-    Outcome Report(std::string const& path);
+    void Report(std::string const& path, JobDataFile const& job);
 
     PrintOptions const& mOptions;
     std::ostream& mOut;

@@ -28,6 +28,9 @@ struct PrintOptions {
     std::string bundle;  // empty: the built one
     int commits = 1;
 
+    std::string document;  // empty for none
+    std::string output;    // where the document goes with the job in it; empty for nowhere
+
     std::string tickets;  // a file that keeps the tickets between runs; empty for none
     // What the operating system's own panes would put into the tickets. None leaves what the
     // tickets file has, or a default.

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "VelonFeatures/Project/Core/OptionPair.h"
 #include "VelonFeatures/Project/Core/WatermarkList.h"
@@ -117,6 +118,11 @@ class PDEData {
     // Adds the keyword of every control but *PageSize, so that the operating system doesn't emit
     // their code itself.
     void SuppressApplePostscript(ZUBJobTicket& ticket);
+    // Opens a session with the printer's workflow server and, for kUploadNewJob, makes a job there
+    // whose identifier two options then have as their value. Nothing happens without the server's
+    // library, and when one of the options that name server and workflow is missing.
+    static constexpr int kUploadNewJob = 2;
+    void UploadSarnokeXMLFiles(int mode);
     // Whether the keyword holds one of the three special keywords of colour management.
     static bool isSpecialChromvaleControl(char const* keyword);
 
@@ -129,13 +135,29 @@ class PDEData {
     void RestoreWatermarkSelection(PrintSettingsTicket& ticket);
     void AddShortcut(PPDTree& tree, CFStringRef keyword);
 
-    void AdmitOrphans();
+    // ---- The job's assembly, in its order. What the PPD doesn't have is passed over. ----
+    // The paper source, once for this object.
+    void TakePaperFeed();
+    void AnnounceToWorkflow();
     void OutFirstControl(ZUBJobTicket& ticket);
     void OutSourceApplication(ZUBJobTicket& ticket);
     void OutRemainingControls(ZUBJobTicket& ticket);
     void OutRemainingControl(ZUBJobTicket& ticket, PPDXControl* control);
+    void OutStoredPairs(ZUBJobTicket& ticket);
+    void OutSpecialControls(ZUBJobTicket& ticket);
+    void OutScale(ZUBJobTicket& ticket);
+    void OutPCPairs(ZUBJobTicket& ticket);
+    bool OutPCPair(ZUBJobTicket& ticket, OptionPair const& pair);  // whether it went out
+    void OutPCPrintSize(ZUBJobTicket& ticket);
+    void OutCustomSize(ZUBJobTicket& ticket);
+    void OutPrintSize(ZUBJobTicket& ticket);
+    void OutFileDestination(ZUBJobTicket& ticket);
     void OutDriverMarker(ZUBJobTicket& ticket);
     void OutClosingMarkers(ZUBJobTicket& ticket);
+    void OutUTF8Version(ZUBJobTicket& ticket);
+
+    std::string JobName() const;  // UTF-8, empty for one that is too long
+    void TakeJobIdentifier(char const* identifier);
 
     std::array<OptionPair, kStoredPairs> mStoredPairs;
     std::int32_t mStoredPairCount = 0;
@@ -153,7 +175,7 @@ class PDEData {
     bool mRebuilt = false;
     bool mRestored = false;
     std::int32_t mPageOrientation = 0;
-    // The paper source of the operating system, a keyword.
+    // The paper source of the operating system, a keyword; its first byte is 255 after use.
     char mPaperFeed[kPaperFeedSize] = {};
     bool mJPEnded = false;
     ProjectPDE* mProject;  // not owned, may be gone; never used through this pointer here

@@ -2,8 +2,6 @@
 // What the session data puts into the job.
 #include <algorithm>
 #include <cctype>
-#include <cstdarg>
-#include <cstdio>
 #include <cstring>
 #include <string_view>
 
@@ -11,12 +9,11 @@
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "VelonFeatures/Project/Core/PDEData.h"
+#include "VelonFeatures/Project/Core/ShortText.h"
 #include "VelonFeatures/Project/Core/ZUBJobTicket.h"
 #include "platform/ProcessManager.h"
 
 namespace {
-
-constexpr std::size_t kShortTextSize = 256;  // with the terminator
 
 constexpr char kNUpResetText[] =
     "%%Begin ZUBDoing_N_Up \n userdict /VelonKTdict known \n { \n  VelonKTdict /ZUBDoing_N_Up "
@@ -42,19 +39,6 @@ constexpr std::array<std::string_view, 4> kKeywordsWithOwnStep = {
 std::string_view KeywordOf(PPDXControl* control) {
     char const* const keyword = control->Keyword();
     return keyword == nullptr ? std::string_view() : std::string_view(keyword);
-}
-
-// A text that doesn't fit is left out whole.
-[[gnu::format(printf, 3, 4)]] void AddShortText(ZUBJobTicket& ticket, PostScriptInjectionSite site,
-                                                char const* format, ...) {
-    char text[kShortTextSize];
-    std::va_list arguments;
-    va_start(arguments, format);
-    int const length = std::vsnprintf(text, sizeof(text), format, arguments);
-    va_end(arguments);
-    if (length >= 0 && static_cast<std::size_t>(length) < sizeof(text)) {
-        ticket.Add(site, text);
-    }
 }
 
 // The name of the printing application in capitals, terminated; "" when it can't be had.
@@ -87,16 +71,25 @@ bool PDEData::isSpecialChromvaleControl(char const* keyword) {
 }
 
 OSStatus PDEData::OutPostscriptData(ZUBJobTicket& ticket) {
+    TakePaperFeed();
     if (!ticket.IsJobValid()) {
         return paramErr;
     }
     SuppressApplePostscript(ticket);
-    AdmitOrphans();
+    AnnounceToWorkflow();
     OutFirstControl(ticket);
     OutSourceApplication(ticket);
     OutRemainingControls(ticket);
+    OutStoredPairs(ticket);
+    OutSpecialControls(ticket);
+    OutScale(ticket);
+    OutPCPairs(ticket);
+    OutCustomSize(ticket);
+    OutPrintSize(ticket);
+    OutFileDestination(ticket);
     OutDriverMarker(ticket);
     OutClosingMarkers(ticket);
+    OutUTF8Version(ticket);
     return noErr;
 }
 
@@ -112,11 +105,13 @@ void PDEData::SuppressApplePostscript(ZUBJobTicket& ticket) {
     }
 }
 
-// The search for the workflow's special option is what puts the display option to 1: the walk that
-// follows takes in orphans and passes over hidden controls.
-void PDEData::AdmitOrphans() {
-    if (PPDXControls* const controls = Controls()) {
-        controls->FindSpecialOption("*Brennal", true);
+// The search for the special option puts the display option to 1: the walk that follows takes in
+// orphans and passes over hidden controls.
+void PDEData::AnnounceToWorkflow() {
+    PPDXControls* const controls = Controls();
+    if (controls != nullptr && controls->FindSpecialOption("*Brennal", true) != nullptr &&
+        GetIPAddressEnabled()) {
+        UploadSarnokeXMLFiles(kUploadNewJob);
     }
 }
 

@@ -1,0 +1,240 @@
+// SPDX-License-Identifier: Apache-2.0
+// The entries of a job that have a form of their own.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdarg>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "PPDX/PPDObjects/Controls/Numbers.h"
+#include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "PPDX/PPDObjects/Controls/PPDXCustomPageSizeControl.h"
+#include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
+#include "PPDX/PPDObjects/Controls/PPDXRangeControl.h"
+#include "PPDX/PPDObjects/Controls/PPDXSpecialOption.h"
+#include "PPDX/PPDObjects/ZUBPPD.h"
+#include "VelonFeatures/Project/Core/JobKeywords.h"
+#include "VelonFeatures/Project/Core/PDEData.h"
+#include "VelonFeatures/Project/Core/ShortText.h"
+#include "VelonFeatures/Project/Core/ZUBJobTicket.h"
+#include "platform/CFRef.h"
+#include "platform/TextEncodingConverter.h"
+
+namespace {
+
+constexpr char kPlainFeatureFormat[] = "%%%%BeginFeature: %s %s\n%%%%EndFeature\n";
+constexpr char kPCFeatureFormat[] = "%%%%BeginFeature: *%s %s\n%%%%EndFeature\n";
+constexpr char kScaleFormat[] =
+    "%%%%BeginFeature: *ZUScale %d\n userdict /KTXZUBsetpageproperties known {  << /KTXSetZUScale "
+    "[ %d.%d%d ] >> KTXZUBsetpageproperties } { /KTXSetZUScale where { pop %d.%d%d KTXSetZUScale } "
+    "if } ifelse \n%%%%EndFeature\n";
+constexpr char kCustomSizeFormat[] =
+    "%%%%BeginFeature: *CustomPrintSize %s %s\n   userdict /KTXZUBsetpageproperties known\n   {<< "
+    "/KTXsetPrintSize [ %s %s 0 0 1 ] >> KTXZUBsetpageproperties} if\n%%%%EndFeature\n";
+constexpr char kSameSizeText[] = "%%BeginFeature: *ZUPrintSize SameAsPageSize\n\n%%EndFeature\n";
+constexpr char kUTF8VersionFormat[] = "%%%%ZUUTF8_Version: %s \n";
+
+constexpr char kPrintSize[] = "*ZUPrintSize";
+
+constexpr std::size_t kPaperNameSize = 64;  // with the terminator, as the two below
+constexpr std::size_t kFilePathSize = 1024;
+constexpr std::size_t kUTF8VersionSize = 128;
+constexpr mode_t kFileMode = 0777;
+constexpr int kNoPCValue = -1;
+
+CFRef<CFStringRef> ValueOf(PPDXControl* control) {
+    return CFRef<CFStringRef>(control != nullptr ? control->CopyCurrentControlValueString()
+                                                 : nullptr);
+}
+
+// Upper and lower case taken as the same. Nothing equals nothing.
+bool SameText(CFStringRef left, CFStringRef right) {
+    if (left == nullptr || right == nullptr) {
+        return left == right;
+    }
+    return CFStringCompare(left, right, kCFCompareCaseInsensitive) == kCFCompareEqualTo;
+}
+
+// The number that a text begins with, in the 32 bits that it has.
+int NumberOf(std::string const& text) {
+    return static_cast<std::int32_t>(std::strtol(text.c_str(), nullptr, 10));
+}
+
+// In the encoding that Japanese systems print in; empty where there is no such form.
+std::string ToMacJapanese(std::string const& text) {
+    constexpr TextEncoding kUTF8 = CreateTextEncoding(256, 0, 2);
+    constexpr TextEncoding kMacJapanese = CreateTextEncoding(1, 4, 0);
+    constexpr std::size_t kBytesPerByte = 4;
+    TECObjectRef converter = nullptr;
+    if (TECCreateConverter(&converter, kUTF8, kMacJapanese) != noErr) {
+        return {};
+    }
+    std::string converted(text.size() * kBytesPerByte, '\0');
+    unsigned long consumed = 0;
+    unsigned long written = 0;
+    OSStatus const status = TECConvertText(
+        converter, reinterpret_cast<std::uint8_t const*>(text.data()), text.size(), &consumed,
+        reinterpret_cast<std::uint8_t*>(converted.data()), converted.size(), &written);
+    TECDisposeConverter(converter);
+    converted.resize(status == noErr ? written : 0);
+    return converted;
+}
+
+std::string ToUTF8(CFStringRef string) {
+    char text[OptionPair::kStoredSize] = "";
+    if (string != nullptr) {
+        CFStringGetCString(string, text, sizeof text, kCFStringEncodingUTF8);
+    }
+    return text;
+}
+
+}  // namespace
+
+// ---- The paper source of the operating system ----
+
+void PDEData::TakePaperFeed() {
+    constexpr auto kUsed = static_cast<char>(255);
+    if (mPaperFeed[0] == '\0') {
+        GetPrimaryPaperFeedFromOS();
+    }
+    auto* const slot = dynamic_cast<PPDXPopupControl*>(FindControl("*InputSlot"));
+    if (mPaperFeed[0] != '\0' && mPaperFeed[0] != kUsed && slot != nullptr) {
+        slot->SetKeywordSelect(mPaperFeed, true);
+    }
+    mPaperFeed[0] = kUsed;
+}
+
+// ---- Pairs ----
+
+void PDEData::OutStoredPairs(ZUBJobTicket& ticket) {
+    for (std::int32_t i = 0; i < mStoredPairCount; ++i) {
+        OptionPair const& pair = mStoredPairs[static_cast<std::size_t>(i)];
+        CFRef<CFStringRef> const key(pair.CopyKey());
+        CFRef<CFStringRef> const value(pair.CopyValue());
+        if (key && value) {
+            AddShortText(ticket, kFeatureSite, kPlainFeatureFormat, ToUTF8(key).c_str(),
+                         ToUTF8(value).c_str());
+        }
+    }
+}
+
+void PDEData::OutPCPairs(ZUBJobTicket& ticket) {
+    if (!GetIPAddressEnabled()) {
+        return;
+    }
+    bool anyPair = false;
+    for (OptionPair const& pair : mPCPairs) {
+        anyPair |= OutPCPair(ticket, pair);
+    }
+    char const* const version = mPPD == nullptr ? nullptr : mPPD->ZUVersion();
+    if (anyPair && (version == nullptr || *version == '3')) {
+        OutPCPrintSize(ticket);
+    }
+}
+
+bool PDEData::OutPCPair(ZUBJobTicket& ticket, OptionPair const& pair) {
+    std::string const key = ToUTF8(CFRef<CFStringRef>(pair.CopyKey()));
+    std::string const value = ToUTF8(CFRef<CFStringRef>(pair.CopyValue()));
+    if (NumberOf(value) == kNoPCValue) {
+        return false;
+    }
+    std::string text = ShortText(kPCFeatureFormat, key.c_str(), value.c_str());
+    char const* const language = mPPD == nullptr ? nullptr : mPPD->LanguageVersion();
+    if (language != nullptr && std::strcmp(language, "Japanese") == 0) {
+        text = ToMacJapanese(text);
+    }
+    ticket.Add(kFeatureSite, text.c_str());
+    return !text.empty();
+}
+
+void PDEData::OutPCPrintSize(ZUBJobTicket& ticket) {
+    char size[kPaperNameSize] = "CustomPageSize0";
+    CFRef<CFStringRef> const value = ValueOf(FindControl(kPrintSize));
+    if (!value || (!SameText(value, CFSTR("CustomPrintSize")) &&
+                   !CFStringGetCString(value, size, sizeof size, kCFStringEncodingUTF8))) {
+        return;
+    }
+    AddShortText(ticket, kFeatureSite, kPlainFeatureFormat, "*ZUPCPPDSize", size);
+}
+
+// ---- Colour management ----
+
+void PDEData::OutSpecialControls(ZUBJobTicket& ticket) {
+    for (char const* keyword : kSpecialChromvaleKeywords) {
+        ticket.Add(kFeatureSite, FindControl(keyword));  // nothing for one that isn't there
+    }
+}
+
+// ---- Sizes ----
+
+void PDEData::OutScale(ZUBJobTicket& ticket) {
+    PPDXRangeControl* const scale = GetFindRangeControl(Controls(), "*ZUScale", true);
+    if (scale == nullptr) {
+        return;
+    }
+    int const value = static_cast<int>(scale->GetValue());
+    int const whole = value / 100;
+    int const tens = value / 10 % 10;
+    int const ones = value % 10;
+    AddText(ticket, kFeatureSite, kScaleFormat, value, whole, tens, ones, whole, tens, ones);
+}
+
+void PDEData::OutCustomSize(ZUBJobTicket& ticket) {
+    auto* const size = dynamic_cast<PPDXCustomPageSizeControl*>(FindControl("*CustomPrintSize"));
+    if (size == nullptr || !SameText(ValueOf(FindControl(kPrintSize)), CFSTR("CustomPrintSize"))) {
+        return;
+    }
+    std::string const width = FixedText(size->GetWidth(), 2);
+    std::string const height = FixedText(size->GetHeight(), 2);
+    AddText(ticket, kFeatureSite, kCustomSizeFormat, width.c_str(), height.c_str(), width.c_str(),
+            height.c_str());
+}
+
+void PDEData::OutPrintSize(ZUBJobTicket& ticket) {
+    PPDXControl* const printSize = FindControl(kPrintSize);
+    PPDXControl* const pageSize = FindControl("*PageSize");
+    if (printSize == nullptr || pageSize == nullptr) {
+        return;
+    }
+    if (mPPD->CustomPaper() || !SameText(ValueOf(printSize), ValueOf(pageSize))) {
+        ticket.Add(kFeatureSite, printSize);
+    } else {
+        ticket.Add(kFeatureSite, kSameSizeText);
+    }
+}
+
+// ---- Printing into a file ----
+
+// The file is made while the job is put together; who prints fills it.
+void PDEData::OutFileDestination(ZUBJobTicket& ticket) {
+    CFRef<CFStringRef> const name = ValueOf(FindControl("*ZUMailboxName"));
+    char path[kFilePathSize];
+    if (!name || !SameText(ValueOf(FindControl("*ZUDestination")), CFSTR("File")) ||
+        !CFStringGetCString(name, path, sizeof path, kCFStringEncodingUTF8)) {
+        return;
+    }
+    ticket.Add(kFilePathSite, path);
+    int const file = creat(path, kFileMode);
+    if (file >= 0) {
+        close(file);
+        chmod(path, kFileMode);
+    }
+}
+
+// ---- What the server can read ----
+
+void PDEData::OutUTF8Version(ZUBJobTicket& ticket) {
+    PPDXControls* const controls = Controls();
+    CFRef<CFStringRef> const version = ValueOf(
+        controls != nullptr ? controls->FindSpecialOption("*ZUUTF8_Version", true) : nullptr);
+    char text[kUTF8VersionSize];
+    if (version && CFStringGetCString(version, text, sizeof text, kCFStringEncodingASCII)) {
+        AddShortText(ticket, kDriverCommentSite, kUTF8VersionFormat, text);
+    }
+}

@@ -1,0 +1,252 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "host/DSCDocument.h"
+
+#include <algorithm>
+#include <charconv>
+#include <fstream>
+#include <iterator>
+#include <set>
+
+#include "VelonFeatures/Project/Core/PostScriptInjectionSite.h"
+#include "host/HostFiles.h"
+
+namespace {
+
+constexpr std::string_view kSignature = "%!";
+constexpr std::string_view kConforming = "%!PS-Adobe-";
+constexpr char kEndOfTransmission = 4;  // some systems put one ahead of a document
+
+constexpr int kHeaderSites[] = {kNoteCommentSite, kDriverCommentSite, kLayoutCommentSite};
+
+// Replaces a stretch of the document.
+struct Edit {
+    std::size_t begin;
+    std::size_t end;
+    std::string text;
+};
+
+bool IsLineEnd(char byte) {
+    return byte == '\n' || byte == '\r';
+}
+
+// The texts of these sites, in the job's order, each a line of its own at least.
+template <typename Sites>
+std::string TextOf(std::vector<JobDataFile::Pair> const& pairs, Sites const& sites) {
+    std::string text;
+    for (JobDataFile::Pair const& pair : pairs) {
+        if (std::ranges::find(sites, pair.site) != std::ranges::end(sites)) {
+            text += pair.text;
+            if (!text.empty() && !IsLineEnd(text.back())) {
+                text += '\n';
+            }
+        }
+    }
+    return text;
+}
+
+std::string_view WordAt(std::string_view text, std::size_t number) {
+    constexpr std::string_view kBlanks = " \t\r\n";
+    for (;; --number) {
+        text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+        std::string_view const word = text.substr(0, text.find_first_of(kBlanks));
+        if (number == 0) {
+            return word;
+        }
+        text.remove_prefix(word.size());
+    }
+}
+
+}  // namespace
+
+// Goes through the document once and notes where its sections are.
+class DSCDocument::Reader {
+  public:
+    explicit Reader(DSCDocument& document) : mDocument(document), mText(document.mText) {}
+
+    void Run() {
+        ReadHeader();
+        while (mNext < mText.size()) {
+            TakeLine();
+        }
+        Settle();
+    }
+
+  private:
+    void ReadHeader() {
+        NextLine();
+        // The header ends at the first line that is no comment, too.
+        while (mNext < mText.size()) {
+            std::size_t const former = mNext;
+            std::string_view const line = NextLine();
+            bool const isComment =
+                line.size() > 1 && line[0] == '%' &&
+                std::string_view(" \t\r\n").find(line[1]) == std::string_view::npos;
+            bool const isEnd = line.starts_with("%%EndComments");
+            if (isEnd || !isComment || line.starts_with("%%Begin") || line.starts_with("%%Page:")) {
+                mDocument.mCommentsEnd = {former, isEnd};
+                mNext = isEnd ? mNext : former;
+                return;
+            }
+        }
+        mDocument.mCommentsEnd = {mText.size(), false};
+    }
+
+    // The next line with its end.
+    std::string_view NextLine() {
+        mLine = mNext;
+        mNext = std::min(mText.find_first_of("\r\n", mLine), mText.size());
+        bool const isPair = mText.substr(mNext, 2) == "\r\n";
+        mNext = std::min(mNext + (isPair ? 2 : 1), mText.size());
+        return mText.substr(mLine, mNext - mLine);
+    }
+
+    void TakeLine() {
+        std::string_view const line = NextLine();
+        if (!line.starts_with("%%")) {
+            return;
+        }
+        if (line.starts_with("%%BeginData:") || line.starts_with("%%BeginBinary:")) {
+            SkipData(line);
+        } else if (line.starts_with("%%BeginDocument")) {
+            ++mEmbedded;
+        } else if (line.starts_with("%%EndDocument")) {
+            mEmbedded -= mEmbedded > 0 ? 1 : 0;
+        } else if (mEmbedded == 0) {
+            TakeComment(line);
+        }
+    }
+
+    void TakeComment(std::string_view line) {
+        if (line.starts_with("%%EndProlog")) {
+            mPrologEnd = std::min(mPrologEnd, mNext);
+        } else if (line.starts_with("%%BeginSetup")) {
+            mInSetup = !mDocument.mSetupEnd.exists;
+        } else if (line.starts_with("%%EndSetup") && mInSetup) {
+            mInSetup = false;
+            mDocument.mSetupEnd = {mLine, true};
+        } else if (line.starts_with("%%Page:")) {
+            mFirstPage = std::min(mFirstPage, mLine);
+            mInSetup = false;
+        } else if (line.starts_with("%%Trailer")) {
+            mDocument.mTrailer = {mLine, true};
+        } else if (line.starts_with("%%EOF")) {
+            mEndOfFile = mLine;
+        } else {
+            TakeFeature(line);
+        }
+    }
+
+    void TakeFeature(std::string_view line) {
+        if (line.starts_with("%%BeginFeature:") && mInSetup) {
+            mFeatureBegin = mLine;
+            mKeyword = WordAt(line, 1);
+        } else if (line.starts_with("%%EndFeature") && !mKeyword.empty()) {
+            mDocument.mFeatures.push_back({mFeatureBegin, mNext, mKeyword});
+            mKeyword.clear();
+        }
+    }
+
+    // "%%BeginData: number type Bytes" or "Lines"; without a number it goes up to its end comment.
+    void SkipData(std::string_view line) {
+        std::string_view const number = WordAt(line, 1);
+        std::size_t count = 0;
+        auto const result = std::from_chars(number.data(), number.data() + number.size(), count);
+        if (result.ec != std::errc()) {
+            while (mNext < mText.size() && !NextLine().starts_with("%%End")) {
+            }
+        } else if (WordAt(line, 3) == "Lines") {
+            for (; count > 0 && mNext < mText.size(); --count) {
+                NextLine();
+            }
+        } else {
+            mNext += std::min(count, mText.size() - mNext);
+        }
+    }
+
+    // Where sections are to be made that aren't there.
+    void Settle() {
+        if (!mDocument.mTrailer.exists) {
+            mDocument.mTrailer.at = std::min(mEndOfFile, mText.size());
+        }
+        if (!mDocument.mSetupEnd.exists) {
+            std::size_t const behindProlog =
+                mPrologEnd != std::string::npos ? mPrologEnd : BehindHeader();
+            mDocument.mSetupEnd.at = mFirstPage != std::string::npos ? mFirstPage : behindProlog;
+        }
+    }
+
+    std::size_t BehindHeader() {
+        mNext = mDocument.mCommentsEnd.at;
+        if (mDocument.mCommentsEnd.exists) {
+            NextLine();
+        }
+        return mNext;
+    }
+
+    DSCDocument& mDocument;
+    std::string_view mText;
+    std::size_t mLine = 0;  // where the line begins that was read last
+    std::size_t mNext = 0;
+    int mEmbedded = 0;
+    bool mInSetup = false;
+    std::size_t mPrologEnd = std::string::npos;
+    std::size_t mFirstPage = std::string::npos;
+    std::size_t mEndOfFile = std::string::npos;
+    std::size_t mFeatureBegin = 0;
+    std::string mKeyword;  // of the feature that the line is in; empty outside
+};
+
+Outcome DSCDocument::Read(std::string const& path) {
+    if (Outcome outcome = HostFiles::CheckReadable(path); !outcome.Ok()) {
+        return outcome;
+    }
+    std::ifstream file(path, std::ios::binary);
+    mText.assign(std::istreambuf_iterator<char>(file), {});
+    std::string_view start = mText;
+    start.remove_prefix(start.starts_with(kEndOfTransmission) ? 1 : 0);
+    if (!start.starts_with(kSignature)) {
+        return Outcome::Failed(path + " is no PostScript document");
+    }
+    if (!start.starts_with(kConforming)) {
+        return Outcome::Failed(path + " doesn't follow the document structuring conventions");
+    }
+    Reader(*this).Run();
+    return Outcome::Done();
+}
+
+std::string DSCDocument::Merge(std::vector<JobDataFile::Pair> const& pairs) const {
+    std::set<std::string_view> suppressed;
+    for (JobDataFile::Pair const& pair : pairs) {
+        if (pair.site == kSuppressedKeywordSite) {
+            suppressed.insert(pair.text);
+        }
+    }
+    std::vector<Edit> edits;
+    edits.push_back({mCommentsEnd.at, mCommentsEnd.at,
+                     TextOf(pairs, kHeaderSites) + (mCommentsEnd.exists ? "" : "%%EndComments\n")});
+    for (Feature const& feature : mFeatures) {
+        if (suppressed.contains(feature.keyword)) {
+            edits.push_back({feature.begin, feature.end, ""});
+        }
+    }
+    std::string const setup = TextOf(pairs, std::vector<int>{kFeatureSite}) +
+                              TextOf(pairs, std::vector<int>{kFirstCopyMarkerSite});
+    edits.push_back({mSetupEnd.at, mSetupEnd.at,
+                     mSetupEnd.exists ? setup : "%%BeginSetup\n" + setup + "%%EndSetup\n"});
+    edits.push_back({mTrailer.at, mTrailer.at,
+                     TextOf(pairs, std::vector<int>{kSecondCopyMarkerSite}) +
+                         (mTrailer.exists ? "" : "%%Trailer\n")});
+    std::ranges::stable_sort(edits, {}, &Edit::begin);
+
+    std::string merged;
+    std::size_t copied = 0;
+    for (Edit const& edit : edits) {
+        merged.append(mText, copied, edit.begin - copied);
+        if (!edit.text.empty() && !merged.empty() && !IsLineEnd(merged.back())) {
+            merged += '\n';
+        }
+        merged += edit.text;
+        copied = edit.end;
+    }
+    return merged.append(mText, copied);
+}
