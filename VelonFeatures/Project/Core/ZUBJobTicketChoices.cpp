@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // How the choices of a PPD come into the print settings and out of them.
 #include <memory>
+#include <new>
 
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "VelonFeatures/Project/Core/BundleIdentity.h"
@@ -91,14 +92,19 @@ bool ZUBJobTicket::RestorePPDForKeys(ZUBPPD* ppd, CFStringRef key, CFArrayRef ke
 }
 
 bool ZUBJobTicket::SavePPD(ZUBPPD* ppd, CFStringRef key, CFURLRef /*url*/) {
-    Settings settings;
-    CFDataStream stream;
-    if (mSettings == nullptr || ppd == nullptr || !stream.valid() || !ppd->Save(settings) ||
-        settings.Save(&stream) != noErr) {
+    if (ppd == nullptr) {
         return false;
     }
-    CFRef<CFDataRef> const xml(CFPropertyListCreateXMLData(nullptr, stream.Data()));
-    mLastStatus = xml ? mSettings->Set(key, key, xml, false) : memFullErr;
+    Settings settings;
+    CFDataStream stream;
+    bool const isPacked = stream.valid() && ppd->Save(settings) && settings.Save(&stream) == noErr;
+    CFRef<CFDataRef> const xml(isPacked ? CFPropertyListCreateXMLData(nullptr, stream.Data())
+                                        : nullptr);
+    if (mSettings == nullptr) {
+        mLastStatus = kNoTicket;
+    } else {
+        mLastStatus = xml ? mSettings->Set(key, key, xml, false) : memFullErr;
+    }
     return mLastStatus == noErr;
 }
 
@@ -120,6 +126,10 @@ ZUBPPD* ZUBJobTicket::RestorePPD(CFStringRef key, CFURLRef url) {
     if (!stream.valid() || settings.Read(&stream, stream.dataSize()) != noErr) {
         return nullptr;
     }
-    std::unique_ptr<ZUBPPD, ReleasePPD> ppd(new ZUBPPD(settings, url, printers.PCFileNames()));
-    return ppd->IsValidPrinterName() && ppd->IsValidPPD() ? ppd.release() : nullptr;
+    std::unique_ptr<ZUBPPD, ReleasePPD> ppd(new (std::nothrow)
+                                                ZUBPPD(settings, url, printers.PCFileNames()));
+    // An archive without a header has no error list, and the file's name wasn't looked at.
+    bool const isAccepted = ppd != nullptr && ppd->GetErrors() != nullptr &&
+                            ppd->IsValidPrinterName() && ppd->IsValidPPD();
+    return isAccepted ? ppd.release() : nullptr;
 }

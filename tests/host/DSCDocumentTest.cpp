@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "host/DSCDocument.h"
+
+#include <fstream>
+
+#include "tests/host/HostFixture.h"
+
+namespace {
+
+using Pairs = std::vector<JobDataFile::Pair>;
+
+// One pair for each place, and two features in their order.
+Pairs const kJob = {{-9, "*Duplex"}, {81, "A\n"},      {30, "%%note\n"},
+                    {81, "B"},       {501, "%%ZUB\n"}, {72, "M\n"},
+                    {504, "%%N\n"},  {73, "T\n"},      {900, "/a/path"}};
+std::string const kHeader = "%%note\n%%ZUB\n%%N\n";
+std::string const kSetup = "A\nB\nM\n";
+
+class DSCDocumentTest : public HostFixture {
+  protected:
+    std::string Merge(std::string const& document, Pairs const& pairs = kJob) const {
+        DSCDocument read;
+        Outcome const outcome = read.Read(Write("document.ps", document));
+        EXPECT_TRUE(outcome.Ok()) << outcome.message;
+        return read.Merge(pairs);
+    }
+};
+
+TEST_F(DSCDocumentTest, EveryPairGoesToItsSection) {
+    EXPECT_EQ(Merge("%!PS-Adobe-3.0\n%%Title: x\n%%EndComments\n%%BeginProlog\n/a 1 def\n"
+                    "%%EndProlog\n%%BeginSetup\nb\n%%EndSetup\n%%Page: 1 1\nshowpage\n%%Trailer\n"
+                    "%%EOF\n"),
+              "%!PS-Adobe-3.0\n%%Title: x\n" + kHeader +
+                  "%%EndComments\n%%BeginProlog\n/a 1 def\n%%EndProlog\n%%BeginSetup\nb\n" +
+                  kSetup + "%%EndSetup\n%%Page: 1 1\nshowpage\nT\n%%Trailer\n%%EOF\n");
+}
+
+TEST_F(DSCDocumentTest, SectionsThatAreMissingAreMade) {
+    struct Case {
+        char const* document;
+        std::string merged;
+    };
+    std::string const made = "%%BeginSetup\n" + kSetup + "%%EndSetup\n";
+    std::string const comments = kHeader + "%%EndComments\n";
+    for (Case const& row : std::vector<Case>{
+             {"%!PS-Adobe-3.0\nshowpage\n",
+              "%!PS-Adobe-3.0\n" + comments + made + "showpage\nT\n%%Trailer\n"},
+             {"%!PS-Adobe-3.0\n%%EndComments\n/a 1 def\n%%EndProlog\nshowpage\n%%EOF",
+              "%!PS-Adobe-3.0\n" + comments + "/a 1 def\n%%EndProlog\n" + made +
+                  "showpage\nT\n%%Trailer\n%%EOF"},
+             {"%!PS-Adobe-3.0\n%%Pages: 1\n/a 1 def\n%%Page: 1 1\nshowpage\n",
+              "%!PS-Adobe-3.0\n%%Pages: 1\n" + comments + "/a 1 def\n" + made +
+                  "%%Page: 1 1\nshowpage\nT\n%%Trailer\n"},
+             {"%!PS-Adobe-3.0\n%%BeginSetup\na\n%%Page: 1 1\nshowpage",
+              "%!PS-Adobe-3.0\n" + comments + "%%BeginSetup\na\n" + made +
+                  "%%Page: 1 1\nshowpage\nT\n%%Trailer\n"},
+             {"%!PS-Adobe-3.0", "%!PS-Adobe-3.0\n" + comments + made + "T\n%%Trailer\n"},
+         }) {
+        EXPECT_EQ(Merge(row.document), row.merged) << row.document;
+    }
+}
+
+TEST_F(DSCDocumentTest, LinesMayEndAnyWayAndBytesStay) {
+    std::string const head = "%!PS-Adobe-3.0\r%%EndComments\r%%BeginSetup\r\n";
+    std::string const binary("\0\xFF%\r", 4);
+    std::string const tail = "%%EndSetup\r\n" + binary + "%%Trailer\r";
+    EXPECT_EQ(Merge(head + tail), "%!PS-Adobe-3.0\r" + kHeader + "%%EndComments\r%%BeginSetup\r\n" +
+                                      kSetup + "%%EndSetup\r\n" + binary + "T\n%%Trailer\r");
+    EXPECT_EQ(Merge("\x04%!PS-Adobe-3.0\n%%EndComments\n%%Trailer\n", {}),
+              "\x04%!PS-Adobe-3.0\n%%EndComments\n%%BeginSetup\n%%EndSetup\n%%Trailer\n");
+}
+
+TEST_F(DSCDocumentTest, FeaturesThatTheJobTakesOverLeaveTheSetup) {
+    auto const feature = [](std::string const& name) {
+        return "%%BeginFeature: " + name + "\ncode\n%%EndFeature\n";
+    };
+    std::string const head = "%!PS-Adobe-3.0\n%%EndComments\n";
+    std::string const kept = feature("*PageSize A4") + feature("*DuplexMode On");
+    Pairs const job = {{-9, "*Duplex"}, {-9, "*Tray"}};
+    EXPECT_EQ(Merge(head + feature("*Duplex On") + "%%BeginSetup\n" + feature("*Duplex On") + kept +
+                        feature("*Tray") + "%%EndSetup\n%%Page: 1 1\n" + feature("*Duplex On") +
+                        "%%Trailer\n",
+                    job),
+              head + feature("*Duplex On") + "%%BeginSetup\n" + kept + "%%EndSetup\n%%Page: 1 1\n" +
+                  feature("*Duplex On") + "%%Trailer\n");
+}
+
+TEST_F(DSCDocumentTest, EmbeddedDocumentsAndDataAreNotLookedInto) {
+    std::string const inner =
+        "%%EndComments\n%%BeginSetup\n%%EndSetup\n%%Page: 1 1\n%%Trailer\n%%EOF\n";
+    std::string const lines =
+        "%%BeginData: 3 ASCII Lines\n%%Trailer\n%%EndSetup\n%%EOF\n%%EndData\n";
+    std::string const bytes = "%%BeginBinary: 10\n%%Trailer\n%%EndBinary\n";
+    std::string const open = "%%BeginData:\n%%Trailer\n%%EndData\n";
+    std::string const document = "%%BeginDocument: a\n%!PS-Adobe-3.0\n" + inner +
+                                 "%%BeginDocument: b\n" + inner + "%%EndDocument\n" + inner +
+                                 "%%EndDocument\n";
+    std::string const head = "%!PS-Adobe-3.0\n%%EndComments\n";
+    std::string const body = document + lines + bytes + open;
+    EXPECT_EQ(Merge(head + "%%BeginProlog\n" + body + "%%EndProlog\n%%BeginSetup\n" + body +
+                        "%%EndSetup\n%%Trailer\n",
+                    {{81, "X"}, {73, "T"}}),
+              head + "%%BeginProlog\n" + body + "%%EndProlog\n%%BeginSetup\n" + body +
+                  "X\n%%EndSetup\nT\n%%Trailer\n");
+}
+
+TEST_F(DSCDocumentTest, WhatIsNoSuchDocumentIsRefused) {
+    struct Case {
+        char const* bytes;
+        char const* reason;
+    };
+    std::string const ppd = Write(UniqueName("dsc-test") + ".ppd", Head() + Duplex());
+    for (Case const& row :
+         {Case{"", "no PostScript"}, Case{"%PDF-1.4\n", "no PostScript"},
+          Case{"%!\nshowpage\n", "conventions"}, Case{"%!PS-Adobe3\n", "conventions"}}) {
+        std::string const document = Write("document.ps", row.bytes);
+        Result const result = Run({"print", "--ppd", ppd, document, "-o", PathOf("out.ps")});
+        EXPECT_EQ(1, result.status) << row.bytes;
+        EXPECT_EQ("", result.out);
+        EXPECT_EQ(1, CountLines(result.err)) << result.err;
+        EXPECT_NE(result.err.find(row.reason), std::string::npos) << result.err;
+        EXPECT_NE(result.err.find(document), std::string::npos) << result.err;
+        EXPECT_FALSE(std::filesystem::exists(PathOf("out.ps")));
+    }
+    EXPECT_EQ(2, Run({"print", "--ppd", ppd, "-o", PathOf("out.ps")}).status);
+    EXPECT_EQ(1, Run({"print", "--ppd", ppd, PathOf("missing.ps"), "-o", PathOf("out.ps")}).status);
+}
+
+TEST_F(DSCDocumentTest, ThePrintedDocumentHoldsTheJob) {
+    std::string const mark = UniqueName("Tumble");
+    std::string const ppd = Write(UniqueName("dsc-test") + ".ppd", Head() + Duplex(mark));
+    std::string const document = Write("document.ps", "%!PS-Adobe-3.0\n%%EndComments\nshowpage\n");
+    // Into the document's own place, too.
+    EXPECT_EQ(
+        0,
+        Run({"print", "--ppd", ppd, "--set", "*Duplex=" + mark, document, "-o", document}).status);
+    std::ifstream file(document);
+    std::string const merged{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_NE(merged.find("%%BeginSetup\n%%BeginFeature: *Duplex " + mark +
+                          "\ntrue settumble\n%%EndFeature\n"),
+              std::string::npos)
+        << merged;
+    EXPECT_NE(merged.find("%%ZUBDriver\n%%EndComments\n"), std::string::npos) << merged;
+    EXPECT_EQ(1U, JobsWith(mark).size());
+    EXPECT_EQ(1, Run({"print", "--ppd", ppd, "--set", "*Duplex=" + mark, document, "-o",
+                      PathOf("no/folder/out.ps")})
+                     .status);
+    JobsWith(mark);
+}
+
+}  // namespace
