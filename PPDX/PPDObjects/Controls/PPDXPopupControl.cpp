@@ -137,7 +137,7 @@ void PPDXPopupControl::ReadItems(Settings& settings, long id, long count) {
 }
 
 void PPDXPopupControl::DeleteItems() {
-    mCurrentItem = nullptr;
+    MakeCurrent(nullptr);
     mItemCursor = PointerListItr();
     while (!mItems.Empty()) {
         delete static_cast<_PopupItem*>(mItems.Back());
@@ -189,7 +189,14 @@ void PPDXPopupControl::ResetToDefaultValue() {
 }
 
 long PPDXPopupControl::PostScript(unsigned char* out) {
-    return mCurrentItem != nullptr ? GetKeywordPSData(mCurrentItem->Keyword(), out) : 0;
+    if (mCurrentItem == nullptr) {
+        return 0;
+    }
+    // Asked for the length and then for the bytes: the item is looked for once.
+    if (mCodeItem == nullptr) {
+        mCodeItem = FirstItemOf(mCurrentItem->Keyword());
+    }
+    return ItemPostScript(mCodeItem, out);
 }
 
 CFStringRef PPDXPopupControl::CopyCurrentControlValueString() {
@@ -291,7 +298,7 @@ void PPDXPopupControl::SetValue(long index) {
         if (item->mSelected == 0) {
             continue;
         }
-        mCurrentItem = item;
+        MakeCurrent(item);
         ReportChange(item->Keyword());
     }
     if (mCurrentItem != nullptr) {
@@ -308,7 +315,7 @@ bool PPDXPopupControl::SetKeywordSelect(char const* keyword, bool state) {
         if (item->HasKeyword(keyword)) {
             matched = true;
             item->mSelected = state;
-            mCurrentItem = item;
+            MakeCurrent(item);
             if (CanSelectMultipleItems()) {
                 break;
             }
@@ -348,12 +355,20 @@ _PopupItem* PPDXPopupControl::LastItemOf(char const* keyword) {
 }
 
 long PPDXPopupControl::GetKeywordPSData(char const* keyword, unsigned char* out) {
-    _PopupItem* const item = FirstItemOf(keyword);
+    return ItemPostScript(FirstItemOf(keyword), out);
+}
+
+long PPDXPopupControl::ItemPostScript(_PopupItem* item, unsigned char* out) const {
     if (item == nullptr || Keyword() == nullptr) {
         return 0;
     }
     item->mPSLength = std::max(item->mPSLength, 0);
-    return GeneratePSOutputData(out, item->mPSCode, item->mPSLength, keyword, true);
+    return GeneratePSOutputData(out, item->mPSCode, item->mPSLength, item->Keyword(), true);
+}
+
+void PPDXPopupControl::MakeCurrent(_PopupItem* item) {
+    mCurrentItem = item;
+    mCodeItem = nullptr;
 }
 
 char const* PPDXPopupControl::GetKeywordLocalName(char const* keyword) {

@@ -85,6 +85,8 @@ class PPDXPopupControl : public PPDXControl {
     void AddUnknownValue(CFStringRef value);
     void Rename(char const* name);
     void DeleteItems();
+    void MakeCurrent(_PopupItem* item);
+    long ItemPostScript(_PopupItem* item, unsigned char* out) const;  // 0 for null
     void ReadItems(Settings& settings, long id, long count);
 
     std::int32_t mMultiple = 0;
@@ -93,6 +95,8 @@ class PPDXPopupControl : public PPDXControl {
     PointerList mItems;                  // _PopupItem*, owned
     PointerListItr mItemCursor;
     _PopupItem* mCurrentItem = nullptr;  // in mItems
+    // The first item of the current one's keyword, whose code counts; null until it is asked for.
+    _PopupItem* mCodeItem = nullptr;
 };
 
 // The same for callers that hold an opaque handle; a null handle gives null, 0 or false.
