@@ -9,6 +9,7 @@
 
 #include "bench/Failure.h"
 #include "bench/InputFile.h"
+#include "bench/OwnJob.h"
 
 // ppd_bench [benchmark flags] FILE... [--own FILE...]: measures this reader and libcups on the same
 // PPDs, and on the files behind --own this reader alone. A case is named case/side/file.
@@ -119,6 +120,13 @@ void EmitCups(State& state, InputFile& file) {
     Emit(state, file, file.Cups());
 }
 
+void CommitOwn(State& state, InputFile& file) {
+    OwnJob job(file.Own().Get(), file.Path());
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(job.Commit());
+    }
+}
+
 struct Row {
     char const* name;
     Case run;
@@ -136,6 +144,8 @@ constexpr Row kCases[] = {
      false},
     {"emit/own/", EmitOwn, true},
     {"emit/cups/", EmitCups, false},
+    {"commit/own/", CommitOwn, true},
+    {"commit/cups/", EmitCups, false},
 };
 
 double Fastest(std::vector<double> const& repetitions) {

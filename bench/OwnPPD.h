@@ -23,6 +23,7 @@ class OwnPPD {
     OwnPPD& operator=(OwnPPD const&) = delete;
     ~OwnPPD();
 
+    ZUBPPD& Get() const { return *mPPD; }
     std::size_t MenuCount() const { return mMenus.size(); }
     std::string Keyword(std::size_t menu) const;  // with its asterisk
     std::vector<std::string> Items(std::size_t menu);

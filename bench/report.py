@@ -20,12 +20,16 @@ CASES = (  # case and side as ppd_bench names them
     ("dialog", "cups", "greying the dialog, cupsGetConflicts"),
     ("dialog", "cups_marking", "greying the dialog, marking"),
     ("emit", "cups", "emitting"),
+    ("commit", "cups", "a whole commit, ppdEmitString"),
 )
 GREYING_AIM = {"150x10": 250, "600x20": 1500, "3000x20": 5000}
+EMITTING_AIM = {"150x10": 5, "600x20": 10, "3000x20": 20}
 AIMS = {
     ("parse", "cups"): {"150x10": 3, "600x20": 2.5, "3000x20": 2.5},
     ("menu", "cups"): GREYING_AIM,
     ("dialog", "cups"): GREYING_AIM,
+    ("emit", "cups"): EMITTING_AIM,
+    ("commit", "cups"): EMITTING_AIM,
 }
 UNITS = ((1e9, "s"), (1e6, "ms"), (1e3, "µs"), (1, "ns"))
 NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}

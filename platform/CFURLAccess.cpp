@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -17,7 +18,7 @@
 namespace platform {
 namespace {
 
-constexpr std::size_t kChunkSize = 65536;
+constexpr std::size_t kSmallestBuffer = 4096;
 constexpr int kMaximumLinks = 40;
 constexpr int kMaximumNameAttempts = 100;
 
@@ -201,10 +202,11 @@ std::int32_t ReadWholeFile(std::string const& path, std::string& bytes) {
         return S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
     }
     std::size_t used = 0;
-    bytes.resize(static_cast<std::size_t>(status.st_size) + 1);
+    // A file of /proc tells no size.
+    bytes.resize(std::max(static_cast<std::size_t>(status.st_size) + 1, kSmallestBuffer));
     for (;;) {
         if (used == bytes.size()) {
-            bytes.resize(used + kChunkSize);
+            bytes.resize(2 * used);
         }
         ssize_t const count = read(file.Get(), bytes.data() + used, bytes.size() - used);
         if (count < 0 && errno == EINTR) {

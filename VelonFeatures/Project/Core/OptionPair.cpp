@@ -25,8 +25,7 @@ bool Replace(wchar_t*& text, wchar_t const* with) {
 
 bool FitsStore(CFStringRef string) {
     char text[OptionPair::kStoredSize];
-    return string != nullptr &&
-           CFStringGetCString(string, text, sizeof text, kCFStringEncodingUTF8);
+    return CFStringGetCString(string, text, sizeof text, kCFStringEncodingUTF8);
 }
 
 // Wide characters are code points, strings are UTF-16.
@@ -94,10 +93,10 @@ CFStringRef OptionPair::CopyValue() const {
     return CopyNarrow(mValue);
 }
 
-bool OptionPair::SetKey(CFStringRef key) {
-    return FitsStore(key) && SetKey(Widen(key).c_str());
-}
-
-bool OptionPair::SetValue(CFStringRef value) {
-    return FitsStore(value) && SetValue(Widen(value).c_str());
+bool OptionPair::Take(CFStringRef key, CFStringRef value) {
+    if ((key != nullptr && !FitsStore(key)) || (value != nullptr && !FitsStore(value))) {
+        return false;
+    }
+    bool const hasKey = key == nullptr || SetKey(Widen(key).c_str());
+    return (value == nullptr || SetValue(Widen(value).c_str())) && hasKey;
 }

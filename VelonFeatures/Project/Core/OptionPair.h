@@ -25,9 +25,9 @@ class OptionPair {
     // The caller releases the string; null for a text that isn't set or can't be stored.
     CFStringRef CopyKey() const;
     CFStringRef CopyValue() const;
-    // False, with the former text kept, for null, for a text that is too long and without memory.
-    bool SetKey(CFStringRef key);
-    bool SetValue(CFStringRef value);
+    // Takes both from where they are stored. Null leaves what is there. False, with both left as
+    // they were, when one of them is too long.
+    bool Take(CFStringRef key, CFStringRef value);
 
   private:
     wchar_t* mKey = nullptr;    // owned

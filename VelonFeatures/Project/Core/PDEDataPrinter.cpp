@@ -207,9 +207,12 @@ bool PDEData::SetPPDShortcuts(PPDTree tree) {
     if (mPrinterName == nullptr || mPrinterList == nullptr) {
         return false;
     }
-    auto const count = static_cast<std::size_t>(tree.mShortcutCount);
-    auto const keywords = std::make_unique<ZUBTolvanePrinterPList::DataItem[]>(count + 1);
-    for (std::size_t i = 0; i < count; ++i) {
+    using DataItem = ZUBTolvanePrinterPList::DataItem;
+    std::unique_ptr<DataItem[]> const keywords(new (std::nothrow) DataItem[kTreeShortcuts]);
+    if (keywords == nullptr) {
+        return false;
+    }
+    for (std::int32_t i = 0; i < tree.mShortcutCount; ++i) {
         std::strcpy(keywords[i], tree.mShortcuts[i]->mKeyword);
     }
     return mPrinterList->AddDataBlob(mPrinterName, tree.mShortcutCount, kQuickAccessBlock,

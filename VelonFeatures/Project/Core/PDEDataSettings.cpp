@@ -26,8 +26,10 @@ class SettingsWriter {
     SettingsWriter(PrintSettingsTicket& ticket, CFStringRef client)
         : mTicket(ticket), mClient(client) {}
 
+    OSStatus Status() const { return mStatus; }  // of the last entry
     void Number(char const* key, std::int32_t number) { Put(TicketKey(key), long{number}); }
-    // A pair that isn't set, or has no room where it is stored, is left out whole.
+    // A pair that isn't set, or has no room where it is stored, is left out whole, and so is what
+    // an earlier dialog had in its place.
     void Pairs(char const* keyStem, char const* valueStem, std::span<OptionPair const> pairs) {
         for (std::size_t i = 0; i < pairs.size(); ++i) {
             CFRef<CFStringRef> const key(pairs[i].CopyKey());
@@ -35,6 +37,9 @@ class SettingsWriter {
             if (key && value) {
                 Put(NumberedKey(keyStem, i), key.Get());
                 Put(NumberedKey(valueStem, i), value.Get());
+            } else {
+                mTicket.Release(NumberedKey(keyStem, i));
+                mTicket.Release(NumberedKey(valueStem, i));
             }
         }
     }
@@ -44,24 +49,23 @@ class SettingsWriter {
     void Put(CFStringRef key, Value value) {
         CFRef<CFMutableStringRef> const identifier(CreateClientIdentifier(key));
         if (key != nullptr && identifier) {
-            mTicket.Set(mClient, key, value, false);
+            mStatus = mTicket.Set(mClient, key, value, false);
         }
     }
 
     PrintSettingsTicket& mTicket;
     CFStringRef mClient;
+    OSStatus mStatus = noErr;
 };
 
 void ReadPairs(PrintSettingsTicket& ticket, char const* keyStem, char const* valueStem,
                std::span<OptionPair> pairs) {
     for (std::size_t i = 0; i < pairs.size(); ++i) {
-        CFStringRef text = nullptr;
-        if (ticket.Get(NumberedKey(keyStem, i), text) == noErr) {
-            pairs[i].SetKey(text);
-        }
-        if (ticket.Get(NumberedKey(valueStem, i), text) == noErr) {
-            pairs[i].SetValue(text);
-        }
+        CFStringRef key = nullptr;
+        CFStringRef value = nullptr;
+        ticket.Get(NumberedKey(keyStem, i), key);
+        ticket.Get(NumberedKey(valueStem, i), value);
+        pairs[i].Take(key, value);
     }
 }
 
@@ -81,7 +85,7 @@ OSStatus PDEData::SaveNonPSSettings(PrintSettingsTicket* ticket, CFStringRef cli
     settings.Number(kStoredCountKey, mStoredPairCount);
     settings.Pairs(kStoredKey, kStoredValue,
                    std::span(mStoredPairs).first(static_cast<std::size_t>(mStoredPairCount)));
-    return ticket->Status();
+    return settings.Status();
 }
 
 OSStatus PDEData::RestoreNonPSSettings(PrintSettingsTicket* ticket) {

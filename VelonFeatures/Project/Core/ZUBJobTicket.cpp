@@ -57,15 +57,18 @@ bool ZUBJobTicket::Add(PostScriptInjectionSite site, unsigned char const* bytes,
     if (mList == nullptr || bytes == nullptr || length == 0) {
         return true;
     }
-    std::int32_t const number = site;
-    CFRef<CFNumberRef> const siteNumber(CFNumberCreate(nullptr, kCFNumberSInt32Type, &number));
+    if (!mSiteNumber || mSite != site) {
+        std::int32_t const number = site;
+        mSite = site;
+        mSiteNumber = CFRef<CFNumberRef>(CFNumberCreate(nullptr, kCFNumberSInt32Type, &number));
+    }
     CFRef<CFDataRef> const data(CFDataCreate(nullptr, bytes, static_cast<CFIndex>(length)));
-    if (!siteNumber || !data) {
+    if (!mSiteNumber || !data) {
         mLastStatus = memFullErr;
         return false;
     }
     if (!ServerPresetKeywordShouldBeDiscarded(bytes, length)) {
-        return Append(siteNumber, data);
+        return Append(mSiteNumber, data);
     }
     return true;
 }

@@ -5,6 +5,7 @@
 
 #include "VelonFeatures/Project/Core/JobTicket.h"
 #include "VelonFeatures/Project/Core/PostScriptInjectionSite.h"
+#include "platform/CFRef.h"
 
 class PPDXControl;
 class PrintSettingsTicket;
@@ -73,6 +74,9 @@ class ZUBJobTicket : public JobTicket {
     CFStringRef mDataKey = nullptr;  // owned
     std::uint32_t mCount = 0;
     CFMutableArrayRef mList = nullptr;  // owned
+    // The number that the last entry was added under: mostly the next one has the same site.
+    CFRef<CFNumberRef> mSiteNumber;
+    PostScriptInjectionSite mSite = kFeatureSite;
     OSStatus mLastStatus = noErr;
     bool mDirty = true;
     bool mJobValid = false;
