@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/CommandLine.h"
 
-#include <cstdio>
+#include <charconv>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -163,12 +164,15 @@ void DescribePrinter(CLI::App& app, PrintOptions& options) {
 }
 
 CLI::Option* AddLayout(CLI::App& app, std::optional<PageLayout>& layout) {
-    auto const read = [](std::string const& text) {
+    auto const read = [](std::string const& text) -> std::optional<PageLayout> {
         PageLayout pages{};
-        int length = 0;
-        int const count =
-            std::sscanf(text.c_str(), "%4dx%4d%n", &pages.rows, &pages.columns, &length);
-        bool const whole = count == 2 && static_cast<std::size_t>(length) == text.size();
+        char const* const end = text.data() + text.size();
+        auto const rows = std::from_chars(text.data(), end, pages.rows);
+        if (rows.ec != std::errc() || rows.ptr == end || *rows.ptr != 'x') {
+            return std::nullopt;
+        }
+        auto const columns = std::from_chars(rows.ptr + 1, end, pages.columns);
+        bool const whole = columns.ec == std::errc() && columns.ptr == end;
         return whole && pages.rows > 0 && pages.columns > 0 ? std::optional(pages) : std::nullopt;
     };
     return app
@@ -197,7 +201,7 @@ void DescribeTickets(CLI::App& app, PrintOptions& options) {
     app.add_option("--paper", options.paper, "Name of the paper")
         ->check(TextCheck())
         ->type_name("NAME");
-    app.add_option("--copies", options.copies, "Number of copies")->check(CLI::PositiveNumber);
+    app.add_option("--copies", options.copies, "Number of copies")->check(CLI::Range(1, INT32_MAX));
     app.add_option("--job-name", options.jobName, "Name of the job")->check(TextCheck());
 }
 
@@ -245,7 +249,7 @@ void DescribePrint(CLI::App& app, PrintOptions& options) {
         ->type_name("DIR");
     app.add_option("--commits", options.commits,
                    "Commit so often in one dialog; what the last one wrote is printed")
-        ->check(CLI::PositiveNumber)
+        ->check(CLI::Range(1, INT32_MAX))
         ->type_name("N")
         ->capture_default_str();
 }

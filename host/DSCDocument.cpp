@@ -122,18 +122,25 @@ class DSCDocument::Reader {
         } else if (line.starts_with("%%BeginSetup")) {
             mInSetup = !mDocument.mSetupEnd.exists;
         } else if (line.starts_with("%%EndSetup") && mInSetup) {
-            mInSetup = false;
+            LeaveSetup();
             mDocument.mSetupEnd = {mLine, true};
         } else if (line.starts_with("%%Page:")) {
+            LeaveSetup();
             mFirstPage = std::min(mFirstPage, mLine);
-            mInSetup = false;
         } else if (line.starts_with("%%Trailer")) {
+            LeaveSetup();
             mDocument.mTrailer = {mLine, true};
         } else if (line.starts_with("%%EOF")) {
             mEndOfFile = mLine;
         } else {
             TakeFeature(line);
         }
+    }
+
+    // A feature that isn't at its end by now stays.
+    void LeaveSetup() {
+        mInSetup = false;
+        mKeyword.clear();
     }
 
     void TakeFeature(std::string_view line) {

@@ -9,6 +9,7 @@
 #include "ZUBUtils/PPDUtils/CFDataStream.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "host/HostFiles.h"
+#include "host/ParsedPPD.h"
 #include "host/TreeJson.h"
 
 namespace {
@@ -58,8 +59,8 @@ Outcome InspectCommand::AnswerRebuilt(ZUBPPD& ppd, Json& answer) {
     if (!PassThroughArchive(ppd, archive)) {
         return Outcome::Failed(mOptions.ppd + " can't be saved into an archive");
     }
-    std::unique_ptr<ZUBPPD, ReleasePPD> const rebuilt(
-        new ZUBPPD(archive, HostFiles::URL(mOptions.ppd, false), nullptr));
+    std::unique_ptr<ZUBPPD, ReleasePPD> const rebuilt(new ZUBPPD(
+        archive, HostFiles::URL(mOptions.ppd, false), ParsedPPD::Names(mOptions.accepted)));
     answer = TreeJson::Describe(*rebuilt);
     return Outcome::Done();
 }

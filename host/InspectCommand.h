@@ -9,7 +9,7 @@
 class InspectCommand : public PPDCommand {
   public:
     InspectCommand(InspectOptions const& options, std::ostream& out, std::ostream& err)
-        : PPDCommand(options, !options.rebuilt, out, err), mOptions(options) {}
+        : PPDCommand(options, true, out, err), mOptions(options) {}
 
     Outcome Run() override;
 

@@ -4,9 +4,7 @@
 #include "host/HostFiles.h"
 #include "platform/CFRef.h"
 
-namespace {
-
-CFRef<CFArrayRef> Names(std::vector<std::string> const& accepted) {
+CFRef<CFArrayRef> ParsedPPD::Names(std::vector<std::string> const& accepted) {
     if (accepted.empty()) {
         return {};
     }
@@ -18,8 +16,6 @@ CFRef<CFArrayRef> Names(std::vector<std::string> const& accepted) {
     }
     return CFRef<CFArrayRef>(names);
 }
-
-}  // namespace
 
 ParsedPPD::ParsedPPD(std::string const& path, _PARSE_OPTIONS_ options,
                      std::vector<std::string> const& accepted)

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "PPDX/PPDObjects/ZUBPPD.h"
+#include "platform/CFRef.h"
 
 // A PPD that the command itself read, given up on destruction.
 class ParsedPPD {
@@ -14,6 +15,9 @@ class ParsedPPD {
     // PPD's errors.
     ParsedPPD(std::string const& path, _PARSE_OPTIONS_ options,
               std::vector<std::string> const& accepted);
+
+    // The fragments as the reader takes them; null for none.
+    static CFRef<CFArrayRef> Names(std::vector<std::string> const& accepted);
 
     ZUBPPD& Get() const { return *mPPD; }
     ZUBPPD* operator->() const { return mPPD.get(); }

@@ -180,7 +180,11 @@ OSStatus PrintSession::FillPageFormat(PrintOptions const& options) {
     TicketWriter format(mPageFormat);
     format.Number(kOrientationKey, options.orientation, kPortrait);
     if (options.paper) {
-        CFRef<CFMutableDictionaryRef> const paper(CFDictionaryCreateMutable(nullptr, 0));
+        CFDictionaryRef kept = nullptr;
+        PMTicketGetCFDictionary(mPageFormat, 0, 0, TicketKey(kPaperInfoTicket), &kept);
+        CFRef<CFMutableDictionaryRef> const paper(
+            kept != nullptr ? CFDictionaryCreateMutableCopy(nullptr, 0, kept)
+                            : CFDictionaryCreateMutable(nullptr, 0));
         CFDictionarySetValue(paper, TicketKey(kPaperNameKey), String(*options.paper));
         format.Set(kPaperInfoTicket, paper.Get());
     }

@@ -6,6 +6,7 @@
 #include <system_error>
 #include <vector>
 
+#include "VelonFeatures/Project/Core/TicketKeys.h"
 #include "host/HostFiles.h"
 #include "twoway/PropertyListFile.h"
 
@@ -37,8 +38,14 @@ Outcome TicketFile::Read(std::string const& path) {
     if (!IsDictionary(file.PropertyList())) {
         return Outcome::Failed("the tickets file " + path + " holds no dictionary of tickets");
     }
-    mTickets = CFRef<CFMutableDictionaryRef>(CFDictionaryCreateMutableCopy(
-        nullptr, 0, static_cast<CFDictionaryRef>(file.PropertyList())));
+    auto const tickets = static_cast<CFDictionaryRef>(file.PropertyList());
+    for (char const* name : {kPrintSettingsTicket, kPrinterInfoTicket, kPageFormatTicket}) {
+        CFTypeRef const ticket = CFDictionaryGetValue(tickets, TicketKey(name));
+        if (ticket != nullptr && !IsDictionary(ticket)) {
+            return Outcome::Failed("the tickets file " + path + " holds no dictionary " + name);
+        }
+    }
+    mTickets = CFRef<CFMutableDictionaryRef>(CFDictionaryCreateMutableCopy(nullptr, 0, tickets));
     return Outcome::Done();
 }
 
@@ -50,11 +57,10 @@ Outcome TicketFile::Write(std::string const& path) const {
 }
 
 OSStatus TicketFile::Fill(CFStringRef name, PMTicketRef ticket) const {
-    CFTypeRef const kept = CFDictionaryGetValue(mTickets, name);
-    if (!IsDictionary(kept)) {
+    auto const items = static_cast<CFDictionaryRef>(CFDictionaryGetValue(mTickets, name));
+    if (items == nullptr) {
         return noErr;
     }
-    auto const items = static_cast<CFDictionaryRef>(kept);
     auto const count = static_cast<std::size_t>(CFDictionaryGetCount(items));
     std::vector<CFTypeRef> keys(count);
     std::vector<CFTypeRef> values(count);

@@ -37,5 +37,5 @@ struct PPDTree {
     PPDTreeGroup* mGroups[kTreeGroups] = {};  // in the order of the PPD
     std::int32_t mGroupCount = 0;
     PPDTreeShortcut* mShortcuts[kTreeShortcuts] = {};  // in display order
-    std::int32_t mShortcutCount = 0;
+    std::int32_t mShortcutCount = 0;                   // at most kTreeShortcuts
 };

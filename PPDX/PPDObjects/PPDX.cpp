@@ -260,6 +260,7 @@ bool PPDX::Save(Settings& settings) {
 void PPDX::BuildFromSettings(Settings& settings, CFURLRef url) {
     std::int32_t version = 0;
     if (!GetSettingsField(settings, kHeaderTag, kStoreVersionID, &version, sizeof version)) {
+        mAcceptedNames = nullptr;
         return;
     }
     mErrors = new (std::nothrow) PPDXErrors;

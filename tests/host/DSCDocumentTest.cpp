@@ -85,6 +85,19 @@ TEST_F(DSCDocumentTest, FeaturesThatTheJobTakesOverLeaveTheSetup) {
                   feature("*Duplex On") + "%%Trailer\n");
 }
 
+TEST_F(DSCDocumentTest, AFeatureThatReachesOverTheSetupStays) {
+    std::string const head = "%!PS-Adobe-3.0\n%%EndComments\n%%BeginSetup\n";
+    std::string const open = "%%BeginFeature: *Duplex On\n";
+    std::string const rest = "%%EndFeature\n%%Page: 1 1\nshowpage\n%%Trailer\n%%EOF\n";
+    Pairs const job = {{-9, "*Duplex"}, {81, "X\n"}};
+    EXPECT_EQ(Merge(head + open + "%%EndSetup\n" + rest, job),
+              head + open + "X\n%%EndSetup\n" + rest);
+    std::string const inTrailer = "%%Trailer\n%%EndFeature\n%%EndSetup\n%%EOF\n";
+    EXPECT_EQ(Merge(head + open + inTrailer, {{-9, "*Duplex"}, {73, "T\n"}}),
+              "%!PS-Adobe-3.0\n%%EndComments\n%%BeginSetup\n%%EndSetup\n%%BeginSetup\n" + open +
+                  "T\n" + inTrailer);
+}
+
 TEST_F(DSCDocumentTest, EmbeddedDocumentsAndDataAreNotLookedInto) {
     std::string const inner =
         "%%EndComments\n%%BeginSetup\n%%EndSetup\n%%Page: 1 1\n%%Trailer\n%%EOF\n";

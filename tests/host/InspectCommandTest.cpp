@@ -215,16 +215,13 @@ TEST_F(InspectCommandTest, ARebuiltTreeHasTheChoicesThatWereMade) {
     EXPECT_EQ(true, Control(rebuilt, "*Collate")["default"]);
 }
 
-TEST_F(InspectCommandTest, OnlyAPPDThatIsTakenGoesIntoAnArchive) {
+TEST_F(InspectCommandTest, WhatWasReadOfARefusedFileComesBackToo) {
     std::string const good = Write("a.ppd", Head() + Duplex());
     std::string const bad = Write("b.ppd", "*PPD-Adobe: \"4.2\"\n");
-    for (auto const& arguments : {std::vector<std::string>{"inspect", bad, "--rebuilt"},
-                                  {"inspect", good, "--rebuilt", "--accept", "OTHER"}}) {
-        Result const result = Run(arguments);
-        EXPECT_EQ(3, result.status);
-        EXPECT_EQ("", result.out);
-        EXPECT_EQ(1, CountLines(result.err));
-    }
+    EXPECT_EQ(json::array(), RunForJSON({"inspect", bad, "--rebuilt"})["controls"]);
+    json const foreign = RunForJSON({"inspect", good, "--rebuilt", "--accept", "OTHER"});
+    EXPECT_EQ(false, foreign["validPrinterName"]);
+    EXPECT_EQ(json::array(), foreign["groups"]);
 }
 
 TEST_F(InspectCommandTest, AFileOfAnotherMakerIsNotRead) {

@@ -69,13 +69,14 @@ class TicketsTest : public HostFixture {
 }  // namespace
 
 TEST_F(TicketsTest, ChoicesLastFromOneDialogToTheNext) {
-    json const first =
-        Print({"--set", "*Duplex=" + mMark, "--set", "*Sort=True", "--set", "*Tray=Big"});
+    json const first = Print({"--set", "*Duplex=" + mMark, "--set", "*Sort=True", "--set",
+                              "*Tray=Big", "--set", "*ZUScale=70"});
     EXPECT_EQ(first["*Duplex"], mMark);
     EXPECT_EQ(first["*Tray"], "Big");
     json const second = Print({});
     EXPECT_EQ(second["*Duplex"], mMark);
     EXPECT_EQ(second["*Sort"], "True");
+    EXPECT_EQ(second["*ZUScale"], "70");
     EXPECT_EQ(second["*Tray"], "None");  // what is built into the printer isn't a choice
     EXPECT_EQ(Print({"--set", "*Duplex=On"})["*Duplex"], "On");
     EXPECT_EQ(Print({})["*Duplex"], "On");
@@ -101,8 +102,11 @@ TEST_F(TicketsTest, TheOperatingSystemsValuesLieUnderTheirKeys) {
     for (char const* item :
          {"PMOrientation</key>\n\t\t<integer>2<", "PMLayoutRows</key>\n\t\t<integer>3<",
           "PMLayoutColumns</key>\n\t\t<integer>2<", "PMCopies</key>\n\t\t<integer>7<",
-          "PMJobName</key>\n\t\t<string>Brief<", "<string>Tray2<", "PMPaperName</key>\n",
-          "<key>com.apple.print.PaperInfoTicket</key>", "<key>ZUB.PSData."}) {
+          "PMJobName</key>\n\t\t<string>Brief<",
+          "PMPrimaryPaperFeed</key>\n\t\t<array>\n\t\t\t<string>Tray2</"
+          "string>\n\t\t\t<string>Tray2<",
+          "PMPaperName</key>\n\t\t\t<string>A4<", "<key>com.apple.print.PaperInfoTicket</key>",
+          "<key>ZUB.PSData."}) {
         EXPECT_NE(written.find(item), std::string::npos) << item << " in " << written;
     }
     // The file wins over defaults, the command line over the file.
@@ -112,7 +116,9 @@ TEST_F(TicketsTest, TheOperatingSystemsValuesLieUnderTheirKeys) {
 }
 
 TEST_F(TicketsTest, ABadTicketsFileIsRefusedAndStays) {
-    for (char const* bytes : {"", "no property list", "<plist><array></array></plist>"}) {
+    for (char const* bytes : {"", "no property list", "<plist><array></array></plist>",
+                              "<plist><dict><key>PMPageFormatTicket</key><string>x</string></dict>"
+                              "</plist>"}) {
         Write("tickets.plist", bytes);
         Result const result = Run({"print", "--ppd", mPPD, "--tickets", mTickets});
         EXPECT_EQ(1, result.status) << bytes;
@@ -125,13 +131,12 @@ TEST_F(TicketsTest, ABadTicketsFileIsRefusedAndStays) {
     EXPECT_EQ(1, folder.status);
     EXPECT_EQ(1, CountLines(folder.err)) << folder.err;
     // Values of other types than a session would have are passed over.
-    Write(
-        "tickets.plist",
-        "<plist version=\"1.0\"><dict><key>PMPrintSettingsTicket</key><dict>"
-        "<key>com.zub.print.pde.645EBB97-CCEC-44A1-ADE0-29E4901A642D.Demo.PInf</key>"
-        "<dict><key>*Duplex</key><integer>5</integer><key>*Sort</key><string>True</string></dict>"
-        "<key>.MMKey</key><integer>99999</integer><key>.SelectedWatermarkKey</key>"
-        "<string>x</string></dict><key>PMPageFormatTicket</key><string>no</string></dict></plist>");
+    Write("tickets.plist",
+          "<plist version=\"1.0\"><dict><key>PMPrintSettingsTicket</key><dict>"
+          "<key>com.zub.print.pde.645EBB97-CCEC-44A1-ADE0-29E4901A642D.Demo.PInf</key>"
+          "<dict><key>*Duplex</key><integer>5</integer><key>*Sort</key><string>True</string></dict>"
+          "<key>.MMKey</key><integer>99999</integer><key>.SelectedWatermarkKey</key>"
+          "<string>x</string></dict></dict></plist>");
     json const values = Print({"--set", "*Duplex=" + mMark});
     EXPECT_EQ(values["*Sort"], "True");
 }
@@ -160,7 +165,8 @@ TEST_F(TicketsTest, TheRecordOfThePrinterTakesAnAddress) {
 }
 
 TEST_F(TicketsTest, WrongValuesAreWrongUsage) {
-    for (char const* layout : {"2", "2x", "0x1", "2x2x2", "x2", "-1x2", "2x2 "}) {
+    for (char const* layout :
+         {"2", "2x", "0x1", "2x2x2", "x2", "-1x2", "2x2 ", " 2x2", "+2x2", "2x+2"}) {
         EXPECT_EQ(2, Run({"print", "--ppd", mPPD, "--layout", layout}).status) << layout;
     }
     EXPECT_EQ(2, Run({"print", "--ppd", mPPD, "--copies", "0"}).status);

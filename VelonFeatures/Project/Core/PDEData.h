@@ -41,6 +41,7 @@ class PDEData {
     bool IsValid() const { return mValid; }
     ZUBPPD* GetPPD() const { return mPPD; }
     void SetPPD(ZUBPPD* ppd) { mPPD = ppd; }  // borrowed; the owner clears it before the PPD goes
+    void SetSession(PMPrintSession session) { mSession = session; }  // borrowed
     CFStringRef PrinterName() const { return mPrinterName; }  // borrowed; null when not valid
     char const* TempPPDPath() const { return mTempPPDPath; }  // "" without a PPD
     WatermarkList& Watermarks() { return mWatermarks; }

@@ -4,13 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdarg>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
-#include <vector>
 
 #include "PPDX/PPDObjects/Controls/Numbers.h"
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
@@ -88,9 +85,7 @@ std::string ToMacJapanese(std::string const& text) {
 
 std::string ToUTF8(CFStringRef string) {
     char text[OptionPair::kStoredSize] = "";
-    if (string != nullptr) {
-        CFStringGetCString(string, text, sizeof text, kCFStringEncodingUTF8);
-    }
+    CFStringGetCString(string, text, sizeof text, kCFStringEncodingUTF8);
     return text;
 }
 
@@ -139,12 +134,12 @@ void PDEData::OutPCPairs(ZUBJobTicket& ticket) {
 }
 
 bool PDEData::OutPCPair(ZUBJobTicket& ticket, OptionPair const& pair) {
-    std::string const key = ToUTF8(CFRef<CFStringRef>(pair.CopyKey()));
-    std::string const value = ToUTF8(CFRef<CFStringRef>(pair.CopyValue()));
-    if (NumberOf(value) == kNoPCValue) {
+    CFRef<CFStringRef> const key(pair.CopyKey());
+    CFRef<CFStringRef> const value(pair.CopyValue());
+    if (!key || !value || NumberOf(ToUTF8(value)) == kNoPCValue) {
         return false;
     }
-    std::string text = ShortText(kPCFeatureFormat, key.c_str(), value.c_str());
+    std::string text = ShortText(kPCFeatureFormat, ToUTF8(key).c_str(), ToUTF8(value).c_str());
     char const* const language = mPPD == nullptr ? nullptr : mPPD->LanguageVersion();
     if (language != nullptr && std::strcmp(language, "Japanese") == 0) {
         text = ToMacJapanese(text);

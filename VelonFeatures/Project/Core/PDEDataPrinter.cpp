@@ -122,7 +122,7 @@ void PDEData::Set1CopiesToOS() const {
 bool PDEData::ResetTolvanePrinterList() {
     mPrinterAddress = nullptr;
     mPrinterList.reset(new (std::nothrow) ZUBTolvanePrinterPList);
-    return mPrinterList != nullptr && mPrinterList->IsFileValid();
+    return mPrinterList != nullptr && mPrinterList->RecordsReady();
 }
 
 CFStringRef PDEData::GetTolvanePrinterAddress(CFStringRef name, bool* enabled) {
@@ -142,7 +142,7 @@ bool PDEData::SetTolvanePrinterAddress(CFStringRef name, CFStringRef address, bo
         return false;
     }
     // The former address went with its place in the record.
-    GetTolvanePrinterAddress(printer);
+    GetTolvanePrinterAddress(mPrinterName);
     return mPrinterList->Save();
 }
 

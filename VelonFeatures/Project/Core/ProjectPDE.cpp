@@ -215,6 +215,9 @@ OSStatus ProjectPDE::Sync(PMPrintSession session, bool reinitialize) {
         return noErr;
     }
     mSession = session;
+    if (gPDEData != nullptr) {
+        gPDEData->SetSession(session);
+    }
     PrintSettingsTicket settings(session);
     ZUBJobTicket ticket(&settings, dataKey);
     if (ticket.IsJobValid() && !reinitialize) {
