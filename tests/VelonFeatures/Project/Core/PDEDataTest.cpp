@@ -4,9 +4,7 @@
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
-#include "platform/PlugInHost.h"
-#include "platform/ProcessManager.h"
-#include "tests/VelonFeatures/Project/Core/CoreFixture.h"
+#include "tests/VelonFeatures/Project/Core/JobFixture.h"
 
 namespace {
 
@@ -14,27 +12,7 @@ constexpr char kMarker[] =
     "%%EndVelonPreparse1: True\n"
     "/KTXPPDInsertionComplete where { pop KTXPPDInsertionComplete } if\n";
 
-std::string SourceApplication(std::string const& name) {
-    return "%%BeginFeature: *ZUSourceAppType " + name + "\n\n%%EndFeature\n";
-}
-
-class PDEDataTest : public CoreFixture {
-  protected:
-    PDEDataTest() {
-        SetCurrentProcessName("Preview");
-        SetMainBundleIdentifier(CFSTR("com.example.editor"));
-    }
-    // The texts at one site.
-    static std::vector<std::string> At(TestSession::Pairs const& pairs, int site) {
-        std::vector<std::string> texts;
-        for (auto const& [where, text] : pairs) {
-            if (where == site) {
-                texts.push_back(text);
-            }
-        }
-        return texts;
-    }
-};
+class PDEDataTest : public JobFixture {};
 
 TEST_F(PDEDataTest, ThePPDsCopyLivesAsLongAsTheData) {
     struct {
@@ -129,6 +107,7 @@ TEST_F(PDEDataTest, TheJobHasEveryControlInItsPlace) {
         {81, "%%BeginFeature: *PageSize A\nPageSize A\n%%EndFeature\n"},
         {81, "%%BeginFeature: *ZUOrientation False\n%%EndFeature\n"},
         {81, "%%BeginFeature: *ZUOrphan A\nZUOrphan A\n%%EndFeature\n"},
+        {81, "%%BeginFeature: *ZUPrintSize SameAsPageSize\n\n%%EndFeature\n"},
         {501, "%%ZUBDriver\n"},
         {72, kMarker},
         {73, kMarker},

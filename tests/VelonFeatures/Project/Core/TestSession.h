@@ -147,13 +147,19 @@ class TestSession {
                "*%ZUBParent Pane1/Layout: True|Scrollpane\n"
                "*%ZUBParent Finish/Pane1: True|Rolldown\n";
     }
+    // A roll-down for what is built into the printer, behind the head.
+    static std::string InstallableGroup() {
+        return "*%ZUBGroupName ZUPPInstallableOptions/Installed: True\n"
+               "*%ZUBParent ZUPPInstallableOptions/Pane1: True|Rolldown\n";
+    }
     // A popup with the options A, the default, and B.
     static std::string Popup(std::string const& keyword, std::string const& flag = "Dynamic",
-                             bool isOrphan = false) {
+                             bool isOrphan = false, std::string const& group = "Finish") {
         return "*%ZUBFlags *" + keyword + ": " + flag + "\n" +
-               (isOrphan ? "" : "*%ZUBGroup *" + keyword + ": Finish/Finishing\n") + "*OpenUI *" +
-               keyword + "/Name: PickOne\n*Default" + keyword + ": A\n*" + keyword + " A/One: \"" +
-               keyword + " A\"\n*" + keyword + " B/Two: \"\"\n*CloseUI: *" + keyword + "\n";
+               (isOrphan ? "" : "*%ZUBGroup *" + keyword + ": " + group + "/Group\n") +
+               "*OpenUI *" + keyword + "/Name: PickOne\n*Default" + keyword + ": A\n*" + keyword +
+               " A/One: \"" + keyword + " A\"\n*" + keyword + " B/Two: \"\"\n*CloseUI: *" +
+               keyword + "\n";
     }
 
   private:

@@ -69,9 +69,9 @@ TEST_F(ZUBJobTicketTest, AControlsTextComesWholeWhateverItsLength) {
 
 TEST_F(ZUBJobTicketTest, ALackOfMemoryKeepsWhatWasThere) {
     mTicket.Add(kFeatureSite, "first");
-    for (long const creation : {0L, 1L}) {
+    for (long const creation : {0L, 1L, 0L}) {  // of another site's number, the data, the data
         FailCreationAfter(creation);
-        EXPECT_FALSE(mTicket.Add(kFeatureSite, "second")) << creation;
+        EXPECT_FALSE(mTicket.Add(kSuppressedKeywordSite, "second")) << creation;
         EXPECT_EQ(-108, mTicket.LastStatus());
     }
     FailCreationAfter(-1);

@@ -1,0 +1,406 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <functional>
+#include <memory>
+
+#include "VelonFeatures/Project/Core/JobTicket.h"
+#include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
+#include "VelonFeatures/Project/Core/ZUBJobTicket.h"
+#include "ZUBUtils/PPDUtils/CFDataStream.h"
+#include "ZUBUtils/PPDUtils/Settings.h"
+#include "tests/VelonFeatures/Project/Core/CoreFixture.h"
+
+namespace {
+
+struct ReleasePPD {
+    void operator()(ZUBPPD* ppd) const { ppd->Release(); }
+};
+using PPDPtr = std::unique_ptr<ZUBPPD, ReleasePPD>;
+
+// "yes", or the status with which it failed.
+std::string Outcome(bool done, ZUBJobTicket const& ticket) {
+    return done ? "yes" : std::to_string(ticket.LastStatus());
+}
+
+class ChoicesTest : public CoreFixture {
+  protected:
+    ChoicesTest() {
+        mSession.SetPPD(TestSession::Head() + TestSession::InstallableGroup() +
+                        TestSession::Popup("Duplex") + TestSession::Popup("Sort") +
+                        TestSession::Popup("Orphan", "Dynamic", true) +
+                        TestSession::Popup("Tray", "Dynamic", false, "ZUPPInstallableOptions"));
+    }
+    PPDPtr Parse() const { return PPDPtr(new ZUBPPD(URL(), kParseAll, nullptr)); }
+    CFRef<CFURLRef> URL() const { return FileURL(mSession.Path("demo.ppd")); }
+    static void Choose(ZUBPPD& ppd, char const* keyword) {
+        ControlOf(ppd, keyword)->SetCurrentControlWithCFString(CFSTR("B"));
+    }
+    // The values of Duplex, Sort, Tray and Orphan.
+    static std::string Values(ZUBPPD& ppd) {
+        std::string values;
+        for (char const* keyword : {"*Duplex", "*Sort", "*Tray", "*Orphan"}) {
+            values += ValueOf(ppd, keyword);
+        }
+        return values;
+    }
+    // What lies under a key of the settings: "*Duplex=A ..." by the four keywords.
+    std::string Stored(CFStringRef key) const {
+        CFDictionaryRef choices = nullptr;
+        PMTicketGetCFDictionary(mSession.Settings(), 0, 0, key, &choices);
+        std::string text;
+        for (CFStringRef keyword :
+             {CFSTR("*Duplex"), CFSTR("*Sort"), CFSTR("*Tray"), CFSTR("*Orphan")}) {
+            if (CFTypeRef const value = CFDictionaryGetValue(choices, keyword); value != nullptr) {
+                text += Text(keyword) + "=" + Text(static_cast<CFStringRef>(value)) + " ";
+            }
+        }
+        return text;
+    }
+    void StoreXML(CFStringRef key, std::string const& xml) const {
+        CFRef<CFDataRef> const data(CFDataCreate(nullptr,
+                                                 reinterpret_cast<std::uint8_t const*>(xml.data()),
+                                                 static_cast<CFIndex>(xml.size())));
+        CFRef<CFPropertyListRef> const item(
+            CFPropertyListCreateFromXMLData(nullptr, data, kCFPropertyListImmutable, nullptr));
+        ASSERT_TRUE(item);
+        PMTicketSetItem(mSession.Settings(), CFSTR("test"), key, item, false);
+    }
+    static CFRef<CFMutableArrayRef> Keywords() {
+        CFRef<CFMutableArrayRef> keywords(CFArrayCreateMutable(nullptr, 0));
+        for (CFTypeRef keyword :
+             {static_cast<CFTypeRef>(CFSTR("*Tray")), static_cast<CFTypeRef>(kCFBooleanTrue),
+              static_cast<CFTypeRef>(CFSTR("*Absent")), static_cast<CFTypeRef>(CFSTR("*Duplex")),
+              static_cast<CFTypeRef>(CFSTR("*Tray"))}) {
+            CFArrayAppendValue(keywords, keyword);
+        }
+        return keywords;
+    }
+
+    PrintSettingsTicket mSettings{mSession.Get()};
+    CFRef<CFStringRef> mKey{CreatePostscriptDataFileKey()};
+    ZUBJobTicket mTicket{&mSettings, mKey};
+};
+
+TEST_F(ChoicesTest, AllChoicesComeBackUnderTheirKeyButForWhatIsInstalled) {
+    PPDPtr const source = Parse();
+    for (char const* keyword : {"*Duplex", "*Tray", "*Orphan"}) {
+        Choose(*source, keyword);
+    }
+    ASSERT_TRUE(mTicket.SavePPDForAllKeys(source.get(), CFSTR("one")));
+    EXPECT_EQ("*Duplex=B *Sort=A *Tray=B ", Stored(CFSTR("one"))) << "no orphan in a dialog";
+    struct {
+        CFStringRef bundleID;
+        CFStringRef printerKey;
+        char const* outcome;
+        char const* values;
+    } const cases[] = {{CFSTR("one"), nullptr, "yes", "BAAA"},
+                       {CFSTR("two"), CFSTR("one"), "yes", "BAAA"},
+                       {CFSTR("one"), CFSTR("two"), "-9589", "AAAA"},
+                       {nullptr, CFSTR("One"), "-9589", "AAAA"},
+                       {nullptr, nullptr, "-9589", "AAAA"}};
+    for (auto const& row : cases) {
+        PPDPtr const target = Parse();
+        bool const done = mTicket.RestorePPDForAllKeys(target.get(), row.bundleID, row.printerKey);
+        EXPECT_EQ(row.outcome, Outcome(done, mTicket));
+        EXPECT_EQ(row.values, Values(*target));
+    }
+    // After a commit orphans count.
+    DisplayOptions::Options(kDisplayAll);
+    ASSERT_TRUE(mTicket.SavePPDForAllKeys(source.get(), CFSTR("one")));
+    EXPECT_EQ("*Duplex=B *Sort=A *Tray=B *Orphan=B ", Stored(CFSTR("one")));
+}
+
+TEST_F(ChoicesTest, ChoicesOfSomeKeywordsTakeInWhatIsInstalled) {
+    PPDPtr const source = Parse();
+    for (char const* keyword : {"*Duplex", "*Sort", "*Tray"}) {
+        Choose(*source, keyword);
+    }
+    CFRef<CFMutableArrayRef> const keywords = Keywords();
+    ASSERT_TRUE(mTicket.SavePPDForKeys(source.get(), CFSTR("some"), keywords));
+    EXPECT_EQ("*Duplex=B *Tray=B ", Stored(CFSTR("some")));
+    PPDPtr const target = Parse();
+    EXPECT_FALSE(mTicket.RestorePPDForKeys(target.get(), CFSTR("other"), keywords));
+    EXPECT_EQ(kPMKeyNotFound, mTicket.LastStatus());
+    EXPECT_EQ("AAAA", Values(*target));
+    ASSERT_TRUE(mTicket.RestorePPDForKeys(target.get(), CFSTR("some"), keywords));
+    EXPECT_EQ("BABA", Values(*target));
+    // Only what is asked for, also out of a larger dictionary.
+    ASSERT_TRUE(mTicket.SavePPDForAllKeys(source.get(), CFSTR("some")));
+    PPDPtr const fresh = Parse();
+    ASSERT_TRUE(mTicket.RestorePPDForKeys(fresh.get(), CFSTR("some"), keywords));
+    EXPECT_EQ("BABA", Values(*fresh));
+}
+
+TEST_F(ChoicesTest, OnlyTextsThatAControlHasAreTaken) {
+    struct {
+        char const* item;
+        char const* outcome;
+        char const* values;  // by all keys, which leave *Tray alone
+    } const cases[] = {
+        {"<dict/>", "yes", "AAAA"},
+        {"<dict><key>*Duplex</key><integer>1</integer><key>*Sort</key><string>B</string></dict>",
+         "yes", "ABAA"},
+        {"<dict><key>*Duplex</key><array><string>B</string></array>"
+         "<key>*Sort</key><true/></dict>",
+         "yes", "AAAA"},
+        {"<dict><key>*Duplex</key><string>C</string><key>*Sort</key><string></string>"
+         "<key>*Absent</key><string>B</string><key>*duplex</key><string>B</string></dict>",
+         "yes", "AAAA"},
+        {"<string>*Duplex</string>", "-9591", "AAAA"},
+        {"<array><string>B</string></array>", "-9591", "AAAA"},
+    };
+    CFRef<CFMutableArrayRef> const keywords = Keywords();
+    for (auto const& row : cases) {
+        StoreXML(CFSTR("key"), std::string("<plist version=\"1.0\">") + row.item + "</plist>");
+        PPDPtr const all = Parse();
+        EXPECT_EQ(row.outcome,
+                  Outcome(mTicket.RestorePPDForAllKeys(all.get(), CFSTR("key"), nullptr), mTicket))
+            << row.item;
+        EXPECT_EQ(row.values, Values(*all)) << row.item;
+        PPDPtr const some = Parse();
+        EXPECT_EQ(row.outcome,
+                  Outcome(mTicket.RestorePPDForKeys(some.get(), CFSTR("key"), keywords), mTicket))
+            << row.item;
+        EXPECT_EQ("AAAA", Values(*some)) << row.item;
+    }
+}
+
+TEST_F(ChoicesTest, WithoutSettingsOrPPDNothingIsDone) {
+    PPDPtr const ppd = Parse();
+    CFRef<CFMutableArrayRef> const keywords = Keywords();
+    CFRef<CFURLRef> const url = URL();
+    TestSession noTicket;
+    noTicket.RemoveTicket("PMPrintSettingsTicket");
+    PrintSettingsTicket noSettings(noTicket.Get());
+    using Operation = std::function<bool(ZUBJobTicket&, ZUBPPD*)>;
+    Operation const operations[] = {
+        [](ZUBJobTicket& ticket, ZUBPPD* p) { return ticket.SavePPDForAllKeys(p, CFSTR("k")); },
+        [&](ZUBJobTicket& ticket, ZUBPPD* p) {
+            return ticket.SavePPDForKeys(p, CFSTR("k"), keywords);
+        },
+        [&](ZUBJobTicket& ticket, ZUBPPD* p) { return ticket.SavePPD(p, CFSTR("k"), url); },
+        [](ZUBJobTicket& ticket, ZUBPPD* p) {
+            return ticket.RestorePPDForAllKeys(p, CFSTR("k"), nullptr);
+        },
+        [&](ZUBJobTicket& ticket, ZUBPPD* p) {
+            return ticket.RestorePPDForKeys(p, CFSTR("k"), keywords);
+        },
+    };
+    for (std::size_t i = 0; i < std::size(operations); ++i) {
+        EXPECT_FALSE(operations[i](mTicket, nullptr)) << i;
+        for (PrintSettingsTicket* settings :
+             {static_cast<PrintSettingsTicket*>(nullptr), &noSettings}) {
+            ZUBJobTicket ticket(settings, mKey);
+            EXPECT_EQ(std::to_string(kNoTicket), Outcome(operations[i](ticket, ppd.get()), ticket))
+                << i;
+        }
+    }
+    EXPECT_FALSE(mTicket.SavePPDForKeys(ppd.get(), CFSTR("k"), nullptr));
+    EXPECT_FALSE(mTicket.RestorePPDForKeys(ppd.get(), CFSTR("k"), nullptr));
+    EXPECT_EQ(nullptr, mTicket.RestorePPD(CFSTR("k"), url));
+    EXPECT_EQ(nullptr, ZUBJobTicket(nullptr, mKey).RestorePPD(CFSTR("k"), url));
+    PMTicketSetSInt32(mSession.Settings(), CFSTR("test"), CFSTR("k"), 5, true);
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(std::to_string(kPMItemIsLocked),
+                  Outcome(operations[i](mTicket, ppd.get()), mTicket))
+            << i;
+    }
+}
+
+// ---- The PPD as an archive ----
+
+class ArchiveInTicketTest : public ChoicesTest {
+  protected:
+    ArchiveInTicketTest() { GetBundleRef(); }
+    PPDPtr Restore(CFURLRef url) { return PPDPtr(mTicket.RestorePPD(mPDEKey, url)); }
+    std::string XML() {
+        CFDataRef xml = nullptr;
+        mSettings.Get(mPDEKey, xml);
+        auto const* const bytes = reinterpret_cast<char const*>(CFDataGetBytePtr(xml));
+        return {bytes, bytes + CFDataGetLength(xml)};
+    }
+    void Store(std::string const& xml) {
+        CFRef<CFDataRef> const data(CFDataCreate(nullptr,
+                                                 reinterpret_cast<std::uint8_t const*>(xml.data()),
+                                                 static_cast<CFIndex>(xml.size())));
+        mSettings.Set(mPDEKey, mPDEKey, data, false);
+    }
+    static std::string XMLOf(CFPropertyListRef list) {
+        CFRef<CFDataRef> const xml(CFPropertyListCreateXMLData(nullptr, list));
+        auto const* const bytes = reinterpret_cast<char const*>(CFDataGetBytePtr(xml));
+        return {bytes, bytes + CFDataGetLength(xml)};
+    }
+    static std::string XMLOf(Settings& settings) {
+        CFDataStream stream;
+        EXPECT_EQ(noErr, settings.Save(&stream));
+        return XMLOf(stream.Data());
+    }
+
+    CFStringRef mPDEKey = CFSTR("com.example.any.PInf");
+};
+
+TEST_F(ArchiveInTicketTest, ThePPDComesBackWithItsValuesForAnAcceptedFileOnly) {
+    CFRef<CFURLRef> const url = URL();
+    {
+        PPDPtr const source = Parse();
+        Choose(*source, "*Duplex");
+        Choose(*source, "*Tray");
+        ASSERT_TRUE(mTicket.SavePPD(source.get(), mPDEKey, url));
+    }
+    mSession.SetPPD("*PPD-Adobe: \"4.3\"\n*PCFileName: \"OTHER.PPD\"\n", "other.ppd");
+    struct {
+        CFRef<CFURLRef> url;
+        char const* values;
+    } const cases[] = {{url, "BABA"},
+                       {FileURL(mSession.Path("other.ppd")), ""},
+                       {FileURL(mSession.Path("absent.ppd")), ""},
+                       {CFRef<CFURLRef>(), ""}};
+    long const before = LiveObjectCount();
+    for (auto const& row : cases) {
+        PPDPtr const ppd = Restore(row.url);
+        EXPECT_EQ(row.values, ppd == nullptr ? "" : Values(*ppd));
+    }
+    EXPECT_EQ(before, LiveObjectCount());
+    // The bundle has the list of printers; without it no file is accepted.
+    MyFreeBundle();
+    EXPECT_EQ(nullptr, Restore(url));
+}
+
+TEST_F(ArchiveInTicketTest, WhatIsNoWholeArchiveGivesNoPPD) {
+    CFRef<CFURLRef> const url = URL();
+    PPDPtr const source = Parse();
+    ASSERT_TRUE(mTicket.SavePPD(source.get(), mPDEKey, url));
+    std::string const whole = XML();
+    CFRef<CFDataRef> const xml(CFDataCreate(nullptr,
+                                            reinterpret_cast<std::uint8_t const*>(whole.data()),
+                                            static_cast<CFIndex>(whole.size())));
+    CFRef<CFPropertyListRef> const list(
+        CFPropertyListCreateFromXMLData(nullptr, xml, kCFPropertyListImmutable, nullptr));
+    auto const archive = static_cast<CFDataRef>(list.Get());
+    Settings empty;
+    Settings headless;
+    unsigned long const tag = 0x54455354;
+    long const id = 1;
+    headless.Add(tag, id, "text", 4);
+    std::string const cases[] = {
+        "",
+        "no property list",
+        whole.substr(0, whole.size() / 2),
+        XMLOf(CFSTR("text")),
+        XMLOf(Keywords().Get()),
+        XMLOf(CFRef<CFDataRef>(CFDataCreate(nullptr, nullptr, 0)).Get()),
+        XMLOf(empty),
+        XMLOf(headless),
+    };
+    long const before = LiveObjectCount();
+    for (std::string const& content : cases) {
+        Store(content);
+        EXPECT_EQ(nullptr, Restore(url)) << content;
+    }
+    for (CFIndex length = 1; length < CFDataGetLength(archive); length += 13) {
+        CFRef<CFDataRef> const cut(CFDataCreate(nullptr, CFDataGetBytePtr(archive), length));
+        Store(XMLOf(cut.Get()));
+        EXPECT_EQ(nullptr, Restore(url)) << length;
+    }
+    EXPECT_EQ(before, LiveObjectCount());
+    Store(whole);
+    EXPECT_NE(nullptr, Restore(url)) << "it is the content that was refused";
+    StoreXML(mPDEKey, "<plist version=\"1.0\"><string>wrong type</string></plist>");
+    EXPECT_EQ(nullptr, Restore(url));
+    EXPECT_EQ(kPMDataFormatError, mTicket.LastStatus());
+}
+
+TEST_F(ArchiveInTicketTest, ALackOfMemoryAnywhereKeepsTheSettingsAndLeaksNothing) {
+    CFRef<CFURLRef> const url = URL();
+    PPDPtr const source = Parse();
+    ASSERT_TRUE(mTicket.SavePPD(source.get(), mPDEKey, url));
+    std::string const former = XML();
+    Choose(*source, "*Duplex");
+    long const before = LiveObjectCount();
+    bool saved = false;
+    long failures = 0;
+    for (; !saved; ++failures) {
+        ASSERT_LT(failures, 10000);
+        FailCreationAfter(failures);
+        saved = mTicket.SavePPD(source.get(), mPDEKey, url);
+        FailCreationAfter(-1);
+        EXPECT_EQ(saved, XML() != former) << failures;
+        EXPECT_EQ(saved ? noErr : memFullErr, mTicket.LastStatus()) << failures;
+        EXPECT_EQ(before, LiveObjectCount()) << failures;
+    }
+    EXPECT_GT(failures, 1);
+    // A smaller tree may come back, but nothing stays behind.
+    int refused = 0;
+    for (long n = 0; n < 60; ++n) {
+        FailCreationAfter(n);
+        refused += Restore(url) == nullptr ? 1 : 0;
+        FailCreationAfter(-1);
+        EXPECT_EQ(before, LiveObjectCount()) << n;
+    }
+    EXPECT_GT(refused, 2);
+}
+
+// ---- The job data file where it can't be written ----
+
+class ResourceLimit {
+  public:
+    ResourceLimit(int resource, rlim_t limit) : mResource(resource) {
+        getrlimit(Resource(), &mOld);
+        rlimit const limited = {limit, mOld.rlim_max};
+        setrlimit(Resource(), &limited);
+    }
+    ResourceLimit(ResourceLimit const&) = delete;
+    ResourceLimit& operator=(ResourceLimit const&) = delete;
+    ~ResourceLimit() { setrlimit(Resource(), &mOld); }
+
+  private:
+    __rlimit_resource Resource() const { return static_cast<__rlimit_resource>(mResource); }
+
+    int mResource;
+    rlimit mOld = {};
+};
+
+TEST_F(ChoicesTest, AJobThatCannotBeWrittenLeavesTheFormerOneInPlace) {
+    struct {
+        int resource;
+        rlim_t limit;
+        OSStatus status;
+    } const cases[] = {{RLIMIT_FSIZE, 100, EFBIG},   // the disk is full
+                       {RLIMIT_FSIZE, 0, EFBIG},     // and was before
+                       {RLIMIT_NOFILE, 0, EMFILE}};  // no file can be made
+    mTicket.Add(kFeatureSite, "first");
+    ASSERT_TRUE(mTicket.Save(CFSTR("client")));
+    std::string const first = mSession.JobFile();
+    mTicket.Add(kFeatureSite, "second");
+    auto* const handler = std::signal(SIGXFSZ, SIG_IGN);
+    for (auto const& row : cases) {
+        bool saved = true;
+        {
+            ResourceLimit const limit(row.resource, row.limit);
+            saved = mTicket.Save(CFSTR("client"));
+        }
+        EXPECT_FALSE(saved);
+        EXPECT_EQ(row.status, mTicket.LastStatus());
+        EXPECT_EQ(first, mSession.JobFile());
+    }
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ((TestSession::Pairs{{81, "first"}}), mSession.TakeJob());
+    EXPECT_TRUE(mTicket.Save(CFSTR("client"))) << "there is room again";
+    EXPECT_EQ((TestSession::Pairs{{81, "first"}, {81, "second"}}), mSession.TakeJob());
+}
+
+TEST_F(ChoicesTest, EverybodyMayReadAndWriteTheJob) {
+    mTicket.Add(kFeatureSite, "text");
+    mode_t const former = umask(077);
+    bool const saved = mTicket.Save(CFSTR("client"));
+    umask(former);
+    ASSERT_TRUE(saved);
+    struct stat status = {};
+    ASSERT_EQ(0, stat(mSession.JobFile().c_str(), &status));
+    EXPECT_EQ(0666U, status.st_mode & 07777U);
+}
+
+}  // namespace

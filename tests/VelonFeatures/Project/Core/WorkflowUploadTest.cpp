@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <map>
+
+#include "VelonFeatures/Project/Core/WorkflowLibrary.h"
+#include "tests/VelonFeatures/Project/Core/JobFixture.h"
+
+namespace {
+
+class WorkflowUploadTest : public JobFixture {
+  protected:
+    using Fields = std::map<std::string, std::string>;
+
+    WorkflowUploadTest() {
+        setenv("FAKE_WORKFLOW", mSession.Path("").c_str(), 1);
+        UseLibrary("answers");
+    }
+    ~WorkflowUploadTest() override {
+        gWorkflowLibraryPath = mFormerPath;
+        unsetenv("FAKE_WORKFLOW");
+    }
+
+    void UseLibrary(std::string const& kind) {
+        mPath = FAKE_WORKFLOW_PREFIX + kind + ".so";
+        gWorkflowLibraryPath = mPath.c_str();
+    }
+    static Fields AllFields() {
+        return {{"ZUUserName", "klaus"},
+                {"ZUUserPassword", "secret"},
+                {"ZUIP", "10.0.0.1"},
+                {"ZUWorkflowName", "Proof and Print"},
+                {"ZUWorkflowFolder", "/Jobs/Incoming"}};
+    }
+    // Two options take the identifier: one any number, the other only what it has.
+    void OpenWith(Fields const& fields, bool hasServer = true, bool isTwoWay = true,
+                  std::string const& lines = "") {
+        std::string ppd = TestSession::Head() + lines + TestSession::Popup("Duplex") +
+                          Range("ZUSarnokeJobId", "0;99999;1;5") +
+                          TestSession::Popup("ZUSKNewJobID", "Dynamic", true);
+        for (auto const& [keyword, value] : fields) {
+            ppd += SpecialOption(keyword, value);
+        }
+        Open(hasServer ? ppd + SpecialOption("Brennal", "2.0") : ppd);
+        SetTwoWay(isTwoWay);
+        for (char const* identifier : {"4711", "4712"}) {
+            Give("*ZUSKNewJobID", identifier);
+        }
+        ControlOf(*mPPD, "*ZUSKNewJobID")->SetCurrentControlWithCFString(CFSTR("A"));
+    }
+    void SetIdentifier(std::string const& bytes) {
+        std::ofstream(mSession.Path("identifier"), std::ios::binary) << bytes;
+    }
+    void SetJobName(std::string const& name) {
+        PMTicketSetCFString(mSession.Settings(), CFSTR("test"),
+                            CFSTR("com.apple.print.JobInfo.PMJobName"), Str(name), false);
+    }
+    // What the library was asked since the last call.
+    std::string TakeLog() {
+        std::string const log = ReadFile(mSession.Path("log"));
+        unlink(mSession.Path("log").c_str());
+        return log;
+    }
+    std::string Identifiers() {
+        return ValueOf(*mPPD, "*ZUSarnokeJobId") + " " + ValueOf(*mPPD, "*ZUSKNewJobID");
+    }
+    static Texts FeatureCode(std::string const& identifier) {
+        return {"%%BeginFeature: *ZUSarnokeJobId " + identifier + "\n" + identifier +
+                    "\n%%EndFeature\n",
+                "%%BeginFeature: *ZUSKNewJobID " + identifier + "\n\n%%EndFeature\n"};
+    }
+
+    static constexpr char kOpen[] = "open 10.0.0.1|klaus|secret|english|0\n";
+
+  private:
+    char const* const mFormerPath = gWorkflowLibraryPath;
+    std::string mPath;
+};
+
+TEST_F(WorkflowUploadTest, EachCommitMakesAJobWhoseIdentifierIsInTheCode) {
+    OpenWith(AllFields());
+    SetJobName("Angebot f\u00FCr M\u00FCller");
+    for (char const* identifier : {"4711", "4712"}) {
+        SetIdentifier(identifier);
+        EXPECT_EQ(FeatureCode(identifier), Features());
+        EXPECT_EQ("loaded\n" + std::string(kOpen) +
+                      "create session|/Jobs/Incoming|Angebot f\u00FCr M\u00FCller|"
+                      "/tmp/Proof and Print.xml\nclose session\nunloaded\n",
+                  TakeLog());
+        EXPECT_EQ(std::string(identifier) + " " + identifier, Identifiers());
+    }
+}
+
+TEST_F(WorkflowUploadTest, NothingIsLoadedWithoutAServerOrTheWayToIt) {
+    struct {
+        bool hasServer;
+        bool isTwoWay;
+    } const cases[] = {{false, false}, {false, true}, {true, false}};
+    SetIdentifier("4711");
+    for (auto const& row : cases) {
+        OpenWith(AllFields(), row.hasServer, row.isTwoWay);
+        Job();
+        EXPECT_EQ("", TakeLog()) << row.hasServer << row.isTwoWay;
+        EXPECT_EQ("5 A", Identifiers());
+    }
+    OpenWith(AllFields());
+    UseLibrary("absent");
+    EXPECT_FALSE(WorkflowLibrary().IsLoaded());
+    Job();
+    EXPECT_EQ("5 A", Identifiers());
+}
+
+TEST_F(WorkflowUploadTest, AMissingOptionOpensNoSession) {
+    SetIdentifier("4711");
+    for (auto const& [keyword, value] : AllFields()) {
+        Fields fields = AllFields();
+        fields.erase(keyword);
+        OpenWith(fields);
+        Job();
+        EXPECT_EQ(std::string::npos, TakeLog().find("open")) << keyword;
+        EXPECT_EQ("5 A", Identifiers()) << keyword;
+    }
+    // An option that takes the identifier may be missing.
+    std::string ppd = TestSession::Head() + SpecialOption("Brennal", "2.0") +
+                      TestSession::Popup("Duplex") + Range("ZUSarnokeJobId", "0;99999;1;5");
+    for (auto const& [keyword, value] : AllFields()) {
+        ppd += SpecialOption(keyword, value);
+    }
+    Open(ppd);
+    EXPECT_EQ(Texts{FeatureCode("4711").front()}, Features());
+}
+
+TEST_F(WorkflowUploadTest, AServerOrALibraryThatLacksSomethingChangesNothing) {
+    std::string const create = "create session|/Jobs/Incoming||/tmp/Proof and Print.xml\n";
+    std::string const close = "close session\n";
+    struct {
+        char const* kind;
+        std::string log;
+        char const* identifiers;
+    } const cases[] = {
+        {"no_session", kOpen, "5 A"},
+        {"no_open", "", "5 A"},
+        {"no_create", kOpen + close, "5 A"},
+        {"no_close", kOpen + create, "4711 4711"},
+        {"answers", kOpen + create + close, "4711 4711"},
+    };
+    SetIdentifier("4711");
+    for (auto const& row : cases) {
+        OpenWith(AllFields());
+        UseLibrary(row.kind);
+        EXPECT_EQ(1U, At(Job(), 73).size()) << "the job goes on";
+        EXPECT_EQ("loaded\n" + row.log + "unloaded\n", TakeLog()) << row.kind;
+        EXPECT_EQ(row.identifiers, Identifiers()) << row.kind;
+    }
+    // Only a new job gives an identifier.
+    OpenWith(AllFields());
+    mData->UploadSarnokeXMLFiles(1);
+    EXPECT_EQ("loaded\n" + (kOpen + close) + "unloaded\n", TakeLog());
+    EXPECT_EQ("5 A", Identifiers());
+}
+
+TEST_F(WorkflowUploadTest, TextsWithoutRoomAreHandedOverEmpty) {
+    struct {
+        char const* keyword;
+        std::size_t room;
+    } const cases[] = {{"*ZUUserName", 127},
+                       {"*ZUUserPassword", 127},
+                       {"*ZUIP", 127},
+                       {"*ZUWorkflowName", 255},
+                       {"*ZUWorkflowFolder", 255}};
+    for (auto const& row : cases) {
+        for (bool const fits : {true, false}) {
+            Fields fields = AllFields();
+            fields.erase(row.keyword + 1);
+            OpenWith(fields, true, true, TestSession::Popup(row.keyword + 1));
+            std::string const text(fits ? row.room : row.room + 1, 'x');
+            Give(row.keyword, text);
+            Job();
+            std::string const log = TakeLog();
+            EXPECT_EQ(fits, log.find(text) != std::string::npos) << row.keyword << log;
+            EXPECT_EQ(fits, log.find(std::string(5, 'x')) != std::string::npos) << row.keyword;
+            EXPECT_NE(std::string::npos, log.find("create session")) << row.keyword;
+        }
+    }
+    for (std::size_t length : {255, 256}) {
+        OpenWith(AllFields());
+        std::string const name(length, 'n');
+        SetJobName(name);
+        Job();
+        std::string const expected = length == 255 ? "|" + name + "|" : "||";
+        EXPECT_NE(std::string::npos, TakeLog().find("/Jobs/Incoming" + expected)) << length;
+    }
+}
+
+TEST_F(WorkflowUploadTest, AnIdentifierIsTakenWhateverItLooksLike) {
+    std::string const longest(255, '9');
+    struct {
+        std::string bytes;
+        std::string identifiers;
+    } const cases[] = {
+        {"4712", "4712 4712"},
+        {"12 rest", "12 A"},
+        {"", "0 A"},
+        {std::string("4711\0junk", 9), "4711 4711"},
+        {"4711\xFF", "5 A"},
+        {std::string(256, '9'), "99999 " + longest},
+        {longest, "99999 " + longest},
+        {std::string(254, '9') + "\xC3\xBC", "5 A"},
+    };
+    for (auto const& row : cases) {
+        OpenWith(AllFields());
+        Give("*ZUSKNewJobID", longest);
+        ControlOf(*mPPD, "*ZUSKNewJobID")->SetCurrentControlWithCFString(CFSTR("A"));
+        SetIdentifier(row.bytes);
+        Job();
+        EXPECT_EQ(row.identifiers, Identifiers()) << row.bytes;
+    }
+}
+
+}  // namespace
