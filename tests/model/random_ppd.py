@@ -726,12 +726,12 @@ def make(seed):
     return Maker(seed).make()
 
 
-def main(argv=None):
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+def print_one(make_one, description):
+    """The file of one seed on standard output, as the command line asks."""
+    parser = argparse.ArgumentParser(description=description.splitlines()[0])
     parser.add_argument("--seed", type=int, required=True, metavar="N")
-    args = parser.parse_args(argv)
-    sys.stdout.buffer.write(make(args.seed))
+    sys.stdout.buffer.write(make_one(parser.parse_args().seed))
 
 
 if __name__ == "__main__":
-    main()
+    print_one(make, __doc__)

@@ -7,9 +7,9 @@ The same seed always gives the same bytes. A file is of one of three moods:
 size, and "dense" has so many rules that a search for a way out is long.
 """
 
-import argparse
 import random
-import sys
+
+import random_ppd
 
 HEAD = [b'*PPD-Adobe: "4.3"', b"*LanguageVersion: English",
         b"*LanguageEncoding: ISOLatin1", b"*%ZUBPropPage Page/Page: True",
@@ -209,12 +209,5 @@ def make(seed):
     return Maker(seed).make()
 
 
-def main(argv=None):
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--seed", type=int, required=True, metavar="N")
-    args = parser.parse_args(argv)
-    sys.stdout.buffer.write(make(args.seed))
-
-
 if __name__ == "__main__":
-    main()
+    random_ppd.print_one(make, __doc__)

@@ -1,0 +1,391 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
+"""A second assembly of the job, independent of the product's own.
+
+A `Dialog` is one run of the dialog on one PPD: it starts from the tickets of
+the last one, takes choices, and makes the pairs of site and bytes at each
+commit. Run by itself the program takes the main arguments of `zubprint print
+--pairs` and prints the same document.
+"""
+
+import argparse
+import dataclasses
+import json
+import plistlib
+import sys
+
+from inspect_model import (CustomPageSize, Item, NoSuchControl, Popup, Range,
+                           Reader, SpecialOption, latin, to_long)
+
+HELD_BACK, FEATURE, COMMENT, DESTINATION = -9, 81, 501, 900
+CLOSING = (72, 73)
+SHORT = 256
+
+SPECIALS = (b"*ZUOutProfile", b"*ZUSimulation", b"*ZURGBOverride")
+NO_DRIVER_UI = {b"NoVelonDriverUI", b"DriverUserDisplayHidden"}
+APART = (b"*ZUScale", b"*ZUPrintSize", b"*ZUOrientation", b"*Collate")
+
+N_UP_RESET = (
+    b"%%Begin ZUBDoing_N_Up \n userdict /VelonKTdict known \n { \n"
+    b"  VelonKTdict /ZUBDoing_N_Up known \n"
+    b"  { 1 false VelonKTdict /ZUBDoing_N_Up get exec } if \n } if \n%%End \n")
+ORIENTATION_FALSE = b"%%BeginFeature: *ZUOrientation False\n%%EndFeature\n"
+SAME_SIZE = (b"%%BeginFeature: *ZUPrintSize SameAsPageSize\n\n"
+             b"%%EndFeature\n")
+DYNAMIC = (b"%%%%BeginFeature: %s %s\n /KTXsetDynamicOption where\n"
+           b"        { pop (%s) (%s) KTXsetDynamicOption } if\n"
+           b"%%%%EndFeature\n")
+SCALE = (b"%%%%BeginFeature: *ZUScale %d\n"
+         b" userdict /KTXZUBsetpageproperties known {  << /KTXSetZUScale"
+         b" [ %d.%d%d ] >> KTXZUBsetpageproperties }"
+         b" { /KTXSetZUScale where { pop %d.%d%d KTXSetZUScale } if } ifelse"
+         b" \n%%%%EndFeature\n")
+CUSTOM_SIZE = (b"%%%%BeginFeature: *CustomPrintSize %.2f %.2f\n"
+               b"   userdict /KTXZUBsetpageproperties known\n"
+               b"   {<< /KTXsetPrintSize [ %.2f %.2f 0 0 1 ] >>"
+               b" KTXZUBsetpageproperties} if\n%%%%EndFeature\n")
+MARKER = b"%%ZUBDriver\n"
+CLOSING_MARKER = (b"%%EndVelonPreparse1: True\n/KTXPPDInsertionComplete where"
+                  b" { pop KTXPPDInsertionComplete } if\n")
+
+SETTINGS, PAGE_FORMAT = "PMPrintSettingsTicket", "PMPageFormatTicket"
+FEED_KEY = "com.apple.print.PrintSettings.PMPrimaryPaperFeed"
+ORIENTATION_KEY = "com.apple.print.PageFormat.PMOrientation"
+CHOICES_KEY = "com.zub.print.pde.645EBB97-CCEC-44A1-ADE0-29E4901A642D.%s.PInf"
+
+
+def plain_feature(key, value):
+    """The short text, or nothing if it is too long."""
+    text = b"%%BeginFeature: " + key + b" " + value + b"\n%%EndFeature\n"
+    return text if len(text) < SHORT else b""
+
+
+def is_special(keyword):
+    return any(s in keyword for s in SPECIALS)
+
+
+@dataclasses.dataclass
+class Host:
+    """What stands around the dialog, beside the tickets."""
+    two_way: bool = False
+    custom_paper: bool = False
+    process_name: str = "zubprint"
+    bundle_id: str = "com.zub.print"
+
+
+class Dialog:
+    def __init__(self, data, host=None, tickets=None):
+        self.host = host or Host()
+        self.ppd = Reader(data, 3, ["ZUB"])
+        self.doubts = list(self.ppd.doubts)
+        self.accepted = self.ppd.printer_name_valid and self.ppd.is_valid()
+        self.notes = {}
+        self.files = []
+        self.orphans_shown = False
+        if self.accepted:
+            self.version = self.ppd.header["ZUVersion"]
+            self.restore(tickets or {})
+            self.follow_orientation()
+            # Once for the session data, once for the session.
+            for _ in range(2):
+                self.prepare_specials()
+
+    def doubt(self, reason):
+        if reason not in self.doubts:
+            self.doubts.append(reason)
+
+    # -- looking up
+
+    def find(self, keyword):
+        return self.ppd.find(self.ppd.controls, keyword)
+
+    def special_option(self, keyword):
+        """The search lets orphans into all later walks."""
+        self.orphans_shown = True
+        return self.ppd.find([c for c in self.ppd.controls
+                              if isinstance(c, SpecialOption)], keyword)
+
+    def walk(self):
+        return [c for c in self.ppd.controls
+                if c.visible and (c.parent or self.orphans_shown)]
+
+    def has_value(self, keyword, text):
+        control = self.find(keyword)
+        value = control.value_text() if control else None
+        return value is not None and value.lower() == text.lower()
+
+    # -- start
+
+    def choices_key(self):
+        model = latin(self.ppd.header["ModelName"]) or "Demo"
+        return (CHOICES_KEY % model).replace(" ", "_")
+
+    def restore(self, tickets):
+        settings = tickets.get(SETTINGS, {})
+        choices = settings.get(self.choices_key(), {})
+        for control in self.walk():
+            value = choices.get(control.keyword.decode("mac_roman"))
+            installed = getattr(control, "installable", False)
+            if value is not None and not installed:
+                control.set_text(value)
+        self.pc_pairs = [
+            (settings.get("PCKey%d" % n, key),
+             settings.get("PCValue%d" % n, "-1"))
+            for n, key in enumerate(("*ZUPCMID", "*ZUPCName",
+                                     "*ZUCoverSizePCMID",
+                                     "*ZUCoverSizePCName"))]
+        count = min(255, settings.get(".MMKey", 0))
+        self.stored_pairs = [
+            (settings["MMKey%d" % n], settings["MMValue%d" % n])
+            for n in range(count) if "MMKey%d" % n in settings]
+        feed = settings.get(FEED_KEY, [])
+        self.paper_feed = feed[1].encode() if len(feed) > 1 else b""
+        self.orientation = tickets.get(PAGE_FORMAT, {}).get(ORIENTATION_KEY, 1)
+
+    def follow_orientation(self):
+        control = self.find(b"*ZUOrientation")
+        word = {1: "Portrait", 2: "Landscape", 3: "Portrait",
+                4: "Landscape"}.get(self.orientation)
+        if control and word:
+            control.set_text(word)
+
+    def prepare_specials(self):
+        """The present choice becomes an item of its own."""
+        other_kind = False
+        for keyword in SPECIALS:
+            control = self.find(keyword)
+            if control is None:
+                return
+            if not isinstance(control, Popup):
+                other_kind = True
+                continue
+            if other_kind:
+                self.doubt("a special control behind one that is no popup")
+            if control.value_text() is None:
+                self.doubt("a special control at no value")
+                continue
+            text = control.value_text()
+            control.items.append(Item(text.encode(), text, None))
+            control.select_keyword(text.encode())
+
+    def set_value(self, keyword, text):
+        return self.ppd.set_value(keyword, text)
+
+    # -- a commit
+
+    def add(self, site, data):
+        if data:
+            self.pairs.append((site, data))
+
+    def add_control(self, control):
+        self.add(FEATURE, control.post_script())
+
+    def commit(self):
+        self.pairs = []
+        self.select_paper_source()
+        for control in self.walk():
+            if control.keyword != b"*PageSize":
+                self.add(HELD_BACK, control.keyword)
+        self.special_option(b"*Brennal")
+        self.add_controls()
+        for pair in self.stored_pairs:
+            self.add(FEATURE, plain_feature(*(t.encode() for t in pair)))
+        for keyword in SPECIALS:
+            self.add_special(keyword)
+        self.add_scale()
+        if self.host.two_way:
+            self.add_pc_pairs()
+        self.add_print_size()
+        self.add_destination()
+        if (self.version or b"")[:1] != b"2":
+            self.add(COMMENT, MARKER)
+        for site in CLOSING:
+            self.add(site, CLOSING_MARKER)
+        self.add_utf8_version()
+        return self.pairs
+
+    def select_paper_source(self):
+        control = self.find(b"*InputSlot")
+        if self.paper_feed and isinstance(control, Popup):
+            control.select_keyword(self.paper_feed)
+        self.paper_feed = b""
+
+    def add_controls(self):
+        walk = self.walk()
+        if walk:
+            if walk[0].keyword != b"*Collate":
+                self.add_control(walk[0])
+            if "indesign" in self.host.bundle_id.lower() and \
+                    self.orientation not in (1, 3):
+                self.add(FEATURE, N_UP_RESET)
+        # Only ASCII letters have an upper case here.
+        name = self.host.process_name.encode().upper()
+        source = (b"%%BeginFeature: *ZUSourceAppType " + name +
+                  b"\n\n%%EndFeature\n")
+        if len(source) < SHORT:
+            self.add(FEATURE, source)
+        for control in walk[1:]:
+            keyword = control.keyword
+            if not is_special(keyword) and keyword not in APART:
+                self.add_control(control)
+            elif keyword == b"*ZUOrientation" and \
+                    not NO_DRIVER_UI.intersection(control.flags):
+                self.add(FEATURE, ORIENTATION_FALSE)
+
+    def add_special(self, keyword):
+        control, note = self.find(keyword), self.notes.get(keyword)
+        if note is not None and self.host.two_way:
+            text = DYNAMIC % (keyword, note, keyword, note)
+            if len(text) < 1024:
+                self.add(FEATURE, text.replace(b"EFBBBF", b"\xef\xbb\xbf"))
+        elif control:
+            if note is not None:
+                self.notes[keyword] = b""
+            self.add_control(control)
+
+    def add_scale(self):
+        control = next((c for c in self.ppd.controls
+                        if c.type == Range.type and c.keyword == b"*ZUScale"),
+                       None)
+        if control is None:
+            return
+        value = control.value
+        if value < 0:
+            self.doubt("a scale below 0")
+        digits = (value // 100, value // 10 % 10, value % 10)
+        self.add(FEATURE, SCALE % ((value,) + digits + digits))
+
+    def add_pc_pairs(self):
+        count = 0
+        for key, value in self.pc_pairs:
+            text = plain_feature(b"*" + key.encode(), value.encode())
+            if to_long(value.encode()) == -1:
+                continue
+            if not text:
+                self.doubt("a PC pair that is too long")
+            if self.ppd.header["LanguageVersion"] == b"Japanese":
+                text = text.decode().encode("shift_jis")
+            self.add(FEATURE, text)
+            count += 1
+        print_size = self.find(b"*ZUPrintSize")
+        if self.version is not None and self.version[:1] != b"3" or \
+                not count or print_size is None:
+            return
+        value = print_size.value_text()
+        if value is None or len(value.encode()) > 63:
+            self.doubt("a PC print size of no value or one too long")
+            return
+        if self.has_value(b"*ZUPrintSize", "CustomPrintSize"):
+            value = "CustomPageSize0"
+        self.add(FEATURE, plain_feature(b"*ZUPCPPDSize", value.encode()))
+
+    def add_print_size(self):
+        custom, print_size, page_size = (self.find(k) for k in (
+            b"*CustomPrintSize", b"*ZUPrintSize", b"*PageSize"))
+        if custom and self.has_value(b"*ZUPrintSize", "CustomPrintSize"):
+            if not isinstance(custom, CustomPageSize):
+                self.doubt("another control named as the custom page size")
+            else:
+                size = custom.width, custom.height
+                self.add(FEATURE, CUSTOM_SIZE % (size + size))
+        if not print_size or not page_size:
+            return
+        page = page_size.value_text()
+        if self.host.custom_paper:
+            self.add_control(print_size)
+        elif page is None:
+            self.doubt("a page size of no value")
+        elif print_size.value_text() is None:
+            # Whatever it counts as, it emits nothing.
+            pass
+        elif self.has_value(b"*ZUPrintSize", page):
+            self.add(FEATURE, SAME_SIZE)
+        else:
+            self.add_control(print_size)
+
+    def add_destination(self):
+        mailbox = self.find(b"*ZUMailboxName")
+        if mailbox and self.has_value(b"*ZUDestination", "File"):
+            path = mailbox.value_text()
+            if path:
+                self.add(DESTINATION, path.encode())
+                self.files.append(path)
+
+    def add_utf8_version(self):
+        option = self.special_option(b"*ZUUTF8_Version")
+        if option is None:
+            return
+        if len(option.value) > 127:
+            self.doubt("a UTF-8 version that is too long")
+        self.add(COMMENT, b"%%ZUUTF8_Version: " + option.value + b" \n")
+
+    # -- what stays
+
+    def choices(self):
+        return {c.keyword.decode("mac_roman"): c.value_text()
+                for c in self.walk() if c.value_text() is not None}
+
+    def kept(self, tickets):
+        """The tickets as the next dialog finds them."""
+        return {**tickets, SETTINGS: {**tickets.get(SETTINGS, {}),
+                                      self.choices_key(): self.choices()}}
+
+
+def with_options(tickets, orientation=None, paper_feed=None):
+    """The tickets with what the command line gives for them."""
+    tickets = {SETTINGS: {}, PAGE_FORMAT: {}, **tickets}
+    if orientation is not None:
+        tickets[PAGE_FORMAT] = {**tickets[PAGE_FORMAT],
+                                ORIENTATION_KEY: orientation}
+    if paper_feed is not None:
+        tickets[SETTINGS] = {**tickets[SETTINGS],
+                             FEED_KEY: [paper_feed] * 2}
+    return tickets
+
+
+def document(pairs):
+    return [{"site": site, "text": latin(data)} for site, data in pairs]
+
+
+def main(argv=None):
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--ppd", required=True)
+    parser.add_argument("--set", action="append", default=[],
+                        metavar="KEY=VALUE", dest="settings")
+    parser.add_argument("--tickets", metavar="FILE", help="only read")
+    parser.add_argument("--orientation", type=int)
+    parser.add_argument("--paper-feed")
+    parser.add_argument("--commits", type=int, default=1)
+    parser.add_argument("--address")
+    parser.add_argument("--custom-paper", action="store_true")
+    parser.add_argument("--process-name", default=Host.process_name)
+    parser.add_argument("--bundle-id", default=Host.bundle_id)
+    args = parser.parse_args(argv)
+    tickets = {}
+    if args.tickets:
+        with open(args.tickets, "rb") as file:
+            tickets = plistlib.load(file)
+    with open(args.ppd, "rb") as file:
+        dialog = Dialog(file.read(), Host(
+            args.address is not None, args.custom_paper, args.process_name,
+            args.bundle_id),
+            with_options(tickets, args.orientation, args.paper_feed))
+    if not dialog.accepted:
+        print(f"{args.ppd} isn't taken", file=sys.stderr)
+        return 3
+    try:
+        for setting in args.settings:
+            dialog.set_value(*setting.split("=", 1))
+    except NoSuchControl as e:
+        print(f"{args.ppd} has no control {e}", file=sys.stderr)
+        return 1
+    for _ in range(args.commits):
+        pairs = dialog.commit()
+    print(json.dumps(document(pairs), indent=2))
+    for reason in dialog.doubts:
+        print(f"unsettled: {reason}", file=sys.stderr)
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
