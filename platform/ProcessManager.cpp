@@ -69,14 +69,15 @@ std::string FirstArgument(std::uint32_t process) {
 
 // Empty when there is no such process.
 std::string NameOfProcess(std::uint32_t process) {
-    {
+    bool const isOwn = process == static_cast<std::uint32_t>(getpid());
+    if (isOwn) {
         std::lock_guard const lock(gMutex);
-        if (gOwnName != nullptr && process == static_cast<std::uint32_t>(getpid())) {
+        if (gOwnName != nullptr) {
             return *gOwnName;
         }
     }
     std::string name;
-    if (!IsRunning(process) || ReadWholeFile(ProcessFile(process, "comm"), name) != 0) {
+    if ((!isOwn && !IsRunning(process)) || ReadWholeFile(ProcessFile(process, "comm"), name) != 0) {
         return {};
     }
     if (name.ends_with('\n')) {

@@ -272,12 +272,13 @@ class Dialog:
                 not count or print_size is None:
             return
         value = print_size.value_text()
-        if value is None or len(value.encode()) > 63:
-            self.doubt("a PC print size of no value or one too long")
+        if value is None:
+            self.doubt("a PC print size of no value")
             return
         if self.has_value(b"*ZUPrintSize", "CustomPrintSize"):
             value = "CustomPageSize0"
-        self.add(FEATURE, plain_feature(b"*ZUPCPPDSize", value.encode()))
+        if len(value.encode()) <= 63:
+            self.add(FEATURE, plain_feature(b"*ZUPCPPDSize", value.encode()))
 
     def add_print_size(self):
         custom, print_size, page_size = (self.find(k) for k in (
@@ -307,17 +308,14 @@ class Dialog:
         mailbox = self.find(b"*ZUMailboxName")
         if mailbox and self.has_value(b"*ZUDestination", "File"):
             path = mailbox.value_text()
-            if path:
+            if path and len(path.encode()) <= 1023:
                 self.add(DESTINATION, path.encode())
                 self.files.append(path)
 
     def add_utf8_version(self):
         option = self.special_option(b"*ZUUTF8_Version")
-        if option is None:
-            return
-        if len(option.value) > 127:
-            self.doubt("a UTF-8 version that is too long")
-        self.add(COMMENT, b"%%ZUUTF8_Version: " + option.value + b" \n")
+        if option and len(option.value) <= 127:
+            self.add(COMMENT, b"%%ZUUTF8_Version: " + option.value + b" \n")
 
     # -- what stays
 

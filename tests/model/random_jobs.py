@@ -133,7 +133,8 @@ class Maker:
         for line, chance in ((b"*Brennal: 1", 0.2),
                              (b"*ZUUTF8_Version: 1.0", 0.25),
                              (b"*ZUUTF8_Version: two words", 0.1),
-                             (b"*ZUUTF8_Version: " + b"9" * 150, 0.03),
+                             (b"*ZUUTF8_Version: " + b"9" * 127, 0.02),
+                             (b"*ZUUTF8_Version: " + b"9" * 128, 0.02),
                              (b"*ZUKnows: x", 0.2),
                              (b"*ZUMailboxName: out/to you.ps", 0.2)):
             if self.chance(chance):

@@ -341,8 +341,11 @@ class Jobs(unittest.TestCase):
         self.assertNotIn(900, self.sites(where))
 
     def test_utf8_version(self):
-        pairs = dialog(option(b"*ZUUTF8_Version: 1.0")).commit()
-        self.assertEqual(pairs[-1], (501, b"%%ZUUTF8_Version: 1.0 \n"))
+        for text, sent in ((b"1.0", True), (b"9" * 127, True),
+                           (b"9" * 128, False)):
+            pairs = dialog(option(b"*ZUUTF8_Version: " + text)).commit()
+            line = 501, b"%%ZUUTF8_Version: " + text + b" \n"
+            self.assertEqual(pairs[-1] == line, sent)
 
 
 class NextDialogs(unittest.TestCase):

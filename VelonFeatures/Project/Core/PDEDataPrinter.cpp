@@ -212,7 +212,9 @@ bool PDEData::SetPPDShortcuts(PPDTree tree) {
     if (keywords == nullptr) {
         return false;
     }
-    for (std::int32_t i = 0; i < tree.mShortcutCount; ++i) {
+    auto const count = static_cast<std::size_t>(
+        std::clamp(tree.mShortcutCount, 0, static_cast<std::int32_t>(kTreeShortcuts)));
+    for (std::size_t i = 0; i < count; ++i) {
         std::strcpy(keywords[i], tree.mShortcuts[i]->mKeyword);
     }
     return mPrinterList->AddDataBlob(mPrinterName, tree.mShortcutCount, kQuickAccessBlock,
