@@ -3,12 +3,12 @@
 
 #include <algorithm>
 #include <charconv>
-#include <fstream>
-#include <iterator>
+#include <initializer_list>
 #include <set>
 
 #include "VelonFeatures/Project/Core/PostScriptInjectionSite.h"
 #include "host/HostFiles.h"
+#include "platform/CFRef.h"
 
 namespace {
 
@@ -82,13 +82,20 @@ class DSCDocument::Reader {
                 line.size() > 1 && line[0] == '%' &&
                 std::string_view(" \t\r\n").find(line[1]) == std::string_view::npos;
             bool const isEnd = line.starts_with("%%EndComments");
-            if (isEnd || !isComment || line.starts_with("%%Begin") || line.starts_with("%%Page:")) {
+            if (isEnd || !isComment || BeginsSection(line)) {
                 mDocument.mCommentsEnd = {former, isEnd};
                 mNext = isEnd ? mNext : former;
                 return;
             }
         }
         mDocument.mCommentsEnd = {mText.size(), false};
+    }
+
+    static bool BeginsSection(std::string_view line) {
+        return std::ranges::any_of(
+            std::initializer_list<std::string_view>{"%%Begin", "%%End", "%%Page:", "%%Trailer",
+                                                    "%%EOF"},
+            [line](std::string_view section) { return line.starts_with(section); });
     }
 
     // The next line with its end.
@@ -118,27 +125,33 @@ class DSCDocument::Reader {
 
     void TakeComment(std::string_view line) {
         if (line.starts_with("%%EndProlog")) {
-            mPrologEnd = std::min(mPrologEnd, mNext);
+            bool const isAhead = !mInSetup && mFirstPage == std::string::npos;
+            mPrologEnd = isAhead ? std::min(mPrologEnd, mNext) : mPrologEnd;
         } else if (line.starts_with("%%BeginSetup")) {
-            mInSetup = !mDocument.mSetupEnd.exists;
+            mInSetup =
+                mDocument.mSetupEnd.at == std::string::npos && mFirstPage == std::string::npos;
         } else if (line.starts_with("%%EndSetup") && mInSetup) {
+            mDocument.mSetupEnd = {mLine, true, false};
             LeaveSetup();
-            mDocument.mSetupEnd = {mLine, true};
         } else if (line.starts_with("%%Page:")) {
             LeaveSetup();
             mFirstPage = std::min(mFirstPage, mLine);
         } else if (line.starts_with("%%Trailer")) {
             LeaveSetup();
-            mDocument.mTrailer = {mLine, true};
+            mDocument.mTrailer = {mLine, true, false};
         } else if (line.starts_with("%%EOF")) {
+            LeaveSetup();
             mEndOfFile = mLine;
         } else {
             TakeFeature(line);
         }
     }
 
-    // A feature that isn't at its end by now stays.
+    // A feature that isn't at its end by now stays, and so does a setup without an end.
     void LeaveSetup() {
+        if (mInSetup && !mDocument.mSetupEnd.exists) {
+            mDocument.mSetupEnd = {mLine, false, true};
+        }
         mInSetup = false;
         mKeyword.clear();
     }
@@ -175,7 +188,9 @@ class DSCDocument::Reader {
         if (!mDocument.mTrailer.exists) {
             mDocument.mTrailer.at = std::min(mEndOfFile, mText.size());
         }
-        if (!mDocument.mSetupEnd.exists) {
+        mLine = mDocument.mTrailer.at;
+        LeaveSetup();
+        if (mDocument.mSetupEnd.at == std::string::npos) {
             std::size_t const behindProlog =
                 mPrologEnd != std::string::npos ? mPrologEnd : BehindHeader();
             mDocument.mSetupEnd.at = mFirstPage != std::string::npos ? mFirstPage : behindProlog;
@@ -207,8 +222,14 @@ Outcome DSCDocument::Read(std::string const& path) {
     if (Outcome outcome = HostFiles::CheckReadable(path); !outcome.Ok()) {
         return outcome;
     }
-    std::ifstream file(path, std::ios::binary);
-    mText.assign(std::istreambuf_iterator<char>(file), {});
+    CFRef<CFDataRef> data;
+    std::int32_t error = 0;
+    if (!CFURLCreateDataAndPropertiesFromResource(nullptr, HostFiles::URL(path, false),
+                                                  data.Receive(), &error)) {
+        return Outcome::Failed("can't read " + path + ": error " + std::to_string(error));
+    }
+    mText.assign(reinterpret_cast<char const*>(CFDataGetBytePtr(data)),
+                 static_cast<std::size_t>(CFDataGetLength(data)));
     std::string_view start = mText;
     start.remove_prefix(start.starts_with(kEndOfTransmission) ? 1 : 0);
     if (!start.starts_with(kSignature)) {
@@ -239,7 +260,8 @@ std::string DSCDocument::Merge(std::vector<JobDataFile::Pair> const& pairs) cons
     std::string const setup = TextOf(pairs, std::vector<int>{kFeatureSite}) +
                               TextOf(pairs, std::vector<int>{kFirstCopyMarkerSite});
     edits.push_back({mSetupEnd.at, mSetupEnd.at,
-                     mSetupEnd.exists ? setup : "%%BeginSetup\n" + setup + "%%EndSetup\n"});
+                     (mSetupEnd.exists || mSetupEnd.isOpen ? "" : "%%BeginSetup\n") + setup +
+                         (mSetupEnd.exists ? "" : "%%EndSetup\n")});
     edits.push_back({mTrailer.at, mTrailer.at,
                      TextOf(pairs, std::vector<int>{kSecondCopyMarkerSite}) +
                          (mTrailer.exists ? "" : "%%Trailer\n")});
@@ -248,12 +270,14 @@ std::string DSCDocument::Merge(std::vector<JobDataFile::Pair> const& pairs) cons
     std::string merged;
     std::size_t copied = 0;
     for (Edit const& edit : edits) {
-        merged.append(mText, copied, edit.begin - copied);
+        if (edit.begin > copied) {
+            merged.append(mText, copied, edit.begin - copied);
+        }
         if (!edit.text.empty() && !merged.empty() && !IsLineEnd(merged.back())) {
             merged += '\n';
         }
         merged += edit.text;
-        copied = edit.end;
+        copied = std::max(copied, edit.end);
     }
     return merged.append(mText, copied);
 }

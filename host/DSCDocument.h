@@ -33,6 +33,7 @@ class DSCDocument {
     struct Place {
         std::size_t at = std::string::npos;
         bool exists = false;
+        bool isOpen = false;  // it begins, but has no end
     };
     class Reader;
 

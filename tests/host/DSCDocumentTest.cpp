@@ -52,8 +52,13 @@ TEST_F(DSCDocumentTest, SectionsThatAreMissingAreMade) {
               "%!PS-Adobe-3.0\n%%Pages: 1\n" + comments + "/a 1 def\n" + made +
                   "%%Page: 1 1\nshowpage\nT\n%%Trailer\n"},
              {"%!PS-Adobe-3.0\n%%BeginSetup\na\n%%Page: 1 1\nshowpage",
-              "%!PS-Adobe-3.0\n" + comments + "%%BeginSetup\na\n" + made +
-                  "%%Page: 1 1\nshowpage\nT\n%%Trailer\n"},
+              "%!PS-Adobe-3.0\n" + comments + "%%BeginSetup\na\n" + kSetup +
+                  "%%EndSetup\n%%Page: 1 1\nshowpage\nT\n%%Trailer\n"},
+             {"%!PS-Adobe-3.0\n%%Pages: 0\n%%Trailer\n%%EOF\n",
+              "%!PS-Adobe-3.0\n%%Pages: 0\n" + comments + made + "T\n%%Trailer\n%%EOF\n"},
+             {"%!PS-Adobe-3.0\n%%Page: 1 1\n%%BeginSetup\n%%EndSetup\n",
+              "%!PS-Adobe-3.0\n" + comments + made +
+                  "%%Page: 1 1\n%%BeginSetup\n%%EndSetup\nT\n%%Trailer\n"},
              {"%!PS-Adobe-3.0", "%!PS-Adobe-3.0\n" + comments + made + "T\n%%Trailer\n"},
          }) {
         EXPECT_EQ(Merge(row.document), row.merged) << row.document;
@@ -94,8 +99,9 @@ TEST_F(DSCDocumentTest, AFeatureThatReachesOverTheSetupStays) {
               head + open + "X\n%%EndSetup\n" + rest);
     std::string const inTrailer = "%%Trailer\n%%EndFeature\n%%EndSetup\n%%EOF\n";
     EXPECT_EQ(Merge(head + open + inTrailer, {{-9, "*Duplex"}, {73, "T\n"}}),
-              "%!PS-Adobe-3.0\n%%EndComments\n%%BeginSetup\n%%EndSetup\n%%BeginSetup\n" + open +
-                  "T\n" + inTrailer);
+              head + open + "%%EndSetup\nT\n" + inTrailer);
+    std::string const inEnd = "%%EOF\n%%EndFeature\n%%EndSetup\n%%Page: 1 1\nshowpage\n";
+    EXPECT_EQ(Merge(head + open + inEnd, job), head + open + "X\n%%EndSetup\n%%Trailer\n" + inEnd);
 }
 
 TEST_F(DSCDocumentTest, EmbeddedDocumentsAndDataAreNotLookedInto) {

@@ -217,7 +217,7 @@ bool PDEData::SetPPDShortcuts(PPDTree tree) {
     for (std::size_t i = 0; i < count; ++i) {
         std::strcpy(keywords[i], tree.mShortcuts[i]->mKeyword);
     }
-    return mPrinterList->AddDataBlob(mPrinterName, tree.mShortcutCount, kQuickAccessBlock,
-                                     keywords.get()) &&
+    return mPrinterList->AddDataBlob(mPrinterName, static_cast<std::int32_t>(count),
+                                     kQuickAccessBlock, keywords.get()) &&
            mPrinterList->Save();
 }
