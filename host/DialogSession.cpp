@@ -8,7 +8,7 @@
 
 #include "VelonFeatures/Project/Core/BundleIdentity.h"
 #include "VelonFeatures/Project/Core/PDEData.h"
-#include "VelonFeatures/Project/Core/ProjectPDE.h"
+#include "VelonFeatures/Project/Core/PlugIn/ProjectPDE.h"
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
 #include "host/HostFiles.h"
 #include "platform/CFRef.h"

@@ -2,6 +2,7 @@
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 
 namespace {
@@ -13,6 +14,13 @@ constexpr std::array<std::string_view, 12> kExpertKeywords = {
 };
 
 }  // namespace
+
+bool HoldsSpecialChromvaleKeyword(char const* keyword) {
+    return keyword != nullptr &&
+           std::ranges::any_of(kSpecialChromvaleKeywords, [keyword](char const* special) {
+               return std::strstr(keyword, special) != nullptr;
+           });
+}
 
 bool isExpertChromvaleControl(char const* keyword) {
     return keyword != nullptr &&

@@ -12,6 +12,8 @@ constexpr std::array<char const*, 3> kSpecialChromvaleKeywords = {
     "*ZURGBOverride",
 };
 
+// Whether the keyword holds one of them.
+bool HoldsSpecialChromvaleKeyword(char const* keyword);
 bool isExpertChromvaleControl(char const* keyword);
 // Longer than four characters, and the last four are "Bidi".
 bool isBidiKeyword(char const* keyword);

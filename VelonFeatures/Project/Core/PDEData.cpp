@@ -10,9 +10,9 @@
 #include <memory>
 #include <system_error>
 
-#include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
+#include "VelonFeatures/Project/Core/ControlLookup.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "VelonFeatures/Project/Core/PDEBundle.h"
 #include "VelonFeatures/Project/Core/PrinterAccess.h"
@@ -136,7 +136,7 @@ bool PDEData::MakePCPairs() {
 void PDEData::TakePageOrientation() {
     mPageOrientation = GetPageOrientationFromOS();
     CFStringRef const value = OrientationValue(mPageOrientation);
-    PPDXControl* const control = FindControl("*ZUOrientation");
+    PPDXControl* const control = FindAnyControl(mPPD, "*ZUOrientation");
     if (value != nullptr && control != nullptr) {
         control->SetCurrentControlWithCFString(value);
     }
@@ -144,7 +144,7 @@ void PDEData::TakePageOrientation() {
 
 void PDEData::MakeJobNotesForSpecialControls() {
     for (char const* keyword : kSpecialChromvaleKeywords) {
-        auto* const popup = dynamic_cast<PPDXPopupControl*>(FindControl(keyword));
+        auto* const popup = dynamic_cast<PPDXPopupControl*>(FindAnyControl(mPPD, keyword));
         if (popup == nullptr) {
             return;
         }
@@ -157,14 +157,36 @@ void PDEData::MakeJobNotesForSpecialControls() {
     }
 }
 
-PPDXControl* PDEData::FindControl(char const* keyword) const {
-    DisplayOptionsScope const everything(kDisplayAll);
-    CNTL_TYPE type = kControlType;
-    return Find(Controls(), keyword, type, true);
+bool PDEData::isSpecialChromvaleControl(char const* keyword) {
+    return HoldsSpecialChromvaleKeyword(keyword);
 }
 
-PPDXControls* PDEData::Controls() const {
-    return mPPD == nullptr ? nullptr : mPPD->GetControls();
+// ---- The operating system's values ----
+
+std::int32_t PDEData::GetPageOrientationFromOS() const {
+    return PageOrientationFromOS(mSession);
+}
+
+OSStatus PDEData::GetPrimaryPaperFeedFromOS() {
+    return PrimaryPaperFeedFromOS(mSession, mPaperFeed);
+}
+
+std::string PDEData::TakePaperFeed() {
+    constexpr auto kTaken = static_cast<char>(255);
+    if (mPaperFeed[0] == '\0') {
+        GetPrimaryPaperFeedFromOS();
+    }
+    std::string keyword(mPaperFeed[0] == kTaken ? "" : mPaperFeed);
+    mPaperFeed[0] = kTaken;
+    return keyword;
+}
+
+long PDEData::GetNumCopiesFromOS() const {
+    return NumCopiesFromOS(mSession);
+}
+
+void PDEData::Set1CopiesToOS() const {
+    Set1CopyToOS(mSession);
 }
 
 bool PDEData::GetSummaryLine(CFMutableStringRef title, CFMutableStringRef summary,

@@ -9,13 +9,13 @@
 #include <string>
 
 #include "VelonFeatures/Project/Core/OptionPair.h"
+#include "VelonFeatures/Project/Core/SystemValues.h"
 #include "VelonFeatures/Project/Core/WatermarkList.h"
 #include "platform/CoreFoundation.h"
 #include "platform/PrintManager.h"
 #include "twoway/ZUBTolvanePrinterPList.h"
 
 class PPDXControl;
-class PPDXControls;
 class PrintSettingsTicket;
 class ProjectPDE;
 class ZUBJobTicket;
@@ -23,13 +23,12 @@ class ZUBPPD;
 struct PPDTree;
 
 // What a dialog knows beside the PPD, reached through gPDEData. Not valid for a session without a
-// current printer.
+// current printer. What it does with that lies elsewhere; its operations hand on.
 class PDEData {
   public:
     static constexpr std::size_t kStoredPairs = 255;
     static constexpr std::size_t kPCPairs = 4;
     static constexpr std::size_t kTempPPDPathSize = 512;  // with the terminator
-    static constexpr std::size_t kPaperFeedSize = 64;     // with the terminator
 
     // Copies the printer's PPD into /tmp, where the Job Properties application looks for it; the
     // copy goes with this object. `ppd` may be null, and so may the link later.
@@ -41,7 +40,8 @@ class PDEData {
     bool IsValid() const { return mValid; }
     ZUBPPD* GetPPD() const { return mPPD; }
     void SetPPD(ZUBPPD* ppd) { mPPD = ppd; }  // borrowed; the owner clears it before the PPD goes
-    void SetSession(PMPrintSession session) { mSession = session; }  // borrowed
+    PMPrintSession Session() const { return mSession; }  // borrowed, as the next
+    void SetSession(PMPrintSession session) { mSession = session; }
     CFStringRef PrinterName() const { return mPrinterName; }  // borrowed; null when not valid
     char const* TempPPDPath() const { return mTempPPDPath; }  // "" without a PPD
     WatermarkList& Watermarks() { return mWatermarks; }
@@ -64,12 +64,18 @@ class PDEData {
     bool HasJPEnded() const { return mJPEnded; }
     void SetJPEnded(bool ended) { mJPEnded = ended; }
 
+    // ---- The operating system's values ----
+
     std::int32_t GetPageOrientationFromOS() const;
     // Puts the paper source into PaperFeed(). 0 also when the settings have none, and PaperFeed()
     // then stays as it was; otherwise the print manager's error.
     OSStatus GetPrimaryPaperFeedFromOS();
-    char const* PaperFeed() const { return mPaperFeed; }  // a keyword, "" for none
-    long GetNumCopiesFromOS() const;                      // 0 when the settings don't tell
+    // A keyword, "" for none; its first byte is 255 once the job has taken it.
+    char const* PaperFeed() const { return mPaperFeed; }
+    // What the job takes, once for this object: the keyword, asked for if it wasn't yet. Empty when
+    // there is none, and from the second time on.
+    std::string TakePaperFeed();
+    long GetNumCopiesFromOS() const;  // 0 when the settings don't tell
     void Set1CopiesToOS() const;
 
     // ---- The printer's record. Names are printers' names. ----
@@ -111,6 +117,10 @@ class PDEData {
     void MakeJobNotesForSpecialControls();
     // The next line of the summary: false, as here always, when there is none.
     bool GetSummaryLine(CFMutableStringRef title, CFMutableStringRef summary, bool& more) const;
+    // Whether the keyword holds one of the three special keywords of colour management.
+    static bool isSpecialChromvaleControl(char const* keyword);
+
+    // ---- The job. Defined where the job is put together, above the session data. ----
 
     // Adds the choices to the ticket's list, in the order in which the job must have them. 0, or
     // paramErr for a ticket that isn't usable. Leaves the process's display option at 1 when
@@ -124,41 +134,12 @@ class PDEData {
     // library, and when one of the options that name server and workflow is missing.
     static constexpr int kUploadNewJob = 2;
     void UploadSarnokeXMLFiles(int mode);
-    // Whether the keyword holds one of the three special keywords of colour management.
-    static bool isSpecialChromvaleControl(char const* keyword);
 
   private:
     void CopyPPD();
     bool MakePCPairs();
     void TakePageOrientation();
-    PPDXControls* Controls() const;                       // null without a PPD
-    PPDXControl* FindControl(char const* keyword) const;  // whatever the display option
     void RestoreWatermarkSelection(PrintSettingsTicket& ticket);
-    void AddShortcut(PPDTree& tree, CFStringRef keyword);
-
-    // ---- The job's assembly, in its order. What the PPD doesn't have is passed over. ----
-    // The paper source, once for this object.
-    void TakePaperFeed();
-    void AnnounceToWorkflow();
-    void OutFirstControl(ZUBJobTicket& ticket);
-    void OutSourceApplication(ZUBJobTicket& ticket);
-    void OutRemainingControls(ZUBJobTicket& ticket);
-    void OutRemainingControl(ZUBJobTicket& ticket, PPDXControl* control);
-    void OutStoredPairs(ZUBJobTicket& ticket);
-    void OutSpecialControls(ZUBJobTicket& ticket);
-    void OutScale(ZUBJobTicket& ticket);
-    void OutPCPairs(ZUBJobTicket& ticket);
-    bool OutPCPair(ZUBJobTicket& ticket, OptionPair const& pair);  // whether it went out
-    void OutPCPrintSize(ZUBJobTicket& ticket);
-    void OutCustomSize(ZUBJobTicket& ticket);
-    void OutPrintSize(ZUBJobTicket& ticket);
-    void OutFileDestination(ZUBJobTicket& ticket);
-    void OutDriverMarker(ZUBJobTicket& ticket);
-    void OutClosingMarkers(ZUBJobTicket& ticket);
-    void OutUTF8Version(ZUBJobTicket& ticket);
-
-    std::string JobName() const;  // UTF-8, empty for one that is too long
-    void TakeJobIdentifier(char const* identifier);
 
     std::array<OptionPair, kStoredPairs> mStoredPairs;
     std::int32_t mStoredPairCount = 0;

@@ -12,7 +12,7 @@
 #include "VelonFeatures/Project/Core/BundleIdentity.h"
 #include "VelonFeatures/Project/Core/PDEBundle.h"
 #include "VelonFeatures/Project/Core/PDEData.h"
-#include "VelonFeatures/Project/Core/ProjectPDE.h"
+#include "VelonFeatures/Project/Core/PlugIn/ProjectPDE.h"
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
 #include "platform/Testing.h"
 #include "tests/VelonFeatures/Project/Core/TestSession.h"

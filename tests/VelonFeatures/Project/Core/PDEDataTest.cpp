@@ -4,7 +4,7 @@
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
-#include "tests/VelonFeatures/Project/Core/JobFixture.h"
+#include "tests/VelonFeatures/Project/Core/Job/JobFixture.h"
 
 namespace {
 

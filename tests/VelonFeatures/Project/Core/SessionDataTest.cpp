@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "VelonFeatures/Project/Core/PDEData.h"
+#include "VelonFeatures/Project/Core/PPDTree.h"
 #include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
-#include "panel/PPDTree.h"
 #include "tests/VelonFeatures/Project/Core/CoreFixture.h"
 #include "twoway/ZUBTolvanePrinterPList.h"
 

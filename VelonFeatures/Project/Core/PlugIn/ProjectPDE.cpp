@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "VelonFeatures/Project/Core/ProjectPDE.h"
+#include "VelonFeatures/Project/Core/PlugIn/ProjectPDE.h"
 
 #include <new>
 
@@ -12,6 +12,7 @@
 #include "VelonFeatures/Project/Core/PrinterInfoTicket.h"
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
 #include "VelonFeatures/Project/Core/ZUBJobTicket.h"
+#include "panel/exchange/JobPropertiesProcess.h"
 #include "platform/CFRef.h"
 #include "platform/FileManager.h"
 #include "twoway/PrinterListFile.h"
@@ -20,27 +21,6 @@ namespace {
 
 constexpr int kHighestWindowTop = 60;  // pixels below the top of the screen
 constexpr int kWindowStep = 4;
-
-// The Job Properties application under the names that its versions run by.
-struct JobPropertiesProcess {
-    char const* mName;
-    std::int32_t mNumber;
-};
-constexpr JobPropertiesProcess kJobPropertiesProcesses[] = {
-    {"ZUB VD3toJP", 3},    {"ZUB VD4toJP", 4},    {"ZUB VD4.1toJP", 41},
-    {"ZUB VD4.2toJP", 42}, {"ZUB VD4.4toJP", 44},
-};
-constexpr std::int32_t kNoJobProperties = -1;
-
-// 0 for a process that isn't the Job Properties application.
-std::int32_t JobPropertiesNumber(CFStringRef processName) {
-    for (JobPropertiesProcess const& process : kJobPropertiesProcesses) {
-        if (CFEqual(processName, CFStringConstant(process.mName))) {
-            return process.mNumber;
-        }
-    }
-    return 0;
-}
 
 // Sets the process's resource file back at the end of a scope.
 class ResourceFileScope {
@@ -309,29 +289,14 @@ OSStatus ProjectPDE::Close() {
 }
 
 void ProjectPDE::KillJP() {
-    ProcessSerialNumber process = {0, kNoProcess};
-    bool const isFound = ReportPSNofFDNtoJP(&process) != kNoJobProperties;
-    bool const isEnded = isFound && KillProcess(&process) == noErr;
+    bool const isEnded = EndJobProperties();
     if (gPDEData != nullptr) {
         gPDEData->SetJPEnded(isEnded);
     }
 }
 
 std::int32_t ProjectPDE::ReportPSNofFDNtoJP(ProcessSerialNumber* psn) {
-    while (GetNextProcess(psn) == noErr) {
-        CFRef<CFStringRef> name;
-        OSStatus const status = CopyProcessName(psn, name.Receive());
-        if (status == procNotFound) {
-            continue;  // it has ended since the list was made
-        }
-        if (status != noErr) {
-            break;
-        }
-        if (std::int32_t const number = JobPropertiesNumber(name); number != 0) {
-            return number;
-        }
-    }
-    return kNoJobProperties;
+    return FindJobProperties(psn);
 }
 
 void ProjectPDE::DestroyPPD() {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "VelonFeatures/Project/Core/ShortText.h"
+#include "VelonFeatures/Project/Core/Job/ShortText.h"
 
 #include <cstdarg>
 #include <cstdio>

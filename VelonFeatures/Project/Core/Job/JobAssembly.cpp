@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the session data puts into the job.
+#include "VelonFeatures/Project/Core/Job/JobAssembly.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cstring>
@@ -7,9 +8,10 @@
 
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
+#include "VelonFeatures/Project/Core/ControlLookup.h"
+#include "VelonFeatures/Project/Core/Job/ShortText.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "VelonFeatures/Project/Core/PDEData.h"
-#include "VelonFeatures/Project/Core/ShortText.h"
 #include "VelonFeatures/Project/Core/ZUBJobTicket.h"
 #include "platform/ProcessManager.h"
 
@@ -63,108 +65,113 @@ bool IsPrintingFromInDesign() {
 
 }  // namespace
 
-bool PDEData::isSpecialChromvaleControl(char const* keyword) {
-    return keyword != nullptr &&
-           std::ranges::any_of(kSpecialChromvaleKeywords, [keyword](char const* special) {
-               return std::strstr(keyword, special) != nullptr;
-           });
-}
-
 OSStatus PDEData::OutPostscriptData(ZUBJobTicket& ticket) {
-    TakePaperFeed();
-    if (!ticket.IsJobValid()) {
-        return paramErr;
-    }
-    SuppressApplePostscript(ticket);
-    AnnounceToWorkflow();
-    OutFirstControl(ticket);
-    OutSourceApplication(ticket);
-    OutRemainingControls(ticket);
-    OutStoredPairs(ticket);
-    OutSpecialControls(ticket);
-    OutScale(ticket);
-    OutPCPairs(ticket);
-    OutCustomSize(ticket);
-    OutPrintSize(ticket);
-    OutFileDestination(ticket);
-    OutDriverMarker(ticket);
-    OutClosingMarkers(ticket);
-    OutUTF8Version(ticket);
-    return noErr;
+    return JobAssembly(*this, ticket).Run();
 }
 
 void PDEData::SuppressApplePostscript(ZUBJobTicket& ticket) {
-    PPDXControls* const controls = Controls();
+    JobAssembly(*this, ticket).SuppressApplePostscript();
+}
+
+JobAssembly::JobAssembly(PDEData& data, ZUBJobTicket& ticket)
+    : mData(data), mTicket(ticket), mPPD(data.GetPPD()) {}
+
+OSStatus JobAssembly::Run() {
+    TakePaperFeed();
+    if (!mTicket.IsJobValid()) {
+        return paramErr;
+    }
+    SuppressApplePostscript();
+    AnnounceToWorkflow();
+    OutFirstControl();
+    OutSourceApplication();
+    OutRemainingControls();
+    OutStoredPairs();
+    OutSpecialControls();
+    OutScale();
+    OutPCPairs();
+    OutCustomSize();
+    OutPrintSize();
+    OutFileDestination();
+    OutDriverMarker();
+    OutClosingMarkers();
+    OutUTF8Version();
+    return noErr;
+}
+
+void JobAssembly::SuppressApplePostscript() {
+    PPDXControls* const controls = ControlsOf(mPPD);
     CNTL_TYPE type = kControlType;
     for (PPDXControl* control = GetFirst(controls, type); control != nullptr;
          control = GetNext(controls, type)) {
         std::string_view const keyword = KeywordOf(control);
         if (!keyword.empty() && keyword != "*PageSize") {
-            ticket.Add(kSuppressedKeywordSite, control->Keyword());
+            mTicket.Add(kSuppressedKeywordSite, control->Keyword());
         }
     }
 }
 
 // The search for the special option puts the display option to 1: the walk that follows takes in
 // orphans and passes over hidden controls.
-void PDEData::AnnounceToWorkflow() {
-    PPDXControls* const controls = Controls();
+void JobAssembly::AnnounceToWorkflow() {
+    PPDXControls* const controls = ControlsOf(mPPD);
     if (controls != nullptr && controls->FindSpecialOption("*Brennal", true) != nullptr &&
-        GetIPAddressEnabled()) {
-        UploadSarnokeXMLFiles(kUploadNewJob);
+        mData.GetIPAddressEnabled()) {
+        mData.UploadSarnokeXMLFiles(PDEData::kUploadNewJob);
     }
 }
 
-void PDEData::OutFirstControl(ZUBJobTicket& ticket) {
+void JobAssembly::OutFirstControl() {
     CNTL_TYPE type = kControlType;
-    PPDXControl* const control = GetFirst(Controls(), type);
+    PPDXControl* const control = GetFirst(ControlsOf(mPPD), type);
     if (control == nullptr) {
         return;
     }
     if (type != kJobNoteType && KeywordOf(control) != "*Collate") {
-        ticket.Add(kFeatureSite, control);
+        mTicket.Add(kFeatureSite, control);
     }
-    bool const isPortrait = mPageOrientation == 1 || mPageOrientation == 3;
+    std::int32_t const orientation = mData.PageOrientation();
+    bool const isPortrait = orientation == 1 || orientation == 3;
     if (!isPortrait && IsPrintingFromInDesign()) {
-        ticket.Add(kFeatureSite, kNUpResetText);
+        mTicket.Add(kFeatureSite, kNUpResetText);
     }
 }
 
-void PDEData::OutSourceApplication(ZUBJobTicket& ticket) {
+void JobAssembly::OutSourceApplication() {
     char name[sizeof(ProcessInfoRec::processName)];
     GetProcessName(name);
-    AddShortText(ticket, kFeatureSite, kSourceApplicationFormat, name);
+    AddShortText(mTicket, kFeatureSite, kSourceApplicationFormat, name);
 }
 
 // Goes on behind the first control, where OutFirstControl left the walk.
-void PDEData::OutRemainingControls(ZUBJobTicket& ticket) {
-    PPDXControls* const controls = Controls();
+void JobAssembly::OutRemainingControls() {
+    PPDXControls* const controls = ControlsOf(mPPD);
     CNTL_TYPE type = kControlType;
     while (PPDXControl* const control = GetNext(controls, type)) {
-        OutRemainingControl(ticket, control);
+        OutRemainingControl(control);
     }
 }
 
-void PDEData::OutRemainingControl(ZUBJobTicket& ticket, PPDXControl* control) {
+void JobAssembly::OutRemainingControl(PPDXControl* control) {
     std::string_view const keyword = KeywordOf(control);
     bool const isElsewhere =
-        control->Type() == kJobNoteType || isSpecialChromvaleControl(control->Keyword()) ||
+        control->Type() == kJobNoteType || HoldsSpecialChromvaleKeyword(control->Keyword()) ||
         std::ranges::find(kKeywordsWithOwnStep, keyword) != kKeywordsWithOwnStep.end();
     if (!isElsewhere) {
-        ticket.Add(kFeatureSite, control);
+        mTicket.Add(kFeatureSite, control);
     } else if (keyword == "*ZUOrientation" && !control->IsNoVelonDriverUI()) {
-        ticket.Add(kFeatureSite, kOrientationFalseText);
+        mTicket.Add(kFeatureSite, kOrientationFalseText);
     }
 }
 
-void PDEData::OutDriverMarker(ZUBJobTicket& ticket) {
+void JobAssembly::OutDriverMarker() {
     char const* const version = mPPD == nullptr ? nullptr : mPPD->ZUVersion();
     if (version == nullptr || *version != '2') {
-        ticket.Add(kDriverCommentSite, kDriverMarkerText);
+        mTicket.Add(kDriverCommentSite, kDriverMarkerText);
     }
 }
 
-void PDEData::OutClosingMarkers(ZUBJobTicket& ticket) {
-    ticket.Add(kFirstCopyMarkerSite, kClosingMarkerText);
-    ticket.Add(kSecondCopyMarkerSite, kClosingMarkerText);
+void JobAssembly::OutClosingMarkers() {
+    mTicket.Add(kFirstCopyMarkerSite, kClosingMarkerText);
+    mTicket.Add(kSecondCopyMarkerSite, kClosingMarkerText);
 }

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "VelonFeatures/Project/Core/PrinterInfoInstance.h"
+#include "VelonFeatures/Project/Core/PlugIn/PrinterInfoInstance.h"
 
 #include <memory>
 #include <new>
 
 #include "VelonFeatures/Project/Core/BundleIdentity.h"
-#include "VelonFeatures/Project/Core/ProjectPDE.h"
+#include "VelonFeatures/Project/Core/PlugIn/ProjectPDE.h"
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
 #include "platform/CFRef.h"
 

@@ -16,9 +16,11 @@
 #include "PPDX/PPDObjects/Controls/PPDXRangeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXSpecialOption.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
+#include "VelonFeatures/Project/Core/ControlLookup.h"
+#include "VelonFeatures/Project/Core/Job/JobAssembly.h"
+#include "VelonFeatures/Project/Core/Job/ShortText.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "VelonFeatures/Project/Core/PDEData.h"
-#include "VelonFeatures/Project/Core/ShortText.h"
 #include "VelonFeatures/Project/Core/ZUBJobTicket.h"
 #include "platform/CFRef.h"
 #include "platform/TextEncodingConverter.h"
@@ -93,47 +95,43 @@ std::string ToUTF8(CFStringRef string) {
 
 // ---- The paper source of the operating system ----
 
-void PDEData::TakePaperFeed() {
-    constexpr auto kUsed = static_cast<char>(255);
-    if (mPaperFeed[0] == '\0') {
-        GetPrimaryPaperFeedFromOS();
+void JobAssembly::TakePaperFeed() {
+    std::string const keyword = mData.TakePaperFeed();
+    auto* const slot = dynamic_cast<PPDXPopupControl*>(FindAnyControl(mPPD, "*InputSlot"));
+    if (!keyword.empty() && slot != nullptr) {
+        slot->SetKeywordSelect(keyword.c_str(), true);
     }
-    auto* const slot = dynamic_cast<PPDXPopupControl*>(FindControl("*InputSlot"));
-    if (mPaperFeed[0] != '\0' && mPaperFeed[0] != kUsed && slot != nullptr) {
-        slot->SetKeywordSelect(mPaperFeed, true);
-    }
-    mPaperFeed[0] = kUsed;
 }
 
 // ---- Pairs ----
 
-void PDEData::OutStoredPairs(ZUBJobTicket& ticket) {
-    for (std::int32_t i = 0; i < mStoredPairCount; ++i) {
-        OptionPair const& pair = mStoredPairs[static_cast<std::size_t>(i)];
+void JobAssembly::OutStoredPairs() {
+    for (std::int32_t i = 0; i < mData.StoredPairCount(); ++i) {
+        OptionPair const& pair = mData.StoredPairs()[static_cast<std::size_t>(i)];
         CFRef<CFStringRef> const key(pair.CopyKey());
         CFRef<CFStringRef> const value(pair.CopyValue());
         if (key && value) {
-            AddShortText(ticket, kFeatureSite, kPlainFeatureFormat, ToUTF8(key).c_str(),
+            AddShortText(mTicket, kFeatureSite, kPlainFeatureFormat, ToUTF8(key).c_str(),
                          ToUTF8(value).c_str());
         }
     }
 }
 
-void PDEData::OutPCPairs(ZUBJobTicket& ticket) {
-    if (!GetIPAddressEnabled()) {
+void JobAssembly::OutPCPairs() {
+    if (!mData.GetIPAddressEnabled()) {
         return;
     }
     bool anyPair = false;
-    for (OptionPair const& pair : mPCPairs) {
-        anyPair |= OutPCPair(ticket, pair);
+    for (OptionPair const& pair : mData.PCPairs()) {
+        anyPair |= OutPCPair(pair);
     }
     char const* const version = mPPD == nullptr ? nullptr : mPPD->ZUVersion();
     if (anyPair && (version == nullptr || *version == '3')) {
-        OutPCPrintSize(ticket);
+        OutPCPrintSize();
     }
 }
 
-bool PDEData::OutPCPair(ZUBJobTicket& ticket, OptionPair const& pair) {
+bool JobAssembly::OutPCPair(OptionPair const& pair) {
     CFRef<CFStringRef> const key(pair.CopyKey());
     CFRef<CFStringRef> const value(pair.CopyValue());
     if (!key || !value || NumberOf(ToUTF8(value)) == kNoPCValue) {
@@ -144,32 +142,33 @@ bool PDEData::OutPCPair(ZUBJobTicket& ticket, OptionPair const& pair) {
     if (language != nullptr && std::strcmp(language, "Japanese") == 0) {
         text = ToMacJapanese(text);
     }
-    ticket.Add(kFeatureSite, text.c_str());
+    mTicket.Add(kFeatureSite, text.c_str());
     return !text.empty();
 }
 
-void PDEData::OutPCPrintSize(ZUBJobTicket& ticket) {
+void JobAssembly::OutPCPrintSize() {
     char size[kPaperNameSize] = "CustomPageSize0";
-    CFRef<CFStringRef> const value = ValueOf(FindControl(kPrintSize));
+    CFRef<CFStringRef> const value = ValueOf(FindAnyControl(mPPD, kPrintSize));
     if (!value || (!SameText(value, CFSTR("CustomPrintSize")) &&
                    !CFStringGetCString(value, size, sizeof size, kCFStringEncodingUTF8))) {
         return;
     }
-    AddShortText(ticket, kFeatureSite, kPlainFeatureFormat, "*ZUPCPPDSize", size);
+    AddShortText(mTicket, kFeatureSite, kPlainFeatureFormat, "*ZUPCPPDSize", size);
 }
 
 // ---- Colour management ----
 
-void PDEData::OutSpecialControls(ZUBJobTicket& ticket) {
+void JobAssembly::OutSpecialControls() {
     for (char const* keyword : kSpecialChromvaleKeywords) {
-        ticket.Add(kFeatureSite, FindControl(keyword));  // nothing for one that isn't there
+        mTicket.Add(kFeatureSite,
+                    FindAnyControl(mPPD, keyword));  // nothing for one that isn't there
     }
 }
 
 // ---- Sizes ----
 
-void PDEData::OutScale(ZUBJobTicket& ticket) {
-    PPDXRangeControl* const scale = GetFindRangeControl(Controls(), "*ZUScale", true);
+void JobAssembly::OutScale() {
+    PPDXRangeControl* const scale = GetFindRangeControl(ControlsOf(mPPD), "*ZUScale", true);
     if (scale == nullptr) {
         return;
     }
@@ -177,44 +176,46 @@ void PDEData::OutScale(ZUBJobTicket& ticket) {
     int const whole = value / 100;
     int const tens = value / 10 % 10;
     int const ones = value % 10;
-    AddText(ticket, kFeatureSite, kScaleFormat, value, whole, tens, ones, whole, tens, ones);
+    AddText(mTicket, kFeatureSite, kScaleFormat, value, whole, tens, ones, whole, tens, ones);
 }
 
-void PDEData::OutCustomSize(ZUBJobTicket& ticket) {
-    auto* const size = dynamic_cast<PPDXCustomPageSizeControl*>(FindControl("*CustomPrintSize"));
-    if (size == nullptr || !SameText(ValueOf(FindControl(kPrintSize)), CFSTR("CustomPrintSize"))) {
+void JobAssembly::OutCustomSize() {
+    auto* const size =
+        dynamic_cast<PPDXCustomPageSizeControl*>(FindAnyControl(mPPD, "*CustomPrintSize"));
+    if (size == nullptr ||
+        !SameText(ValueOf(FindAnyControl(mPPD, kPrintSize)), CFSTR("CustomPrintSize"))) {
         return;
     }
     std::string const width = FixedText(size->GetWidth(), 2);
     std::string const height = FixedText(size->GetHeight(), 2);
-    AddText(ticket, kFeatureSite, kCustomSizeFormat, width.c_str(), height.c_str(), width.c_str(),
+    AddText(mTicket, kFeatureSite, kCustomSizeFormat, width.c_str(), height.c_str(), width.c_str(),
             height.c_str());
 }
 
-void PDEData::OutPrintSize(ZUBJobTicket& ticket) {
-    PPDXControl* const printSize = FindControl(kPrintSize);
-    PPDXControl* const pageSize = FindControl("*PageSize");
+void JobAssembly::OutPrintSize() {
+    PPDXControl* const printSize = FindAnyControl(mPPD, kPrintSize);
+    PPDXControl* const pageSize = FindAnyControl(mPPD, "*PageSize");
     if (printSize == nullptr || pageSize == nullptr) {
         return;
     }
     if (mPPD->CustomPaper() || !SameText(ValueOf(printSize), ValueOf(pageSize))) {
-        ticket.Add(kFeatureSite, printSize);
+        mTicket.Add(kFeatureSite, printSize);
     } else {
-        ticket.Add(kFeatureSite, kSameSizeText);
+        mTicket.Add(kFeatureSite, kSameSizeText);
     }
 }
 
 // ---- Printing into a file ----
 
 // The file is made while the job is put together; who prints fills it.
-void PDEData::OutFileDestination(ZUBJobTicket& ticket) {
-    CFRef<CFStringRef> const name = ValueOf(FindControl("*ZUMailboxName"));
+void JobAssembly::OutFileDestination() {
+    CFRef<CFStringRef> const name = ValueOf(FindAnyControl(mPPD, "*ZUMailboxName"));
     char path[kFilePathSize];
-    if (!name || !SameText(ValueOf(FindControl("*ZUDestination")), CFSTR("File")) ||
+    if (!name || !SameText(ValueOf(FindAnyControl(mPPD, "*ZUDestination")), CFSTR("File")) ||
         !CFStringGetCString(name, path, sizeof path, kCFStringEncodingUTF8)) {
         return;
     }
-    ticket.Add(kFilePathSite, path);
+    mTicket.Add(kFilePathSite, path);
     int const file = creat(path, kFileMode);
     if (file >= 0) {
         close(file);
@@ -224,12 +225,12 @@ void PDEData::OutFileDestination(ZUBJobTicket& ticket) {
 
 // ---- What the server can read ----
 
-void PDEData::OutUTF8Version(ZUBJobTicket& ticket) {
-    PPDXControls* const controls = Controls();
+void JobAssembly::OutUTF8Version() {
+    PPDXControls* const controls = ControlsOf(mPPD);
     CFRef<CFStringRef> const version = ValueOf(
         controls != nullptr ? controls->FindSpecialOption("*ZUUTF8_Version", true) : nullptr);
     char text[kUTF8VersionSize];
     if (version && CFStringGetCString(version, text, sizeof text, kCFStringEncodingASCII)) {
-        AddShortText(ticket, kDriverCommentSite, kUTF8VersionFormat, text);
+        AddShortText(mTicket, kDriverCommentSite, kUTF8VersionFormat, text);
     }
 }

@@ -4,7 +4,7 @@
 
 #include "PPDX/PPDObjects/Controls/PPDXCustomPageSizeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXRangeControl.h"
-#include "tests/VelonFeatures/Project/Core/JobFixture.h"
+#include "tests/VelonFeatures/Project/Core/Job/JobFixture.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "VelonFeatures/Project/Core/PlugInFactoryEntry.h"
+#include "VelonFeatures/Project/Core/PlugIn/PlugInFactoryEntry.h"
 
 #include <sys/stat.h>
 
 #include <new>
 
 #include "VelonFeatures/Project/Core/BundleIdentity.h"
-#include "VelonFeatures/Project/Core/PrinterInfoInstance.h"
+#include "VelonFeatures/Project/Core/PlugIn/PrinterInfoInstance.h"
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
 #include "platform/CFRef.h"
 #include "platform/PlugInHost.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "VelonFeatures/Project/Core/WorkflowLibrary.h"
+#include "VelonFeatures/Project/Core/Job/WorkflowLibrary.h"
 
 #include <dlfcn.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "VelonFeatures/Project/Core/ProjectPDE.h"
+#include "VelonFeatures/Project/Core/PlugIn/ProjectPDE.h"
 
 #include <signal.h>
 #include <sys/prctl.h>

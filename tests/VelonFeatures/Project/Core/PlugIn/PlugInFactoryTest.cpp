@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "VelonFeatures/Project/Core/PlugInFactoryEntry.h"
+#include "VelonFeatures/Project/Core/PlugIn/PlugInFactoryEntry.h"
 
 #include <cstring>
 

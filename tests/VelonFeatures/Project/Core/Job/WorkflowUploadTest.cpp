@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <map>
 
-#include "VelonFeatures/Project/Core/WorkflowLibrary.h"
-#include "tests/VelonFeatures/Project/Core/JobFixture.h"
+#include "VelonFeatures/Project/Core/Job/WorkflowLibrary.h"
+#include "tests/VelonFeatures/Project/Core/Job/JobFixture.h"
 
 namespace {
 
