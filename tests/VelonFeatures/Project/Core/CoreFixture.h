@@ -3,17 +3,21 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
-#include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "PPDX/PPDObjects/Controls/PPDXControl.h"
 #include "PPDX/PPDObjects/DisplayOptions.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "VelonFeatures/Project/Core/BundleIdentity.h"
+#include "VelonFeatures/Project/Core/ControlLookup.h"
 #include "VelonFeatures/Project/Core/PDEBundle.h"
 #include "VelonFeatures/Project/Core/PDEData.h"
-#include "VelonFeatures/Project/Core/PlugIn/ProjectPDE.h"
+#include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
+#include "VelonFeatures/Project/Core/ZUBJobTicket.h"
 #include "platform/Testing.h"
 #include "tests/VelonFeatures/Project/Core/TestSession.h"
 
@@ -42,6 +46,12 @@ class HomeScope {
 // was before the first dialog.
 class CoreFixture : public testing::Test {
   protected:
+    using Texts = std::vector<std::string>;
+    struct ReleasePPD {
+        void operator()(ZUBPPD* ppd) const { ppd->Release(); }
+    };
+    using PPDPtr = std::unique_ptr<ZUBPPD, ReleasePPD>;
+
     // The first bundle of the process stays its bundle for texts.
     CoreFixture() { PDEBundle::InitBundle(mBundle); }
     ~CoreFixture() override {
@@ -58,14 +68,8 @@ class CoreFixture : public testing::Test {
         MyFreeBundle();
         DisplayOptions::Options(kDisplayPlacedAndVisible);
     }
-    OSStatus Initialize(ProjectPDE& project) {
-        std::uint32_t flags = 0;
-        return project.Initialize(&flags, 0, nullptr, mSession.Get());
-    }
     static PPDXControl* ControlOf(ZUBPPD& ppd, char const* keyword) {
-        DisplayOptionsScope const everything(kDisplayAll);
-        CNTL_TYPE type = kControlType;
-        return ppd.GetControls()->Find(keyword, type, true);
+        return FindAnyControl(&ppd, keyword);
     }
     // "(none)" without such a control, and for one without a value.
     static std::string ValueOf(ZUBPPD& ppd, char const* keyword) {
@@ -74,16 +78,22 @@ class CoreFixture : public testing::Test {
             control == nullptr ? nullptr : control->CopyCurrentControlValueString());
         return Text(value);
     }
-    // The pairs that a commit gives for this PPD.
-    TestSession::Pairs Commit(std::string const& ppd) {
+    PPDPtr Parse() const {
+        return PPDPtr(new ZUBPPD(FileURL(mSession.PPDPath()), kParseAll, nullptr));
+    }
+    // Session data over a PPD of the test's own.
+    void Open(std::string const& ppd) {
+        mData.reset();
         mSession.SetPPD(ppd);
-        ProjectPDE project;
-        EXPECT_EQ(noErr, Initialize(project));
-        EXPECT_EQ(noErr, project.Sync(mSession.Get(), false));
-        return mSession.TakeJob();
+        mPPD = Parse();
+        mData = std::make_unique<PDEData>(mSession.Get(), mPPD.get(), nullptr);
+        ASSERT_TRUE(mData->IsValid());
     }
 
     TestSession mSession;
     HomeScope const mHome{mSession.Path("home").c_str()};
     CFRef<CFBundleRef> mBundle{CFBundleCreate(nullptr, FileURL(ZUB_PLUGIN_DIR, true))};
+    PrintSettingsTicket mSettings{mSession.Get()};
+    PPDPtr mPPD;
+    std::unique_ptr<PDEData> mData;
 };

@@ -3,7 +3,6 @@
 
 #include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
 #include "VelonFeatures/Project/Core/PrinterInfoTicket.h"
-#include "ZUBUtils/PPDUtils/CString.h"
 #include "tests/VelonFeatures/Project/Core/TestSession.h"
 
 namespace {
@@ -108,10 +107,6 @@ TEST(PrinterInfoTicketTest, EachAccessorReadsItsOwnKey) {
         set(row.key, kCFBooleanFalse);
         EXPECT_FALSE((info.*row.get)()) << row.key;
     }
-    CString file("former");
-    session.RemoveInfo("PMDescriptionFile");
-    EXPECT_FALSE(info.PPDFile(file));
-    EXPECT_TRUE(file.Empty());
 }
 
 TEST(PrinterInfoTicketTest, PostscriptVersionTakesWhatIsThere) {

@@ -1,18 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "VelonFeatures/Project/Core/PDEData.h"
 
-#include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
-#include "tests/VelonFeatures/Project/Core/Job/JobFixture.h"
+#include "tests/VelonFeatures/Project/Core/CoreFixture.h"
 
 namespace {
 
-constexpr char kMarker[] =
-    "%%EndVelonPreparse1: True\n"
-    "/KTXPPDInsertionComplete where { pop KTXPPDInsertionComplete } if\n";
-
-class PDEDataTest : public JobFixture {};
+class PDEDataTest : public CoreFixture {};
 
 TEST_F(PDEDataTest, ThePPDsCopyLivesAsLongAsTheData) {
     struct {
@@ -54,120 +49,6 @@ TEST_F(PDEDataTest, KeepsThePrintersNameAndNeedsOne) {
     mSession.RemovePrinter();
     EXPECT_EQ("Demo", Text(data.PrinterName()));
     EXPECT_FALSE(PDEData(mSession.Get(), nullptr, nullptr).IsValid());
-}
-
-TEST_F(PDEDataTest, TheOrientationControlFollowsThePageFormat) {
-    struct {
-        std::int32_t number;
-        char const* value;
-    } const cases[] = {{1, "Portrait"},  {2, "Landscape"}, {3, "Portrait"},
-                       {4, "Landscape"}, {5, "Other"},     {0, "Other"}};
-    std::string ppd = TestSession::Head() +
-                      "*%ZUBFlags *ZUOrientation: Dynamic\n"  // no parent
-                      "*OpenUI *ZUOrientation/Orientation: PickOne\n"
-                      "*DefaultZUOrientation: Other\n";
-    for (char const* value : {"Other", "Portrait", "Landscape"}) {
-        ppd += std::string("*ZUOrientation ") + value + "/x: \"\"\n";
-    }
-    mSession.SetPPD(ppd + "*CloseUI: *ZUOrientation\n");
-    for (auto const& row : cases) {
-        mSession.SetOrientation(row.number);
-        ProjectPDE project;
-        ASSERT_EQ(noErr, Initialize(project));
-        EXPECT_EQ(row.number, gPDEData->PageOrientation());
-        DisplayOptionsScope const everything(kDisplayAll);
-        CNTL_TYPE type;
-        PPDXControl* const control =
-            project.GetPPD()->GetControls()->Find("*ZUOrientation", type, true);
-        ASSERT_NE(nullptr, control);
-        CFRef<CFStringRef> const value(control->CopyCurrentControlValueString());
-        EXPECT_EQ(row.value, Text(value)) << row.number;
-    }
-}
-
-TEST_F(PDEDataTest, TheJobHasEveryControlInItsPlace) {
-    mSession.SetPPD(TestSession::Head() + TestSession::Popup("Duplex") +
-                    TestSession::Popup("PageSize") + TestSession::Popup("Collate") +
-                    TestSession::Popup("ZUOrientation") + TestSession::Popup("ZUPrintSize") +
-                    TestSession::Popup("ZUScale") + TestSession::Popup("ZUOutProfileX") +
-                    TestSession::Popup("ZUOrphan", "Dynamic", true));
-    ProjectPDE project;
-    ASSERT_EQ(noErr, Initialize(project));
-    ASSERT_EQ(noErr, project.Sync(mSession.Get(), false));
-    TestSession::Pairs const first = mSession.TakeJob();
-    std::vector<std::string> suppressed = {"*Duplex",      "*Collate", "*ZUOrientation",
-                                           "*ZUPrintSize", "*ZUScale", "*ZUOutProfileX"};
-    TestSession::Pairs expected;
-    for (std::string const& keyword : suppressed) {
-        expected.emplace_back(-9, keyword);
-    }
-    TestSession::Pairs const rest = {
-        {81, "%%BeginFeature: *Duplex A\nDuplex A\n%%EndFeature\n"},
-        {81, SourceApplication("PREVIEW")},
-        {81, "%%BeginFeature: *PageSize A\nPageSize A\n%%EndFeature\n"},
-        {81, "%%BeginFeature: *ZUOrientation False\n%%EndFeature\n"},
-        {81, "%%BeginFeature: *ZUOrphan A\nZUOrphan A\n%%EndFeature\n"},
-        {81, "%%BeginFeature: *ZUPrintSize SameAsPageSize\n\n%%EndFeature\n"},
-        {501, "%%ZUBDriver\n"},
-        {72, kMarker},
-        {73, kMarker},
-    };
-    expected.insert(expected.end(), rest.begin(), rest.end());
-    EXPECT_EQ(expected, first);
-    // The first commit has let orphans into every walk that follows.
-    ASSERT_EQ(noErr, project.Sync(mSession.Get(), false));
-    suppressed.emplace_back("*ZUOrphan");
-    EXPECT_EQ(suppressed, At(mSession.TakeJob(), -9));
-}
-
-TEST_F(PDEDataTest, TheFirstControlIsAddedUnlessItIsCollate) {
-    std::string const application = SourceApplication("PREVIEW");
-    std::string const scale = "%%BeginFeature: *ZUScale A\nZUScale A\n%%EndFeature\n";
-    EXPECT_EQ((std::vector<std::string>{scale, application}),
-              At(Commit(TestSession::Head() + TestSession::Popup("ZUScale")), 81));
-    EXPECT_EQ((std::vector<std::string>{application}),
-              At(Commit(TestSession::Head() + TestSession::Popup("Collate")), 81));
-    EXPECT_EQ(std::vector<std::string>({scale, application}),
-              At(Commit(TestSession::Head() + TestSession::Popup("ZUScale") +
-                        TestSession::Popup("ZUOrientation", "NoVelonDriverUI")),
-                 81));
-}
-
-TEST_F(PDEDataTest, WithoutControlsTheMarkersRemain) {
-    struct {
-        char const* version;
-        bool hasMarker;
-    } const cases[] = {{"*%ZUVersion: 2.6\n", false}, {"*%ZUVersion: 3\n", true}, {"", true}};
-    for (auto const& row : cases) {
-        TestSession::Pairs expected = {{81, SourceApplication("PREVIEW")}};
-        if (row.hasMarker) {
-            expected.emplace_back(501, "%%ZUBDriver\n");
-        }
-        expected.emplace_back(72, kMarker);
-        expected.emplace_back(73, kMarker);
-        EXPECT_EQ(expected, Commit(TestSession::Head(row.version))) << row.version;
-    }
-}
-
-TEST_F(PDEDataTest, LandscapeInDesignGetsTheNUpReset) {
-    std::string const reset =
-        "%%Begin ZUBDoing_N_Up \n userdict /VelonKTdict known \n { \n  VelonKTdict "
-        "/ZUBDoing_N_Up known \n  { 1 false VelonKTdict /ZUBDoing_N_Up get exec } if \n } if "
-        "\n%%End \n";
-    struct {
-        char const* host;
-        std::int32_t orientation;
-        bool isReset;
-    } const cases[] = {{"com.example.indesign.cs", 2, true},
-                       {"com.example.InDesign", 1, false},
-                       {"com.example.InDesign", 3, false},
-                       {"com.example.editor", 2, false}};
-    for (auto const& row : cases) {
-        SetMainBundleIdentifier(Str(row.host));
-        mSession.SetOrientation(row.orientation);
-        auto const texts = At(Commit(TestSession::Head() + TestSession::Popup("Duplex")), 81);
-        EXPECT_EQ(row.isReset, texts.at(1) == reset) << row.host << row.orientation;
-    }
 }
 
 TEST(JobKeywordsTest, KeywordsAreToldByTheWholeAPartOrTheirEnd) {

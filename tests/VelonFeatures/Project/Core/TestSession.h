@@ -36,6 +36,9 @@ inline std::string ReadFile(std::string const& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+// Every process keeps its copy of a PPD in /tmp under the file's name.
+inline std::string const kDemoPPD = "demo" + std::to_string(getpid()) + ".ppd";
+
 // A print session as a dialog gets it, made with nothing but the platform: a printer "Demo" whose
 // PPD lies in a folder of its own, and the three tickets.
 class TestSession {
@@ -75,10 +78,11 @@ class TestSession {
     std::string Path(std::string const& name) const { return mFolder + "/" + name; }
 
     // Writes a PPD and makes it the current printer's.
-    void SetPPD(std::string const& text, std::string const& name = "demo.ppd") {
+    void SetPPD(std::string const& text, std::string const& name = kDemoPPD) {
         std::ofstream(Path(name), std::ios::binary) << text;
         SetPrinter("Demo", FileURL(Path(name)));
     }
+    std::string PPDPath() const { return Path(kDemoPPD); }  // of a PPD set without a name
     void SetPrinter(std::string const& name, CFURLRef ppd,
                     std::string const& uri = "ipp://host/q") {
         CFRef<CFURLRef> const device(CFURLCreateWithString(nullptr, Str(uri), nullptr));
@@ -90,6 +94,9 @@ class TestSession {
         PMTicketSetCFString(mInfo.reference, Str("test"), InfoKey(key), Str(text), false);
     }
     void RemoveInfo(std::string const& key) { PMTicketReleaseItem(mInfo.reference, InfoKey(key)); }
+    void SetItem(std::string const& key, CFPropertyListRef value, bool locked = false) const {
+        PMTicketSetItem(mSettings.reference, Str("test"), Str(key), value, locked);
+    }
     void EmptySettings() {
         CFRef<CFDictionaryRef> items;
         PMTicketCopyItems(mSettings.reference, items.Receive());

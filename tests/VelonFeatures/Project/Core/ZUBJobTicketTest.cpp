@@ -34,7 +34,6 @@ class ZUBJobTicketTest : public CoreFixture {
   protected:
     TestSession::Pairs Added() const { return TestSession::PairsOf(mTicket.List()); }
 
-    PrintSettingsTicket mSettings{mSession.Get()};
     CFRef<CFStringRef> mKey{CreatePostscriptDataFileKey()};
     ZUBJobTicket mTicket{&mSettings, mKey};
 };

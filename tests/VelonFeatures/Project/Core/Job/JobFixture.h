@@ -7,39 +7,26 @@
 #include <vector>
 
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
-#include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
-#include "VelonFeatures/Project/Core/ZUBJobTicket.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "platform/PlugInHost.h"
 #include "platform/ProcessManager.h"
 #include "tests/VelonFeatures/Project/Core/CoreFixture.h"
 
-// Session data over a PPD of the test's own, and the jobs that it puts together. The application
-// that prints is an editor's Preview.
+// The jobs that session data puts together. The application that prints is an editor's Preview.
 class JobFixture : public CoreFixture {
   protected:
-    using Texts = std::vector<std::string>;
-
     JobFixture() {
         SetCurrentProcessName("Preview");
         SetMainBundleIdentifier(CFSTR("com.example.editor"));
     }
 
-    void Open(std::string const& ppd) {
-        mData.reset();
-        mSession.SetPPD(ppd);
-        mPPD.reset(new ZUBPPD(FileURL(mSession.Path("demo.ppd")), kParseAll, nullptr));
-        mData = std::make_unique<PDEData>(mSession.Get(), mPPD.get(), nullptr);
-        ASSERT_TRUE(mData->IsValid());
-    }
     // The way to the printer and back.
     void SetTwoWay(bool isOn) {
         EXPECT_TRUE(mData->SetTolvanePrinterAddress(nullptr, CFSTR("host"), isOn));
     }
     // What a commit adds.
     TestSession::Pairs Job() {
-        PrintSettingsTicket settings(mSession.Get());
-        ZUBJobTicket ticket(&settings, CFSTR("job"));
+        ZUBJobTicket ticket(&mSettings, CFSTR("job"));
         EXPECT_EQ(noErr, mData->OutPostscriptData(ticket));
         return TestSession::PairsOf(ticket.List());
     }
@@ -88,10 +75,4 @@ class JobFixture : public CoreFixture {
     static std::string SpecialOption(std::string const& keyword, std::string const& value) {
         return "*%ZUBSpecialOption *" + keyword + ": " + value + "\n";
     }
-
-    struct ReleasePPD {
-        void operator()(ZUBPPD* ppd) const { ppd->Release(); }
-    };
-    std::unique_ptr<ZUBPPD, ReleasePPD> mPPD;
-    std::unique_ptr<PDEData> mData;
 };

@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "VelonFeatures/Project/Core/PlugIn/ProjectPDE.h"
 #include "platform/PlugInHost.h"
 #include "tests/VelonFeatures/Project/Core/CoreFixture.h"
 
@@ -173,7 +174,8 @@ TEST_F(PlugInFactoryTest, ACommonPresetsFileJoinsAllPrinters) {
 
     mSession.SetPPD(TestSession::Head() + TestSession::Popup("Duplex"));
     ProjectPDE project;
-    EXPECT_EQ(noErr, Initialize(project));
+    std::uint32_t flags = 0;
+    EXPECT_EQ(noErr, project.Initialize(&flags, 0, nullptr, mSession.Get()));
     EXPECT_EQ(nullptr, project.PrinterKey());
     EXPECT_EQ(noErr, project.Sync(mSession.Get(), false));
     std::string const job = mSession.JobFile("com.zub.print.pde.2222.PInf");

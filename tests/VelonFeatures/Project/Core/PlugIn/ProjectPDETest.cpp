@@ -20,6 +20,10 @@ std::string SmallPPD() {
 class ProjectPDETest : public CoreFixture {
   protected:
     ProjectPDETest() { mSession.SetPPD(SmallPPD()); }
+    OSStatus Initialize(ProjectPDE& project) {
+        std::uint32_t flags = 0;
+        return project.Initialize(&flags, 0, nullptr, mSession.Get());
+    }
 };
 
 TEST_F(ProjectPDETest, InitializeOpensThePPDAndKeepsAKeyForEachModel) {
