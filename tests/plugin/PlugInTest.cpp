@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <dlfcn.h>
 
+#include <cstring>
+
 #include "platform/PlugInHost.h"
 #include "tests/VelonFeatures/Project/Core/TestSession.h"
 
@@ -31,6 +33,10 @@ TEST(PlugInTest, AHostThatKnowsOnlyTheEntryPrints) {
     ASSERT_NE(nullptr, instance);
     PrinterInfoTable const& table = *instance->table;
     ASSERT_EQ(noErr, table.Retain(instance));
+    PrinterInfoAPIVersion version = {9, 9, 9, 9};
+    EXPECT_EQ(noErr, table.GetAPIVersion(instance, &version));
+    PrinterInfoAPIVersion const expected = {1, 0, 1, 0};
+    EXPECT_EQ(0, std::memcmp(&expected, &version, sizeof(version)));
 
     PlugInContext context = nullptr;
     OSType creator = 0;
@@ -40,6 +46,10 @@ TEST(PlugInTest, AHostThatKnowsOnlyTheEntryPrints) {
     std::uint32_t height = 0;
     ASSERT_EQ(noErr, table.Prologue(&context, &creator, kind.Receive(), &title, &width, &height));
     EXPECT_EQ("Printer Features", Text(title));
+    EXPECT_EQ(0x5A554232U, creator);
+    EXPECT_EQ(TestSession::kBundleID, Text(kind));
+    EXPECT_EQ(525U, width);
+    EXPECT_EQ(200U, height);
 
     TestSession session;
     session.SetPPD(TestSession::Head() + TestSession::Popup("Duplex"), "plugintest.ppd");

@@ -40,19 +40,6 @@ class ChoicesTest : public CoreFixture {
         }
         return values;
     }
-    // What lies under a key of the settings: "*Duplex=A ..." by the four keywords.
-    std::string Stored(CFStringRef key) const {
-        CFDictionaryRef choices = nullptr;
-        PMTicketGetCFDictionary(mSession.Settings(), 0, 0, key, &choices);
-        std::string text;
-        for (CFStringRef keyword :
-             {CFSTR("*Duplex"), CFSTR("*Sort"), CFSTR("*Tray"), CFSTR("*Orphan")}) {
-            if (CFTypeRef const value = CFDictionaryGetValue(choices, keyword); value != nullptr) {
-                text += Text(keyword) + "=" + Text(static_cast<CFStringRef>(value)) + " ";
-            }
-        }
-        return text;
-    }
     static CFRef<CFDataRef> DataOf(std::string const& text) {
         return CFRef<CFDataRef>(CFDataCreate(nullptr,
                                              reinterpret_cast<std::uint8_t const*>(text.data()),
@@ -80,44 +67,42 @@ class ChoicesTest : public CoreFixture {
     ZUBJobTicket mTicket{&mSettings, mKey};
 };
 
-TEST_F(ChoicesTest, AllChoicesComeBackUnderTheirKeyButForWhatIsInstalled) {
+TEST_F(ChoicesTest, ChoicesComeBackUnderTheirKeyAndWhatIsInstalledOnlyByName) {
     PPDPtr const source = Parse();
-    for (char const* keyword : {"*Duplex", "*Tray", "*Orphan"}) {
-        Choose(*source, keyword);
-    }
-    ASSERT_TRUE(mTicket.SavePPDForAllKeys(source.get(), CFSTR("one")));
-    EXPECT_EQ("*Duplex=B *Sort=A *Tray=B ", Stored(CFSTR("one"))) << "no orphan in a dialog";
-    struct {
-        CFStringRef bundleID;
-        CFStringRef printerKey;
-        char const* outcome;
-        char const* values;
-    } const cases[] = {{CFSTR("one"), nullptr, "yes", "BAAA"},
-                       {CFSTR("two"), CFSTR("one"), "yes", "BAAA"},
-                       {CFSTR("one"), CFSTR("two"), "-9589", "AAAA"},
-                       {nullptr, nullptr, "-9589", "AAAA"}};
-    for (auto const& row : cases) {
-        PPDPtr const target = Parse();
-        bool const done = mTicket.RestorePPDForAllKeys(target.get(), row.bundleID, row.printerKey);
-        EXPECT_EQ(row.outcome, Outcome(done, mTicket));
-        EXPECT_EQ(row.values, Values(*target));
-    }
-}
-
-TEST_F(ChoicesTest, ChoicesOfSomeKeywordsTakeInWhatIsInstalled) {
-    PPDPtr const source = Parse();
-    for (char const* keyword : {"*Duplex", "*Sort", "*Tray"}) {
+    for (char const* keyword : {"*Duplex", "*Sort", "*Tray", "*Orphan"}) {
         Choose(*source, keyword);
     }
     CFRef<CFMutableArrayRef> const keywords = Keywords();
+    ASSERT_TRUE(mTicket.SavePPDForAllKeys(source.get(), CFSTR("all")));
     ASSERT_TRUE(mTicket.SavePPDForKeys(source.get(), CFSTR("some"), keywords));
-    EXPECT_EQ("*Duplex=B *Tray=B ", Stored(CFSTR("some")));
-    PPDPtr const target = Parse();
-    EXPECT_FALSE(mTicket.RestorePPDForKeys(target.get(), CFSTR("other"), keywords));
-    EXPECT_EQ(kPMKeyNotFound, mTicket.LastStatus());
-    EXPECT_EQ("AAAA", Values(*target));
-    ASSERT_TRUE(mTicket.RestorePPDForKeys(target.get(), CFSTR("some"), keywords));
-    EXPECT_EQ("BABA", Values(*target));
+    using Restore = std::function<bool(ZUBPPD*)>;
+    auto const all = [&](CFStringRef bundleID, CFStringRef printerKey) -> Restore {
+        return [this, bundleID, printerKey](ZUBPPD* ppd) {
+            return mTicket.RestorePPDForAllKeys(ppd, bundleID, printerKey);
+        };
+    };
+    auto const some = [&](CFStringRef key) -> Restore {
+        return [&, key](ZUBPPD* ppd) { return mTicket.RestorePPDForKeys(ppd, key, keywords); };
+    };
+    struct {
+        Restore restore;
+        char const* outcome;
+        char const* values;
+    } const cases[] = {
+        {all(CFSTR("all"), nullptr), "yes", "BBAA"},
+        {all(CFSTR("other"), CFSTR("all")), "yes", "BBAA"},
+        {all(CFSTR("all"), CFSTR("other")), "-9589", "AAAA"},
+        {all(nullptr, nullptr), "-9589", "AAAA"},
+        {all(CFSTR("some"), nullptr), "yes", "BAAA"},
+        {some(CFSTR("some")), "yes", "BABA"},
+        {some(CFSTR("all")), "yes", "BABA"},
+        {some(CFSTR("other")), "-9589", "AAAA"},
+    };
+    for (auto const& row : cases) {
+        PPDPtr const target = Parse();
+        EXPECT_EQ(row.outcome, Outcome(row.restore(target.get()), mTicket));
+        EXPECT_EQ(row.values, Values(*target)) << &row - cases;
+    }
 }
 
 TEST_F(ChoicesTest, OnlyTextsThatAControlHasAreTaken) {

@@ -2,7 +2,6 @@
 #include "VelonFeatures/Project/Core/ZUBJobTicket.h"
 
 #include <algorithm>
-#include <climits>
 
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
 #include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
@@ -117,14 +116,6 @@ TEST_F(ZUBJobTicketTest, SaveNamesAFileOnlyWhenItIsWhole) {
     EXPECT_TRUE(mTicket.Invalidate(CFSTR("client")));
     EXPECT_EQ("", mSession.JobFile());
     EXPECT_FALSE(ZUBJobTicket(nullptr, mKey).Save(CFSTR("client")));
-}
-
-TEST_F(ZUBJobTicketTest, CopiesGoThroughTheSettings) {
-    EXPECT_EQ(0, mTicket.GetCopies());
-    for (long const copies : {1L, 99L, LONG_MAX}) {
-        EXPECT_TRUE(mTicket.EnforceCopiesLimit(CFSTR("client"), copies));
-        EXPECT_EQ(std::min<long>(copies, INT_MAX), mTicket.GetCopies());
-    }
 }
 
 }  // namespace

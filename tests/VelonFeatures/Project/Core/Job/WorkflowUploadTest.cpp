@@ -50,8 +50,7 @@ class WorkflowUploadTest : public JobFixture {
         std::ofstream(mSession.Path("identifier"), std::ios::binary) << bytes;
     }
     void SetJobName(std::string const& name) {
-        PMTicketSetCFString(mSession.Settings(), CFSTR("test"),
-                            CFSTR("com.apple.print.JobInfo.PMJobName"), Str(name), false);
+        mSession.SetItem("com.apple.print.JobInfo.PMJobName", Str(name).Get());
     }
     // What the library was asked since the last call.
     std::string TakeLog() {
@@ -150,26 +149,22 @@ TEST_F(WorkflowUploadTest, AServerOrALibraryThatLacksSomethingChangesNothing) {
 }
 
 TEST_F(WorkflowUploadTest, TextsWithoutRoomAreHandedOverEmpty) {
-    struct {
-        char const* keyword;
-        std::size_t room;
-    } const cases[] = {{"*ZUUserName", 127},
-                       {"*ZUUserPassword", 127},
-                       {"*ZUIP", 127},
-                       {"*ZUWorkflowName", 255},
-                       {"*ZUWorkflowFolder", 255}};
-    for (auto const& row : cases) {
-        for (bool const fits : {true, false}) {
-            Fields fields = AllFields();
-            fields.erase(row.keyword + 1);
-            OpenWith(fields, true, true, TestSession::Popup(row.keyword + 1));
-            std::string const text(fits ? row.room : row.room + 1, 'x');
-            Give(row.keyword, text);
+    std::pair<char const*, std::size_t> const cases[] = {{"*ZUUserName", 127},
+                                                         {"*ZUUserPassword", 127},
+                                                         {"*ZUIP", 127},
+                                                         {"*ZUWorkflowName", 255},
+                                                         {"*ZUWorkflowFolder", 255}};
+    for (auto const& [keyword, room] : cases) {
+        Fields fields = AllFields();
+        fields.erase(keyword + 1);
+        OpenWith(fields, true, true, TestSession::Popup(keyword + 1));
+        for (std::size_t const size : {room, room + 1}) {
+            Give(keyword, std::string(size, 'x'));
             Job();
             std::string const log = TakeLog();
-            EXPECT_EQ(fits, log.find(text) != std::string::npos) << row.keyword << log;
-            EXPECT_EQ(fits, log.find(std::string(5, 'x')) != std::string::npos) << row.keyword;
-            EXPECT_NE(std::string::npos, log.find("create session")) << row.keyword;
+            EXPECT_EQ(size == room, log.find(std::string(room, 'x')) != std::string::npos) << log;
+            EXPECT_EQ(size == room, log.find("xxxxx") != std::string::npos) << keyword;
+            EXPECT_NE(std::string::npos, log.find("create session")) << keyword;
         }
     }
     OpenWith(AllFields());

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "VelonFeatures/Project/Core/PlugIn/PlugInFactoryEntry.h"
 
-#include <cstring>
-
 #include "VelonFeatures/Project/Core/PlugIn/ProjectPDE.h"
 #include "platform/PlugInHost.h"
 #include "tests/VelonFeatures/Project/Core/CoreFixture.h"
@@ -93,24 +91,6 @@ TEST_F(PlugInFactoryTest, TheInterfaceChecksItsContext) {
     ASSERT_NE(nullptr, factory);
     PrinterInfoInterface* const instance = MakeInterface(factory);
     PrinterInfoTable const& table = *instance->table;
-    PrinterInfoAPIVersion version = {9, 9, 9, 9};
-    EXPECT_EQ(noErr, table.GetAPIVersion(instance, &version));
-    PrinterInfoAPIVersion const expected = {1, 0, 1, 0};
-    EXPECT_EQ(0, std::memcmp(&expected, &version, sizeof(version)));
-
-    PlugInContext context = nullptr;
-    OSType creator = 0;
-    CFRef<CFStringRef> kind;
-    CFStringRef title = nullptr;
-    std::uint32_t size[2] = {};
-    EXPECT_EQ(noErr,
-              table.Prologue(&context, &creator, kind.Receive(), &title, &size[0], &size[1]));
-    EXPECT_EQ(0x5A554232U, creator);
-    EXPECT_EQ(TestSession::kBundleID, Text(kind));
-    EXPECT_EQ(525U, size[0]);
-    EXPECT_EQ(200U, size[1]);
-    EXPECT_EQ(noErr, table.Terminate(context, noErr));
-
     std::uint32_t flags = 0;
     CFArrayRef lines = nullptr;
     EXPECT_EQ(-9530, table.Initialize(nullptr, &flags, 0, nullptr, mSession.Get()));
@@ -177,10 +157,6 @@ TEST_F(PlugInFactoryTest, ACommonPresetsFileJoinsAllPrinters) {
     std::uint32_t flags = 0;
     EXPECT_EQ(noErr, project.Initialize(&flags, 0, nullptr, mSession.Get()));
     EXPECT_EQ(nullptr, project.PrinterKey());
-    EXPECT_EQ(noErr, project.Sync(mSession.Get(), false));
-    std::string const job = mSession.JobFile("com.zub.print.pde.2222.PInf");
-    EXPECT_TRUE(job.starts_with("/tmp/Velon.temp")) << job;
-    unlink(job.c_str());
     gCommonPresetsPath = path;
     second->table->Release(second);
 }
