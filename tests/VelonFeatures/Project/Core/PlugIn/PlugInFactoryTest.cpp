@@ -126,16 +126,7 @@ TEST_F(PlugInFactoryTest, WithoutItsNibABundleGivesNoContext) {
 
 // The file chooses the identity, and with it which settings the printers share.
 TEST_F(PlugInFactoryTest, ACommonPresetsFileJoinsAllPrinters) {
-    std::string const folder = mSession.Path("Common.plugin/Contents");
-    std::filesystem::create_directories(folder);
-    std::filesystem::copy(ZUB_PLUGIN_DIR "/Contents", folder,
-                          std::filesystem::copy_options::recursive);
-    std::string info = ReadFile(folder + "/Info.plist");
-    info.replace(info.find(TestSession::kBundleID), sizeof(TestSession::kBundleID) - 1,
-                 "com.zub.print.pde.2222.PInf");
-    std::ofstream(folder + "/Info.plist") << info;
-    CFRef<CFBundleRef> const bundle(
-        CFBundleCreate(nullptr, FileURL(mSession.Path("Common.plugin"), true)));
+    CFRef<CFBundleRef> const bundle(CFBundleCreate(nullptr, FileURL(ZUB_COMMON_PLUGIN_DIR, true)));
     std::string const presets = mSession.Path("CommonPresets.txt");
     std::ofstream(presets).flush();
     char const* const path = std::exchange(gCommonPresetsPath, presets.c_str());
