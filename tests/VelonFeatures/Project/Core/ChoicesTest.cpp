@@ -118,7 +118,6 @@ TEST_F(ChoicesTest, OnlyTextsThatAControlHasAreTaken) {
          "yes", "AAAA"},
         {"<array><string>B</string></array>", "-9591", "AAAA"},
     };
-    CFRef<CFMutableArrayRef> const keywords = Keywords();
     for (auto const& row : cases) {
         StoreXML(CFSTR("key"), std::string("<plist version=\"1.0\">") + row.item + "</plist>");
         PPDPtr const all = Parse();
@@ -126,11 +125,6 @@ TEST_F(ChoicesTest, OnlyTextsThatAControlHasAreTaken) {
                   Outcome(mTicket.RestorePPDForAllKeys(all.get(), CFSTR("key"), nullptr), mTicket))
             << row.item;
         EXPECT_EQ(row.values, Values(*all)) << row.item;
-        PPDPtr const some = Parse();
-        EXPECT_EQ(row.outcome,
-                  Outcome(mTicket.RestorePPDForKeys(some.get(), CFSTR("key"), keywords), mTicket))
-            << row.item;
-        EXPECT_EQ("AAAA", Values(*some)) << row.item;
     }
 }
 

@@ -10,16 +10,11 @@ namespace {
 TEST(JobTicketTest, ASessionNumberIsThereAndNotZero) {
     TestSession session;
     JobTicket ticket(session.Get());
-    struct {
-        std::int32_t number;
-        OSStatus status;
-    } const cases[] = {{5, noErr}, {-1, noErr}, {0, -30875}};
-    for (auto const& row : cases) {
-        PMSessionSetTicket(session.Get(), CFSTR("Number"), row.number);
-        long value = 77;
-        EXPECT_EQ(row.status, ticket.Get(CFSTR("Number"), value));
-        EXPECT_EQ(row.status == noErr ? row.number : 77, value);
-        EXPECT_EQ(row.status, ticket.Status());
+    for (std::int32_t const number : {5, -1, 0}) {
+        PMSessionSetTicket(session.Get(), CFSTR("Number"), number);
+        long stored = 77;
+        EXPECT_EQ(number == 0 ? -30875 : noErr, ticket.Get(CFSTR("Number"), stored));
+        EXPECT_EQ(number == 0 ? 77 : number, stored);
     }
     long value = 0;
     PMSessionSetDataInSession(session.Get(), CFSTR("Number"), CFSTR("12"));
@@ -27,16 +22,12 @@ TEST(JobTicketTest, ASessionNumberIsThereAndNotZero) {
     EXPECT_EQ(-30875, ticket.Get(CFSTR("Nothing"), value));
 }
 
-TEST(JobTicketTest, ItemsComeBackAsTheyWereSet) {
+TEST(JobTicketTest, ANumberIsClampedAndOfItsOwnType) {
     TestSession session;
     JobTicket ticket(session.Get());
-    CFStringRef const client = CFSTR("client");
-    EXPECT_EQ(noErr, ticket.Set(client, CFSTR("S"), CFSTR("text"), false));
-    EXPECT_EQ(noErr, ticket.Set(client, CFSTR("N"), 3000000000L, false));
+    EXPECT_EQ(noErr, ticket.Set(CFSTR("client"), CFSTR("N"), 3000000000L, false));
     CFStringRef text = nullptr;
     long number = 0;
-    EXPECT_EQ(noErr, ticket.Get(CFSTR("S"), text));
-    EXPECT_EQ("text", Text(text));
     EXPECT_EQ(noErr, ticket.GetInt(CFSTR("N"), number));
     EXPECT_EQ(2147483647, number) << "numbers have 32 bits";
     EXPECT_NE(noErr, ticket.Get(CFSTR("N"), text)) << "another type";

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // What the session data keeps beside the PPD: in the print settings and in the printer's record.
+#include <algorithm>
 #include <climits>
 #include <memory>
 
@@ -141,34 +142,25 @@ TEST_F(SessionDataTest, TheNumberOfStoredPairsStaysWithinTheirRoom) {
         SetText("MMKey" + std::to_string(i), "*Key" + std::to_string(i));
         SetText("MMValue" + std::to_string(i), std::to_string(i));
     }
-    struct {
-        std::int32_t stored;
-        std::int32_t count;
-    } const cases[] = {{3, 3}, {255, 255}, {256, 255}, {-1, 0}, {INT_MAX, 255}, {INT_MIN, 0}};
-    for (auto const& row : cases) {
-        SetNumber(".MMKey", row.stored);
+    for (std::int32_t const stored : {3, 255, 256, -1, INT_MAX, INT_MIN}) {
+        SetNumber(".MMKey", stored);
         auto const data = Data();
+        std::int32_t const count = std::clamp(stored, 0, 255);
         EXPECT_EQ(noErr, data->RestoreNonPSSettings(&mSettings));
-        EXPECT_EQ(row.count, data->StoredPairCount()) << row.stored;
-        EXPECT_EQ(row.count > 254 ? L"254" : L"(null)", WideOf(data->StoredPairs()[254].Value()));
+        EXPECT_EQ(count, data->StoredPairCount()) << stored;
+        EXPECT_EQ(count > 254 ? L"254" : L"(null)", WideOf(data->StoredPairs()[254].Value()));
         EXPECT_EQ(noErr, data->SaveNonPSSettings(&mSettings, CFSTR("client")));
-        EXPECT_EQ(std::to_string(row.count), Item(".MMKey"));
+        EXPECT_EQ(std::to_string(count), Item(".MMKey"));
     }
 }
 
 TEST_F(SessionDataTest, ASelectedWatermarkMustBeOneOfThePrintersRecord) {
-    struct {
-        std::size_t watermarks;
-        std::int32_t stored;
-        std::int32_t selected;
-    } const cases[] = {{0, 0, -1},  {1, 0, 0},   {3, 2, 2},        {3, 3, -1},
-                       {3, -1, -1}, {3, -2, -1}, {3, INT_MAX, -1}, {3, INT_MIN, -1}};
-    for (auto const& row : cases) {
-        SetBlock("Demo", 1, Texts(row.watermarks, "watermark"));
-        SetNumber(".SelectedWatermarkKey", row.stored);
+    SetBlock("Demo", 1, Texts(3, "watermark"));
+    for (std::int32_t const stored : {0, 2, 3, -1, -2, INT_MAX, INT_MIN}) {
+        SetNumber(".SelectedWatermarkKey", stored);
         auto const data = Data();
         EXPECT_EQ(noErr, data->RestoreNonPSSettings(&mSettings));
-        EXPECT_EQ(row.selected, data->Watermarks().mSelected) << row.watermarks << row.stored;
+        EXPECT_EQ(stored == 0 || stored == 2 ? stored : -1, data->Watermarks().mSelected);
     }
     // Items of another block or printer are none.
     SetBlock("Other", 1, {"a", "b"});
@@ -223,44 +215,30 @@ TEST_F(SessionDataTest, WithoutATicketOrClientNothingIsKept) {
 // ---- The operating system's values ----
 
 TEST_F(SessionDataTest, ThePaperFeedIsTheSecondElement) {
-    std::string const key = "com.apple.print.PrintSettings.PMPrimaryPaperFeed";
-    auto const feed = [](std::vector<CFTypeRef> const& elements) {
-        CFRef<CFMutableArrayRef> array(CFArrayCreateMutable(nullptr, 0));
-        for (CFTypeRef element : elements) {
-            CFArrayAppendValue(array, element);
-        }
-        return array;
-    };
     std::string const longest = "\u00DC" + std::string(61, 'x');
     CFRef<CFStringRef> const fits = Str(longest);
     CFRef<CFStringRef> const tooLong = Str(longest + "x");
-    struct {
-        CFRef<CFMutableArrayRef> value;
-        std::string keyword;
-    } const cases[] = {
-        {feed({CFSTR("Tray1")}), "before"},
-        {feed({kCFBooleanTrue, CFSTR("Tray2"), CFSTR("Tray3")}), "Tray2"},
-        {feed({CFSTR("a"), kCFBooleanTrue}), ""},
-        {feed({CFSTR("a"), fits}), longest},
-        {feed({CFSTR("a"), tooLong}), ""},
+    auto const data = Data();
+    EXPECT_EQ(noErr, data->GetPrimaryPaperFeedFromOS()) << "none";
+    std::pair<std::vector<CFTypeRef>, std::string> const cases[] = {
+        {{CFSTR("Tray1")}, ""},
+        {{kCFBooleanTrue, CFSTR("Tray2"), CFSTR("Tray3")}, "Tray2"},
+        {{CFSTR("Tray1")}, "Tray2"},
+        {{CFSTR("a"), kCFBooleanTrue}, ""},
+        {{CFSTR("a"), fits.Get()}, longest},
+        {{CFSTR("a"), tooLong.Get()}, ""},
     };
-    for (auto const& row : cases) {
-        auto const data = Data();
+    for (auto const& [feed, keyword] : cases) {
+        mSession.SetPaperFeed(feed);
         EXPECT_EQ(noErr, data->GetPrimaryPaperFeedFromOS());
-        EXPECT_STREQ("", data->PaperFeed());
-        for (auto const& value : {feed({CFSTR("a"), CFSTR("before")}), row.value}) {
-            mSession.SetItem(key, value);
-            EXPECT_EQ(noErr, data->GetPrimaryPaperFeedFromOS());
-        }
-        EXPECT_EQ(row.keyword, data->PaperFeed());
-        mSession.EmptySettings();
+        EXPECT_EQ(keyword, data->PaperFeed());
     }
-    SetText(key, "Tray2");
-    EXPECT_EQ(kPMDataFormatError, Data()->GetPrimaryPaperFeedFromOS());
+    SetText("com.apple.print.PrintSettings.PMPrimaryPaperFeed", "Tray2");
+    EXPECT_EQ(kPMDataFormatError, data->GetPrimaryPaperFeedFromOS());
     mSession.RemoveTicket("PMPrintSettingsTicket");
-    EXPECT_EQ(noErr, Data()->GetPrimaryPaperFeedFromOS());
+    EXPECT_EQ(noErr, data->GetPrimaryPaperFeedFromOS());
     PMSessionSetDataInSession(mSession.Get(), CFSTR("PMPrintSettingsTicket"), CFSTR("text"));
-    EXPECT_NE(noErr, Data()->GetPrimaryPaperFeedFromOS());
+    EXPECT_NE(noErr, data->GetPrimaryPaperFeedFromOS());
 }
 
 TEST_F(SessionDataTest, CopiesAreTakenFromTheSettingsAndSetToOneThere) {

@@ -97,6 +97,14 @@ class TestSession {
     void SetItem(std::string const& key, CFPropertyListRef value, bool locked = false) const {
         PMTicketSetItem(mSettings.reference, Str("test"), Str(key), value, locked);
     }
+    // The paper source as the operating system's pane leaves it.
+    void SetPaperFeed(std::vector<CFTypeRef> const& elements) const {
+        CFRef<CFMutableArrayRef> const feed(CFArrayCreateMutable(nullptr, 0));
+        for (CFTypeRef element : elements) {
+            CFArrayAppendValue(feed, element);
+        }
+        SetItem("com.apple.print.PrintSettings.PMPrimaryPaperFeed", feed);
+    }
     void EmptySettings() {
         CFRef<CFDictionaryRef> items;
         PMTicketCopyItems(mSettings.reference, items.Receive());

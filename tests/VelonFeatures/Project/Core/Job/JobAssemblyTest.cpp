@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 // What one commit puts into the job, and in which order.
-#include <sys/stat.h>
-
-#include "PPDX/PPDObjects/Controls/PPDXCustomPageSizeControl.h"
 #include "tests/VelonFeatures/Project/Core/Job/JobFixture.h"
 
 namespace {
@@ -40,13 +37,6 @@ class JobAssemblyTest : public JobFixture {
     void SetStored(std::size_t index, wchar_t const* key, wchar_t const* value) {
         Set(mData->StoredPairs()[index], key, value);
     }
-    void SetFeed(std::vector<CFTypeRef> const& elements) {
-        CFRef<CFMutableArrayRef> const feed(CFArrayCreateMutable(nullptr, 0));
-        for (CFTypeRef element : elements) {
-            CFArrayAppendValue(feed, element);
-        }
-        mSession.SetItem("com.apple.print.PrintSettings.PMPrimaryPaperFeed", feed);
-    }
 };
 
 TEST_F(JobAssemblyTest, AJobThatHasEverythingHasItInOrder) {
@@ -64,11 +54,7 @@ TEST_F(JobAssemblyTest, AJobThatHasEverythingHasItInOrder) {
     SetTwoWay(true);
     Give("*ZUPrintSize", "CustomPrintSize");
     Give("*ZUDestination", "File");
-    auto* const size =
-        dynamic_cast<PPDXCustomPageSizeControl*>(ControlOf(*mPPD, "*CustomPrintSize"));
-    ASSERT_NE(nullptr, size);
-    size->SetWidth(200);
-    size->SetHeight(300.5);
+    ControlOf(*mPPD, "*CustomPrintSize")->SetCurrentControlWithCFString(CFSTR("200 300.5"));
     SetPCValue(1, L"ZUPCName", L"Card");
     SetStored(0, L"*RangeProp1", L"Value");
     mData->SetStoredPairCount(1);
@@ -112,7 +98,7 @@ TEST_F(JobAssemblyTest, AnUnusableTicketTakesThePaperFeedAndNothingElse) {
     Open(TestSession::Head() + TestSession::Popup("InputSlot") +
          TestSession::Popup("ZUDestination") + SpecialOption("ZUMailboxName", path));
     Give("*ZUDestination", "File");
-    SetFeed({CFSTR("x"), CFSTR("B")});
+    mSession.SetPaperFeed({CFSTR("x"), CFSTR("B")});
     ZUBJobTicket ticket(nullptr, CFSTR("job"));
     EXPECT_EQ(-50, mData->OutPostscriptData(ticket));
     EXPECT_EQ(0U, ticket.Count());
@@ -124,7 +110,7 @@ TEST_F(JobAssemblyTest, AnUnusableTicketTakesThePaperFeedAndNothingElse) {
 TEST_F(JobAssemblyTest, WithoutAPPDTheMarkersAndThePairsRemain) {
     Open(TestSession::Head("*%ZUVersion: 2\n") + TestSession::Popup("InputSlot"));
     SetTwoWay(true);
-    SetFeed({CFSTR("x"), CFSTR("B")});
+    mSession.SetPaperFeed({CFSTR("x"), CFSTR("B")});
     SetPCValue(1, L"ZUPCName", L"Card");
     mData->SetPPD(nullptr);
     TestSession::Pairs const expected = {{81, SourceApplication("PREVIEW")},
@@ -167,14 +153,14 @@ TEST_F(JobAssemblyTest, ThePaperFeedIsTakenAtTheFirstCommitOnly) {
     // What was asked for before the commit counts; without an answer the commit asks.
     for (bool const isAsked : {true, false}) {
         Open(TestSession::Head() + TestSession::Popup("InputSlot"));
-        SetFeed({CFSTR("x"), isAsked ? CFSTR("B") : CFSTR("b")});
+        mSession.SetPaperFeed({CFSTR("x"), isAsked ? CFSTR("B") : CFSTR("b")});
         if (isAsked) {
             EXPECT_EQ(noErr, mData->GetPrimaryPaperFeedFromOS());
-            SetFeed({CFSTR("x"), CFSTR("A")});
+            mSession.SetPaperFeed({CFSTR("x"), CFSTR("A")});
         }
         Job();
         EXPECT_EQ(isAsked ? "B" : "A", ValueOf(*mPPD, "*InputSlot"));
-        SetFeed({CFSTR("x"), isAsked ? CFSTR("A") : CFSTR("B")});
+        mSession.SetPaperFeed({CFSTR("x"), isAsked ? CFSTR("A") : CFSTR("B")});
         Job();
         EXPECT_EQ(isAsked ? "B" : "A", ValueOf(*mPPD, "*InputSlot"));
     }

@@ -89,15 +89,11 @@ TEST_F(WorkflowUploadTest, EachCommitMakesAJobWhoseIdentifierIsInTheCode) {
 }
 
 TEST_F(WorkflowUploadTest, NothingIsLoadedWithoutAServerOrTheWayToIt) {
-    struct {
-        bool hasServer;
-        bool isTwoWay;
-    } const cases[] = {{false, false}, {false, true}, {true, false}};
     SetIdentifier("4711");
-    for (auto const& row : cases) {
-        OpenWith(AllFields(), row.hasServer, row.isTwoWay);
+    for (bool const hasServer : {false, true}) {
+        OpenWith(AllFields(), hasServer, !hasServer);
         Job();
-        EXPECT_EQ("", TakeLog()) << row.hasServer << row.isTwoWay;
+        EXPECT_EQ("", TakeLog()) << hasServer;
         EXPECT_EQ("5 A", Identifiers());
     }
     OpenWith(AllFields());

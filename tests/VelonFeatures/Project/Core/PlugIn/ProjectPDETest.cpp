@@ -184,11 +184,6 @@ TEST_F(ProjectPDETest, ThereIsNoSummary) {
     EXPECT_EQ(noErr, project.GetSummaryText(&titles, &summaries));
     EXPECT_EQ(nullptr, titles);
     EXPECT_EQ(nullptr, summaries);
-    CFRef<CFMutableStringRef> const title(CFStringCreateMutable(nullptr, 0));
-    bool more = false;
-    EXPECT_FALSE(gPDEData->GetSummaryLine(title, title, more));
-    EXPECT_TRUE(more);
-    EXPECT_EQ("N/AN/A", Text(title));
 }
 
 TEST_F(ProjectPDETest, OpenMovesAWindowUpAndLeavesASheetAlone) {
