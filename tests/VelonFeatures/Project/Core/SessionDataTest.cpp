@@ -49,11 +49,6 @@ class SessionDataTest : public CoreFixture {
     }
 
     // ---- Records ----
-    void WriteRecords(std::string const& content) const {
-        std::filesystem::path const path(mSession.Path(kRecords));
-        std::filesystem::create_directories(path.parent_path());
-        std::ofstream(path, std::ios::binary) << content;
-    }
     // Gives the printer a record with one block.
     static void SetBlock(std::string const& printer, std::int32_t block, Texts const& texts) {
         ZUBTolvanePrinterPList records;
@@ -277,25 +272,6 @@ TEST_F(SessionDataTest, AnAddressLastsAndIsFoundByName) {
     EXPECT_TRUE(data->ResetTolvanePrinterList());
     EXPECT_FALSE(data->GetIPAddressEnabled());
     EXPECT_TRUE(data->SaveTolvanePrinterList());
-}
-
-TEST_F(SessionDataTest, DamagedRecordsCountAsNoneAndDoNotStandInTheWay) {
-    for (std::string const records :
-         {"no list", "<plist version=\"1.0\"><array><string>Demo</string></array></plist>",
-          "<plist version=\"1.0\"><array><string>Demo</string><integer>1</integer><true/>"
-          "<string>2</string><string>1:99</string></array></plist>"}) {
-        WriteRecords(records);
-        auto const data = Data();
-        EXPECT_TRUE(data->IsValid());
-        EXPECT_EQ("", Text(data->GetTolvanePrinterAddress(data->PrinterName()))) << records;
-        SetNumber(".SelectedWatermarkKey", 0);
-        EXPECT_EQ(noErr, data->RestoreNonPSSettings(&mSettings));
-        EXPECT_EQ(-1, data->Watermarks().mSelected) << records;
-        PPDTree tree;
-        EXPECT_TRUE(data->GetPPDShortcuts(tree));
-        EXPECT_TRUE(data->SetTolvanePrinterAddress(nullptr, CFSTR("host"), true)) << records;
-        EXPECT_EQ("host", Text(Data()->GetTolvanePrinterAddress(CFSTR("Demo")))) << records;
-    }
 }
 
 TEST_F(SessionDataTest, WithoutAHomeOrAPrinterNothingIsRemembered) {

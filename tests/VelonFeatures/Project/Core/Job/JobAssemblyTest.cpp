@@ -23,9 +23,26 @@ std::string CustomSizeText(std::string const& size) {
 
 class JobAssemblyTest : public JobFixture {
   protected:
-    static std::string CustomSizeLines() {
-        return "*%ParamCustomPrintSize Width: 1 points 36 1000\n"
-               "*%ParamCustomPrintSize Height: 2 points 50 1500\n";
+    // A PPD, settings and a record that every step of the job has something of.
+    void OpenEverything() {
+        std::string ppd = TestSession::Head("*%ZUVersion: 3.1\n");
+        for (char const* keyword : {"Duplex", "ZURGBOverride", "ZUPrintSize", "Collate",
+                                    "ZUOrientation", "PageSize", "ZUDestination", "ZUSimulation"}) {
+            ppd += TestSession::Popup(keyword);
+        }
+        Open(ppd + Range("ZUScale", "0;400;1;85") +
+             "*%ParamCustomPrintSize Width: 1 points 36 1000\n"
+             "*%ParamCustomPrintSize Height: 2 points 50 1500\n" +
+             SpecialOption("ZUUTF8_Version", "1.0") +
+             SpecialOption("ZUMailboxName", mSession.Path("printed.ps")) +
+             TestSession::Popup("ZUOutProfile"));
+        SetTwoWay(true);
+        Give("*ZUPrintSize", "CustomPrintSize");
+        Give("*ZUDestination", "File");
+        ControlOf(*mPPD, "*CustomPrintSize")->SetCurrentControlWithCFString(CFSTR("200 300.5"));
+        SetPCValue(1, L"ZUPCName", L"Card");
+        SetStored(0, L"*RangeProp1", L"Value");
+        mData->SetStoredPairCount(1);
     }
     static void Set(OptionPair& pair, wchar_t const* key, wchar_t const* value) {
         pair.SetKey(key);
@@ -42,22 +59,7 @@ class JobAssemblyTest : public JobFixture {
 TEST_F(JobAssemblyTest, AJobThatHasEverythingHasItInOrder) {
     SetMainBundleIdentifier(CFSTR("com.example.InDesign"));
     mSession.SetOrientation(2);
-    std::string const path = mSession.Path("printed.ps");
-    std::string ppd = TestSession::Head("*%ZUVersion: 3.1\n");
-    for (char const* keyword : {"Duplex", "ZURGBOverride", "ZUPrintSize", "Collate",
-                                "ZUOrientation", "PageSize", "ZUDestination", "ZUSimulation"}) {
-        ppd += TestSession::Popup(keyword);
-    }
-    Open(ppd + Range("ZUScale", "0;400;1;85") + CustomSizeLines() +
-         SpecialOption("ZUUTF8_Version", "1.0") + SpecialOption("ZUMailboxName", path) +
-         TestSession::Popup("ZUOutProfile"));
-    SetTwoWay(true);
-    Give("*ZUPrintSize", "CustomPrintSize");
-    Give("*ZUDestination", "File");
-    ControlOf(*mPPD, "*CustomPrintSize")->SetCurrentControlWithCFString(CFSTR("200 300.5"));
-    SetPCValue(1, L"ZUPCName", L"Card");
-    SetStored(0, L"*RangeProp1", L"Value");
-    mData->SetStoredPairCount(1);
+    OpenEverything();
     TestSession::Pairs expected;
     for (char const* keyword :
          {"*Duplex", "*ZURGBOverride", "*ZUPrintSize", "*Collate", "*ZUOrientation",
@@ -83,7 +85,7 @@ TEST_F(JobAssemblyTest, AJobThatHasEverythingHasItInOrder) {
         {81, Plain("*ZUPCPPDSize", "CustomPageSize0")},
         {81, CustomSizeText("200.00 300.50")},
         {81, "%%BeginFeature: *ZUPrintSize CustomPrintSize\n\n%%EndFeature\n"},
-        {900, path},
+        {900, mSession.Path("printed.ps")},
         {501, "%%ZUBDriver\n"},
         {72, kMarker},
         {73, kMarker},
@@ -122,18 +124,7 @@ TEST_F(JobAssemblyTest, WithoutAPPDTheMarkersAndThePairsRemain) {
 }
 
 TEST_F(JobAssemblyTest, ALackOfMemoryCostsTheEntryAloneThatItMeets) {
-    std::string ppd = TestSession::Head("*%ZUVersion: 3\n") + CustomSizeLines() +
-                      SpecialOption("ZUUTF8_Version", "1.0") +
-                      SpecialOption("ZUMailboxName", mSession.Path("printed.ps"));
-    for (char const* keyword : {"Duplex", "InputSlot", "ZUPrintSize", "PageSize", "ZUOutProfile"}) {
-        ppd += TestSession::Popup(keyword);
-    }
-    Open(ppd + SpecialOption("ZUDestination", "File") + Range("ZUScale", "0;400;1;85"));
-    SetTwoWay(true);
-    Give("*ZUPrintSize", "CustomPrintSize");
-    SetPCValue(1, L"ZUPCName", L"Card");
-    SetStored(0, L"*RangeProp1", L"Value");
-    mData->SetStoredPairCount(1);
+    OpenEverything();
     Job();
     std::size_t const all = Job().size();
     std::size_t fewest = all;
