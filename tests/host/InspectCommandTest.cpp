@@ -5,7 +5,7 @@
 
 #include "PPDX/PPDObjects/DisplayOptions.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
-#include "host/ParsedPPD.h"
+#include "host/PPDCommand.h"
 #include "host/TreeJson.h"
 #include "tests/host/HostFixture.h"
 
