@@ -9,6 +9,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/JsonText.h"
 #include "platform/CFRef.h"
 
 namespace {
@@ -16,8 +17,7 @@ namespace {
 constexpr char const* kSetHelp = "Set the control KEY to VALUE; may be repeated, in order";
 
 bool IsUTF8(std::string const& text) {
-    return static_cast<bool>(CFRef<CFStringRef>(
-        CFStringCreateWithCString(nullptr, text.c_str(), kCFStringEncodingUTF8)));
+    return static_cast<bool>(JsonText::FromUTF8(text));
 }
 
 CLI::Validator TextCheck() {
@@ -29,9 +29,8 @@ CLI::Validator TextCheck() {
 
 CLI::Validator URICheck() {
     return {[](std::string& text) {
-                CFRef<CFStringRef> const string(
-                    CFStringCreateWithCString(nullptr, text.c_str(), kCFStringEncodingUTF8));
-                CFRef<CFURLRef> const uri(CFURLCreateWithString(nullptr, string, nullptr));
+                CFRef<CFURLRef> const uri(
+                    CFURLCreateWithString(nullptr, JsonText::FromUTF8(text), nullptr));
                 return uri ? std::string() : "'" + text + "' is no URI";
             },
             ""};

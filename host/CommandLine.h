@@ -4,11 +4,8 @@
 #include <optional>
 #include <ostream>
 
-#include "host/ConstraintsOptions.h"
-#include "host/InspectOptions.h"
+#include "host/Options.h"
 #include "host/Outcome.h"
-#include "host/PrintOptions.h"
-#include "host/SolveOptions.h"
 
 // The command's arguments.
 class CommandLine {

@@ -54,8 +54,7 @@ Outcome ControlSettings::Apply(ControlSetting const& setting) {
 }
 
 void ControlSettings::Set(PPDXControl& control, ControlSetting const& setting) {
-    CFRef<CFStringRef> const asked(
-        CFStringCreateWithCString(nullptr, setting.value.c_str(), kCFStringEncodingUTF8));
+    CFRef<CFStringRef> const asked = JsonText::FromUTF8(setting.value);
     CFRef<CFStringRef> const before(control.CopyCurrentControlValueString());
     control.SetCurrentControlWithCFString(asked);
     CFRef<CFStringRef> const after(control.CopyCurrentControlValueString());

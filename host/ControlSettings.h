@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/ControlSetting.h"
+#include "host/Options.h"
 #include "host/Outcome.h"
 
 class PPDXControl;

@@ -11,16 +11,12 @@
 #include "VelonFeatures/Project/Core/PlugIn/ProjectPDE.h"
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
 #include "host/HostFiles.h"
+#include "host/JsonText.h"
 #include "platform/CFRef.h"
 #include "platform/ProcessManager.h"
 #include "twoway/ZUBTolvanePrinterPList.h"
 
 namespace {
-
-CFRef<CFStringRef> String(std::string const& text) {
-    return CFRef<CFStringRef>(
-        CFStringCreateWithCString(nullptr, text.c_str(), kCFStringEncodingUTF8));
-}
 
 std::int16_t Pixels(std::uint32_t size) {
     return static_cast<std::int16_t>(std::min<std::uint32_t>(size, INT16_MAX));
@@ -46,7 +42,7 @@ DialogSession::~DialogSession() {
 Outcome DialogSession::Start(PrintOptions const& options, std::string const& makeAndModel,
                              TicketFile const& kept) {
     SetCurrentProcessName(options.processName.c_str());
-    SetMainBundleIdentifier(String(options.bundleID));
+    SetMainBundleIdentifier(JsonText::FromUTF8(options.bundleID));
     gCommonPresetsPath = options.commonPresets.c_str();
     Outcome outcome = WriteRecord(options);
     if (outcome.Ok()) {
@@ -72,7 +68,8 @@ Outcome DialogSession::WriteRecord(PrintOptions const& options) const {
         return Outcome::Done();
     }
     ZUBTolvanePrinterPList records;
-    bool const written = records.Add(String(options.printer), String(options.address.value_or("")),
+    bool const written = records.Add(JsonText::FromUTF8(options.printer),
+                                     JsonText::FromUTF8(options.address.value_or("")),
                                      options.address.has_value()) &&
                          records.Save();
     return written ? Outcome::Done()

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "host/LoadedPlugIn.h"
+#include "host/Options.h"
 #include "host/Outcome.h"
-#include "host/PrintOptions.h"
 #include "host/PrintSession.h"
 #include "platform/Controls.h"
 

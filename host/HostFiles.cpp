@@ -2,7 +2,6 @@
 #include "host/HostFiles.h"
 
 #include <cerrno>
-#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -37,7 +36,11 @@ Outcome HostFiles::CheckReadable(std::string const& path) {
     if (reason == 0) {
         return Outcome::Done();
     }
-    return Outcome::Failed("can't open " + path + ": " + std::strerror(reason));
+    return Outcome::Failed("can't open " + path + ": " + Reason(reason));
+}
+
+std::string HostFiles::Reason(std::int32_t error) {
+    return error > 0 ? std::strerror(error) : "error " + std::to_string(error);
 }
 
 Outcome HostFiles::Write(std::string const& path, std::string const& bytes) {
@@ -48,8 +51,7 @@ Outcome HostFiles::Write(std::string const& path, std::string const& bytes) {
     if (CFURLWriteDataAndPropertiesToResource(URL(path, false), data, &error)) {
         return Outcome::Done();
     }
-    return Outcome::Failed("can't write " + path + ": " +
-                           (error > 0 ? std::strerror(error) : "error " + std::to_string(error)));
+    return Outcome::Failed("can't write " + path + ": " + Reason(error));
 }
 
 std::string HostFiles::BuiltBundle(bool shared) {

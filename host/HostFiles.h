@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "host/Outcome.h"
@@ -13,6 +14,8 @@ class HostFiles {
     static CFRef<CFURLRef> URL(std::string const& path, bool isDirectory);
     // Fails for a file that can't be opened for reading, a folder too, with the system's reason.
     static Outcome CheckReadable(std::string const& path);
+    // What an error of a file operation means: the system's text for its number.
+    static std::string Reason(std::int32_t error);
     // Writes the whole file anew; a failure leaves the former one and tells the reason.
     static Outcome Write(std::string const& path, std::string const& bytes);
     // The bundle that was built with this program, in the folder above the program's: ZUB.plugin,

@@ -9,7 +9,6 @@
 #include "ZUBUtils/PPDUtils/CFDataStream.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "host/HostFiles.h"
-#include "host/ParsedPPD.h"
 #include "host/TreeJson.h"
 
 namespace {
@@ -26,10 +25,6 @@ class ExtensionsScope {
 
   private:
     _EXTENSIONS_SUPPORT_ mFormer;
-};
-
-struct ReleasePPD {
-    void operator()(ZUBPPD* ppd) const { ppd->Release(); }
 };
 
 // The archive goes through its flat form, as on the way to a print ticket.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "host/InspectOptions.h"
+#include "host/Options.h"
 #include "host/PPDCommand.h"
 
 // `zubprint inspect`: prints all that came of reading a PPD, or of reading it, saving it into an

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/JobDataFile.h"
 
-#include <cstring>
-
 #include <nlohmann/json.hpp>
 
 #include "host/HostFiles.h"
@@ -34,9 +32,8 @@ Outcome JobDataFile::Read(std::string const& path) {
     std::int32_t error = 0;
     if (!CFURLCreateDataAndPropertiesFromResource(nullptr, HostFiles::URL(path, false),
                                                   data.Receive(), &error)) {
-        std::string const reason =
-            error > 0 ? std::strerror(error) : "error " + std::to_string(error);
-        return Outcome::Failed("can't read the job data file " + path + ": " + reason);
+        return Outcome::Failed("can't read the job data file " + path + ": " +
+                               HostFiles::Reason(error));
     }
     CFRef<CFPropertyListRef> list(
         CFPropertyListCreateFromXMLData(nullptr, data, kCFPropertyListImmutable, nullptr));

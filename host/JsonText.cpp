@@ -26,6 +26,11 @@ Json JsonText::Text(CFStringRef string) {
     return string == nullptr ? Json() : Json(ToUTF8(string));
 }
 
+CFRef<CFStringRef> JsonText::FromUTF8(std::string const& text) {
+    return CFRef<CFStringRef>(
+        CFStringCreateWithCString(nullptr, text.c_str(), kCFStringEncodingUTF8));
+}
+
 std::string JsonText::ToUTF8(CFStringRef string) {
     constexpr std::uint8_t kLossByte = '?';
     CFRange const all = CFRangeMake(0, CFStringGetLength(string));

@@ -6,7 +6,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 
-#include "platform/CoreFoundation.h"
+#include "platform/CFRef.h"
 
 using Json = nlohmann::ordered_json;
 
@@ -20,6 +20,8 @@ class JsonText {
     static Json Bytes(unsigned char const* code, long length);  // null for a null code
     static Json Text(CFStringRef string);
 
+    // Null for what isn't UTF-8.
+    static CFRef<CFStringRef> FromUTF8(std::string const& text);
     // UTF-8; a lone surrogate becomes a question mark.
     static std::string ToUTF8(CFStringRef string);
     static std::string BytesToUTF8(std::string_view bytes);

@@ -5,7 +5,21 @@
 
 #include "host/ControlSettings.h"
 #include "host/HostFiles.h"
-#include "host/ParsedPPD.h"
+
+CFRef<CFArrayRef> ParsedPPD::Names(std::vector<std::string> const& accepted) {
+    if (accepted.empty()) {
+        return {};
+    }
+    CFMutableArrayRef const names = CFArrayCreateMutable(nullptr, 0);
+    for (std::string const& fragment : accepted) {
+        CFArrayAppendValue(names, JsonText::FromUTF8(fragment));
+    }
+    return CFRef<CFArrayRef>(names);
+}
+
+ParsedPPD::ParsedPPD(std::string const& path, _PARSE_OPTIONS_ options,
+                     std::vector<std::string> const& accepted)
+    : mPPD(new ZUBPPD(HostFiles::URL(path, false).Get(), options, Names(accepted).Get())) {}
 
 Outcome PPDCommand::Run() {
     if (Outcome outcome = HostFiles::CheckReadable(mReadOptions.ppd); !outcome.Ok()) {

@@ -1,15 +1,40 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <memory>
 #include <ostream>
+#include <string>
+#include <vector>
 
 #include <nlohmann/json_fwd.hpp>
 
+#include "PPDX/PPDObjects/ZUBPPD.h"
 #include "host/JsonText.h"
+#include "host/Options.h"
 #include "host/Outcome.h"
-#include "host/ReadOptions.h"
+#include "platform/CFRef.h"
 
-class ZUBPPD;
+struct ReleasePPD {
+    void operator()(ZUBPPD* ppd) const { ppd->Release(); }
+};
+
+// A PPD that the command itself read, given up on destruction.
+class ParsedPPD {
+  public:
+    // No accepted fragments accept every file. What stands in the way of a reading is in the
+    // PPD's errors.
+    ParsedPPD(std::string const& path, _PARSE_OPTIONS_ options,
+              std::vector<std::string> const& accepted);
+
+    // The fragments as the reader takes them; null for none.
+    static CFRef<CFArrayRef> Names(std::vector<std::string> const& accepted);
+
+    ZUBPPD& Get() const { return *mPPD; }
+    ZUBPPD* operator->() const { return mPPD.get(); }
+
+  private:
+    std::unique_ptr<ZUBPPD, ReleasePPD> mPPD;
+};
 
 // A command that reads one PPD, makes the user's choices in it, and prints one JSON document about
 // what came of it.

@@ -9,7 +9,7 @@
 #include "host/HostFiles.h"
 #include "host/JobDataFile.h"
 #include "host/JsonText.h"
-#include "host/ParsedPPD.h"
+#include "host/PPDCommand.h"
 #include "platform/CFRef.h"
 
 PrintCommand::PrintCommand(PrintOptions const& options, std::ostream& out, std::ostream& err)

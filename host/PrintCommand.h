@@ -4,8 +4,8 @@
 #include <ostream>
 #include <string>
 
+#include "host/Options.h"
 #include "host/Outcome.h"
-#include "host/PrintOptions.h"
 
 class DialogSession;
 class JobDataFile;

@@ -14,27 +14,18 @@ namespace {
 constexpr int kPortrait = 1;
 constexpr int kOneCopy = 1;
 
-CFStringRef Client() {
-    return CFSTR("com.zub.zubprint");
-}
-
-CFRef<CFStringRef> String(std::string const& text) {
-    return CFRef<CFStringRef>(
-        CFStringCreateWithCString(nullptr, text.c_str(), kCFStringEncodingUTF8));
-}
-
 // Sets the items of one ticket until one is refused.
 class TicketWriter {
   public:
     explicit TicketWriter(PMTicketRef ticket) : mTicket(ticket) {}
 
-    void Text(char const* key, std::string const& text) { Set(key, String(text)); }
+    void Text(char const* key, std::string const& text) { Set(key, JsonText::FromUTF8(text)); }
     void Number(char const* key, std::int32_t number) {
         Set(key, CFRef<CFNumberRef>(CFNumberCreate(nullptr, kCFNumberSInt32Type, &number)));
     }
     void Set(char const* key, CFTypeRef value) {
         if (mStatus == noErr) {
-            mStatus = PMTicketSetItem(mTicket, Client(), TicketKey(key), value, false);
+            mStatus = PMTicketSetItem(mTicket, TicketFile::Client(), TicketKey(key), value, false);
         }
     }
     void Remove(char const* key) {
@@ -116,8 +107,9 @@ std::string PrintSession::PrintSettingsText(CFStringRef key) const {
 }
 
 OSStatus PrintSession::OpenPrinter(PrintOptions const& options) {
-    CFRef<CFURLRef> const uri(CFURLCreateWithString(nullptr, String(options.deviceURI), nullptr));
-    return PMSessionSetCurrentPrinter(mSession, String(options.printer),
+    CFRef<CFURLRef> const uri(
+        CFURLCreateWithString(nullptr, JsonText::FromUTF8(options.deviceURI), nullptr));
+    return PMSessionSetCurrentPrinter(mSession, JsonText::FromUTF8(options.printer),
                                       HostFiles::URL(options.ppd, false), uri);
 }
 
@@ -156,8 +148,8 @@ OSStatus PrintSession::FillPrintSettings(PrintOptions const& options) {
     if (options.paperFeed) {
         // The name for people, which nobody reads, and the keyword.
         CFRef<CFMutableArrayRef> const feed(CFArrayCreateMutable(nullptr, 0));
-        CFArrayAppendValue(feed, String(*options.paperFeed));
-        CFArrayAppendValue(feed, String(*options.paperFeed));
+        CFArrayAppendValue(feed, JsonText::FromUTF8(*options.paperFeed));
+        CFArrayAppendValue(feed, JsonText::FromUTF8(*options.paperFeed));
         settings.Set(kPrimaryPaperFeedKey, feed.Get());
     }
     return settings.Status();
@@ -185,7 +177,7 @@ OSStatus PrintSession::FillPageFormat(PrintOptions const& options) {
         CFRef<CFMutableDictionaryRef> const paper(
             kept != nullptr ? CFDictionaryCreateMutableCopy(nullptr, 0, kept)
                             : CFDictionaryCreateMutable(nullptr, 0));
-        CFDictionarySetValue(paper, TicketKey(kPaperNameKey), String(*options.paper));
+        CFDictionarySetValue(paper, TicketKey(kPaperNameKey), JsonText::FromUTF8(*options.paper));
         format.Set(kPaperInfoTicket, paper.Get());
     }
     return format.Status();

@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "host/Options.h"
 #include "host/Outcome.h"
-#include "host/PrintOptions.h"
 #include "host/TicketFile.h"
 #include "platform/PrintManager.h"
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/TicketFile.h"
 
-#include <cstring>
 #include <filesystem>
 #include <system_error>
 #include <vector>
@@ -12,16 +11,8 @@
 
 namespace {
 
-CFStringRef Client() {
-    return CFSTR("com.zub.zubprint");
-}
-
 bool IsDictionary(CFTypeRef value) {
     return value != nullptr && CFGetTypeID(value) == CFDictionaryGetTypeID();
-}
-
-std::string Reason(std::int32_t error) {
-    return error > 0 ? std::strerror(error) : "error " + std::to_string(error);
 }
 
 }  // namespace
@@ -53,7 +44,7 @@ Outcome TicketFile::Write(std::string const& path) const {
     PropertyListFile file(HostFiles::URL(path, false), kCFPropertyListImmutable);
     return file.Save(mTickets) ? Outcome::Done()
                                : Outcome::Failed("can't write the tickets file " + path + ": " +
-                                                 Reason(file.FileError()));
+                                                 HostFiles::Reason(file.FileError()));
 }
 
 OSStatus TicketFile::Fill(CFStringRef name, PMTicketRef ticket) const {

@@ -11,6 +11,9 @@
 // property list with a dictionary for each, plain values under their keys.
 class TicketFile {
   public:
+    // Whose items they are.
+    static CFStringRef Client() { return CFSTR("com.zub.zubprint"); }
+
     // A file that isn't there is an empty one; one that is no such property list is a failure.
     Outcome Read(std::string const& path);
     // The whole file anew, or the former one stays.

@@ -2,11 +2,10 @@
 #include "host/Zubprint.h"
 
 #include "host/CommandLine.h"
-#include "host/ConstraintsCommand.h"
 #include "host/InspectCommand.h"
 #include "host/Outcome.h"
 #include "host/PrintCommand.h"
-#include "host/SolveCommand.h"
+#include "host/RuleCommands.h"
 
 namespace {
 

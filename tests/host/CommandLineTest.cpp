@@ -46,7 +46,7 @@ TEST_F(CommandLineTest, DefaultsAreThoseOfAPlainDialog) {
 
 TEST_F(CommandLineTest, WrongUsageIsTellingAndRunsNothing) {
     std::string const ppd = Write("a.ppd", Head() + Duplex());
-    std::vector<std::string> const cases[] = {
+    std::vector<std::vector<std::string>> cases = {
         {},
         {"frobnicate"},
         {"inspect"},
@@ -62,7 +62,19 @@ TEST_F(CommandLineTest, WrongUsageIsTellingAndRunsNothing) {
         {"print", "--ppd", ppd, "--device-uri", "nowhere"},
         {"print", "--ppd", ppd, "--printer", "\xC3"},
         {"print", "--ppd", ppd, "--bundle", ""},
+        {"print", "--ppd", ppd, "--copies", "0"},
+        {"print", "--ppd", ppd, "--orientation", "up"},
+        {"print", "--ppd", ppd, "--no-address", "--address", "a"},
+        {"solve"},
+        {"solve", ppd, "*A"},
+        {"solve", ppd, "=a1"},
+        {"solve", ppd, "--lock", ""},
+        {"constraints", ppd, "*A=a1"},
     };
+    for (char const* layout :
+         {"2", "2x", "0x1", "2x2x2", "x2", "-1x2", "2x2 ", " 2x2", "+2x2", "2x+2"}) {
+        cases.push_back({"print", "--ppd", ppd, "--layout", layout});
+    }
     for (std::vector<std::string> const& arguments : cases) {
         SCOPED_TRACE(::testing::PrintToString(arguments));
         Result const result = Run(arguments);

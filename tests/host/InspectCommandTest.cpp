@@ -5,7 +5,7 @@
 
 #include "PPDX/PPDObjects/DisplayOptions.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
-#include "host/ParsedPPD.h"
+#include "host/PPDCommand.h"
 #include "host/TreeJson.h"
 #include "tests/host/HostFixture.h"
 
@@ -118,39 +118,6 @@ TEST_F(InspectCommandTest, PrintsAllThatCameOfAFile) {
     EXPECT_EQ(json::array(), json::diff(expected, document));
 }
 
-TEST_F(InspectCommandTest, BytesKeepTheirValueAndNamesTheirMeaning) {
-    // 0xE9 is "e acute" in the file's encoding and "E grave" in the system's.
-    std::string const ppd = Write("a.ppd", Head() +
-                                               "*%ZUBFlags *Tray: Dynamic\n"
-                                               "*OpenUI *Tray/Bac \xE9troit: PickOne\n"
-                                               "*DefaultTray: T\xE9\n"
-                                               "*Tray T\xE9/Pr\xE9"
-                                               "f\xE9r\xE9: \"(\xE9\x80) =\"\n"
-                                               "*CloseUI: *Tray\n");
-    json const tray = Control(RunForJSON({"inspect", ppd}), "*Tray");
-    EXPECT_EQ("Bac \u00E9troit", tray["name"]);
-    EXPECT_EQ("T\u00E9", tray["default"]);
-    EXPECT_EQ("T\u00E9", tray["items"][0]["keyword"]);
-    EXPECT_EQ("Pr\u00E9f\u00E9r\u00E9", tray["items"][0]["name"]);
-    EXPECT_EQ("(\u00E9\u0080) =\n", tray["items"][0]["code"]);
-    EXPECT_EQ("%%BeginFeature: *Tray T\u00E9\n(\u00E9\u0080) =\n%%EndFeature\n",
-              tray["postScript"]);
-}
-
-TEST_F(InspectCommandTest, SettingsAreMadeInOrderBeforePrinting) {
-    std::string const ppd = Write("a.ppd", Head() + Duplex() + Collate());
-    json const document = RunForJSON(
-        {"inspect", ppd, "--set", "*Duplex=On", "--set", "*Duplex=Tumble", "--set", "*Collate=no"});
-    json const duplex = Control(document, "*Duplex");
-    EXPECT_EQ("Tumble", duplex["value"]);
-    EXPECT_EQ("None", duplex["default"]);
-    EXPECT_FALSE(duplex["items"][1]["selected"].get<bool>());
-    EXPECT_TRUE(duplex["items"][2]["selected"].get<bool>());
-    EXPECT_EQ("False", Control(document, "*Collate")["value"]);
-    EXPECT_EQ("%%BeginFeature: *Collate False\n\n%%EndFeature\n",
-              Control(document, "*Collate")["postScript"]);
-}
-
 TEST_F(InspectCommandTest, AChoiceThatIsntTakenOnlyWarns) {
     std::string const ppd = Write("a.ppd", Head() + Duplex());
     Result const result = Run({"inspect", ppd, "--set", "*Duplex=On", "--set", "*Duplex=Off"});
@@ -187,8 +154,7 @@ TEST_F(InspectCommandTest, ASettingOfAnUnknownControlPrintsNothingElse) {
 TEST_F(InspectCommandTest, ARebuiltTreeIsTheOneThatWasReadButForWhatNoArchiveHolds) {
     namespace fs = std::filesystem;
     int files = 0;
-    fs::path const samples = fs::path(__FILE__).parent_path() / ".." / ".." / "samples";
-    for (fs::directory_entry const& sample : fs::directory_iterator(samples)) {
+    for (fs::directory_entry const& sample : fs::directory_iterator(ZUB_SAMPLES)) {
         std::string const path = sample.path().string();
         if (sample.path().extension() != ".ppd") {
             continue;
@@ -222,27 +188,6 @@ TEST_F(InspectCommandTest, WhatWasReadOfARefusedFileComesBackToo) {
     json const foreign = RunForJSON({"inspect", good, "--rebuilt", "--accept", "OTHER"});
     EXPECT_EQ(false, foreign["validPrinterName"]);
     EXPECT_EQ(json::array(), foreign["groups"]);
-}
-
-TEST_F(InspectCommandTest, AFileOfAnotherMakerIsNotRead) {
-    std::string const ppd = Write("a.ppd", Head() + Duplex());
-    EXPECT_EQ(
-        1U,
-        RunForJSON({"inspect", ppd, "--accept", "OTHER", "--accept", "ZUB"})["controls"].size());
-    json const refused = RunForJSON({"inspect", ppd, "--accept", "OTHER"});
-    EXPECT_EQ(false, refused["validPrinterName"]);
-    EXPECT_EQ(json::array(), refused["controls"]);
-    EXPECT_EQ(json::array(), refused["groups"]);
-    EXPECT_EQ(nullptr, refused["header"]["ZUVersion"]);
-}
-
-TEST_F(InspectCommandTest, ParseOptionsDecideAboutOrphans) {
-    std::string const ppd = Write("a.ppd", Head() + Duplex() + Collate());
-    EXPECT_EQ(2U, RunForJSON({"inspect", ppd, "--parse-options", "1"})["controls"].size());
-    json const placed = RunForJSON({"inspect", ppd, "--parse-options", "2"});
-    EXPECT_EQ(1U, placed["controls"].size());
-    EXPECT_EQ(json::parse(R"([{"code": 21, "fatal": false, "keyword": "*Collate"}])"),
-              placed["errors"]);
 }
 
 TEST_F(InspectCommandTest, WhatCantBeOpenedIsAFailureAndWhatCantBeReadAnError) {

@@ -52,13 +52,6 @@ class PrintCommandTest : public HostFixture {
     }
 };
 
-TEST_F(PrintCommandTest, TheChoiceStandsAsFeatureCodeInTheJob) {
-    json const pairs = RunForJSON(
-        {"print", "--ppd", WritePPD(), "--set", "*Duplex=On", "--set", Setting(), "--pairs"});
-    EXPECT_TRUE(HasFeature(pairs, mFeature)) << pairs.dump(2);
-    EXPECT_EQ(1U, JobsWith(mMark).size());
-}
-
 TEST_F(PrintCommandTest, EachCommitWritesAFileAndTheLastOnesPathIsPrinted) {
     Result const result = Run({"print", "--ppd", WritePPD(), "--set", Setting(), "--commits", "3"});
     ASSERT_EQ(0, result.status) << result.err;
@@ -70,13 +63,6 @@ TEST_F(PrintCommandTest, EachCommitWritesAFileAndTheLastOnesPathIsPrinted) {
     ASSERT_EQ(3U, written.size());
     EXPECT_EQ(written.front().JSON(), printed.JSON());
     EXPECT_EQ(written.back().JSON(), printed.JSON());
-}
-
-TEST_F(PrintCommandTest, TheApplicationPrintsUnderItsOwnName) {
-    json const pairs = RunForJSON(
-        {"print", "--ppd", WritePPD(), "--set", Setting(), "--pairs", "--process-name", "Letters"});
-    EXPECT_TRUE(HasFeature(pairs, "%%BeginFeature: *ZUSourceAppType LETTERS\n\n%%EndFeature\n"))
-        << pairs.dump(2);
 }
 
 TEST_F(PrintCommandTest, ForeignPrintersAreRefusedAndTheNextDialogOpens) {

@@ -5,7 +5,6 @@
 #include "VelonFeatures/Project/Core/BundleIdentity.h"
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
 #include "platform/CFRef.h"
-#include "tests/PPDLines.h"
 #include "tests/host/HostFixture.h"
 #include "twoway/ZUBTolvanePrinterPList.h"
 
@@ -48,39 +47,13 @@ class TicketsTest : public HostFixture {
     std::string const mTickets = PathOf("tickets.plist");
     std::string const mPPD =
         Write(UniqueName("tickets-test") + ".ppd",
-              Head() +
-                  "*%ZUBGroupName ZUPPInstallableOptions/Installed: True\n"
-                  "*%ZUBParent ZUPPInstallableOptions/Pane1: True|Rolldown\n" +
-                  Duplex(mMark) + InGroup("*Tray", "ZUPPInstallableOptions") +
-                  "*%ZUBFlags *ZUScale: Dynamic\n*%ZUBGroup *ZUScale: Finish/F\n"
-                  "*%ZUBRange *ZUScale/Scale: (25;400;5;100) \"<*ZUScale> scale\"\n"
+              Head() + Duplex(mMark) +
                   "*%ZUBFlags *Sort: Dynamic\n*%ZUBGroup *Sort: Finish/F\n"
                   "*OpenUI *Sort/Sort: Boolean\n*DefaultSort: False\n*Sort True/On: \"s\"\n"
                   "*Sort False/Off: \"\"\n*CloseUI: *Sort\n");
-
-  private:
-    static std::string InGroup(std::string const& keyword, std::string const& group) {
-        std::string lines = PPDLines::Popup(keyword, {"None", "Big"});
-        return lines.insert(lines.find('\n') + 1,
-                            "*%ZUBGroup " + keyword + ": " + group + "/Group\n");
-    }
 };
 
 }  // namespace
-
-TEST_F(TicketsTest, ChoicesLastFromOneDialogToTheNext) {
-    json const first = Print({"--set", "*Duplex=" + mMark, "--set", "*Sort=True", "--set",
-                              "*Tray=Big", "--set", "*ZUScale=70"});
-    EXPECT_EQ(first["*Duplex"], mMark);
-    EXPECT_EQ(first["*Tray"], "Big");
-    json const second = Print({});
-    EXPECT_EQ(second["*Duplex"], mMark);
-    EXPECT_EQ(second["*Sort"], "True");
-    EXPECT_EQ(second["*ZUScale"], "70");
-    EXPECT_EQ(second["*Tray"], "None");  // what is built into the printer isn't a choice
-    EXPECT_EQ(Print({"--set", "*Duplex=On"})["*Duplex"], "On");
-    EXPECT_EQ(Print({})["*Duplex"], "On");
-}
 
 TEST_F(TicketsTest, EachMakeAndModelHasItsOwnChoicesUnlessAllShareOneSet) {
     Print({"--make-and-model", "ZUB One", "--set", "*Duplex=" + mMark});
@@ -162,13 +135,4 @@ TEST_F(TicketsTest, TheRecordOfThePrinterTakesAnAddress) {
     EXPECT_EQ(0, run({"--no-address"}).status);
     expect("", false);
     EXPECT_EQ(2, run({"--no-address", "--address", "a"}).status);
-}
-
-TEST_F(TicketsTest, WrongValuesAreWrongUsage) {
-    for (char const* layout :
-         {"2", "2x", "0x1", "2x2x2", "x2", "-1x2", "2x2 ", " 2x2", "+2x2", "2x+2"}) {
-        EXPECT_EQ(2, Run({"print", "--ppd", mPPD, "--layout", layout}).status) << layout;
-    }
-    EXPECT_EQ(2, Run({"print", "--ppd", mPPD, "--copies", "0"}).status);
-    EXPECT_EQ(2, Run({"print", "--ppd", mPPD, "--orientation", "up"}).status);
 }

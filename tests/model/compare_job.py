@@ -8,65 +8,38 @@ the dialog, the second from what the first one left.
 
 import contextlib
 import glob
-import json
-import multiprocessing
 import os
 import plistlib
-import random
 import stat
 import sys
-import tempfile
 import time
 
-import compare_inspect
 import random_jobs
-from compare_inspect import (argument_parser, first_difference, keep, parsed,
-                             print_difference, run_command)
-from inspect_model import NoSuchControl
+from comparing import (Call, Dice, Result, first_difference, keep, own_folder,
+                       run, run_command)
 from job_model import PAGE_FORMAT, SETTINGS, Dialog, Host, document, \
     with_options
 
-COUNT = 300
 TICKETS = "tickets.plist"
 JOB_FILES = "/tmp/Velon.temp"
 DATA_KEY = ("ZUB.PSData.com.zub.print.pde."
             "645EBB97-CCEC-44A1-ADE0-29E4901A642D.PInf")
 
 
-class Run:
-    """The arguments of one run, and what is expected of it."""
-
-    def __init__(self, arguments, host, tickets):
-        self.arguments = arguments
-        self.host = host
-        self.tickets = tickets
-        self.status = 0
-        self.warnings = 0
-        self.dialog = None
-        self.pairs = []
-
-
-class Case:
-    """The file of one seed and its runs."""
-
-    value = compare_inspect.Case.value
+class Case(Dice):
+    """The file of one seed, and (call, dialog) for each of its runs."""
 
     def __init__(self, seed):
-        self.rng = random.Random(f"dialogs {seed}")
+        super().__init__(f"dialogs {seed}")
         self.token = f"{os.getpid()}X{seed}"
+        self.name = f"zubjob{self.token}.ppd"
         self.data = random_jobs.make(seed)
         self.found = self.tickets() if self.chance(0.6) else {}
         self.runs = [self.run(False, self.found)]
-        first = self.runs[0]
-        if first.status == 0 and self.chance(0.4):
-            self.runs.append(self.run(first.host.two_way,
-                                      first.dialog.kept(first.tickets)))
-
-    def chance(self, p):
-        return self.rng.random() < p
-
-    def pick(self, values):
-        return self.rng.choice(values)
+        call, dialog = self.runs[0]
+        if call.status == 0 and self.chance(0.4):
+            self.runs.append(self.run(dialog.host.two_way,
+                                      dialog.kept(dialog.tickets)))
 
     # -- what is found
 
@@ -152,53 +125,18 @@ class Case:
             paper_feed = self.pick(["Tray1", "Tray2", "Bypass", "Nowhere",
                                     ""])
             arguments += ["--paper-feed", paper_feed]
-        run = Run(arguments, host,
-                  with_options(tickets, orientation, paper_feed))
-        run.dialog = Dialog(self.data, host, run.tickets)
-        if not run.dialog.accepted:
-            run.status = 3
-            return run
-        self.set_values(run)
-        if run.status == 0:
-            for _ in range(commits):
-                run.pairs = run.dialog.commit()
-        return run
-
-    def set_values(self, run):
-        able = [c for c in run.dialog.ppd.controls if c.keyword.isascii()]
-        for _ in range(self.pick((0, 0, 1, 2, 4))):
-            keyword, text = "*NoSuch", "x"
-            if able and not self.chance(0.01):
-                control = self.pick(able)
-                keyword, text = control.keyword.decode(), self.value(control)
-            elif self.chance(0.9):
-                return
-            run.arguments += ["--set", f"{keyword}={text}"]
-            try:
-                taken = run.dialog.set_value(keyword, text)
-            except NoSuchControl:
-                run.status = 1
-                return
-            if taken is None:
-                run.warnings = None
-            elif run.warnings is not None:
-                run.warnings += not taken
-
-
-# --- running -----------------------------------------------------------------
-
-@contextlib.contextmanager
-def own_folder():
-    """A folder that is home and the present one at once."""
-    with tempfile.TemporaryDirectory() as folder:
-        home = os.environ.get("HOME", "/")
-        os.environ["HOME"] = folder
-        os.chdir(folder)
-        try:
-            yield folder
-        finally:
-            os.chdir("/")
-            os.environ["HOME"] = home
+        call = Call(["print", "--ppd", self.name, "--pairs", "--tickets",
+                     TICKETS] + arguments)
+        dialog = Dialog(self.data, host,
+                        with_options(tickets, orientation, paper_feed))
+        if not dialog.accepted:
+            call.status = 3
+            return call, dialog
+        call.set_some(self, dialog.ppd.controls, self.pick((0, 0, 1, 2, 4)),
+                      dialog.set_value)
+        for _ in range(commits if call.status == 0 else 0):
+            call.document = document(dialog.commit())
+        return call, dialog
 
 
 def left_tickets():
@@ -232,94 +170,47 @@ def mode(path):
     return [stat.S_IMODE(found.st_mode), found.st_size]
 
 
-def check(run, status, output, errors):
-    """The first difference, or None."""
-    if status != run.status:
-        return "exit status", run.status, status
-    lines = None if run.warnings is None else run.warnings + bool(status)
-    if lines is not None and len(errors) != lines:
-        return "lines on standard error", lines, len(errors)
-    if status:
-        return ("output", "", output.decode("utf-8", "replace")) if output \
-            else None
-    try:
-        actual = json.loads(output.decode("utf-8"))
-    except ValueError as e:
-        return "output", "a JSON document in UTF-8", str(e)
-    dialog = run.dialog
-    found = first_difference(document(run.pairs), actual)
-    if found is None:
-        stored = left_tickets().get(dialog.choices_key(), {})
-        found = first_difference(*([list(p) for p in sorted(c.items())]
-                                   for c in (dialog.choices(), stored)),
-                                 "choices")
-    for path in () if found else dialog.files:
+def left_difference(dialog):
+    """The first one in what the dialog left beside the job."""
+    stored = left_tickets().get(dialog.choices_key(), {})
+    found = first_difference(*([list(p) for p in sorted(c.items())]
+                               for c in (dialog.choices(), stored)),
+                             "choices")
+    for path in dialog.files:
         there = os.path.isdir(os.path.dirname(path) or ".")
         found = found or first_difference([0o777, 0] if there else None,
                                           mode(path), path)
     return found
 
 
-def run_seed(job):
-    """(seed, number of runs, places left open, arguments and difference)."""
-    seed, options = job
+def compare(options, seed):
     case = Case(seed)
-    name = f"zubjob{case.token}.ppd"
-    with own_folder():
-        with open(name, "wb") as file:
-            file.write(case.data)
+    result = Result(seed)
+    with own_folder(case.name, case.data):
         if case.found:
             with open(TICKETS, "wb") as file:
                 plistlib.dump(case.found, file)
         if case.chance(0.8):
             os.mkdir("out")
-        difference, doubts = None, []
-        for count, run in enumerate(case.runs, 1):
+        for call, dialog in case.runs:
             start = time.time()
-            status, output, errors = run_command(
-                options.zubprint, "print", "--ppd",
-                [name, "--pairs", "--tickets", TICKETS] + run.arguments)
-            doubts = run.dialog.doubts
-            if options.unsettled or not doubts:
-                difference = check(run, status, output, errors)
-            clean_up(name, case.token, start)
-            if doubts and not options.unsettled:
-                break
+            answer = run_command(options, call.arguments)
+            result.calls += 1
+            result.notes = tuple(dialog.doubts)
+            result.open = bool(dialog.doubts) and not options.unsettled
+            difference = None
+            if not result.open:
+                difference = call.difference(answer)
+                if difference is None and call.status == 0:
+                    difference = left_difference(dialog)
+            clean_up(case.name, case.token, start)
             if difference:
-                difference = run.arguments, difference
-                if options.keep:
-                    keep(os.path.join(options.keep, f"job{seed}"), case.data,
-                         document(run.pairs), output)
+                result.found = call.arguments, difference
+                keep(options, result, case.data, call, answer)
+            if result.open or difference:
                 break
-    return seed, count, doubts, difference
-
-
-def main(argv=None):
-    parser = argument_parser(__doc__.splitlines()[0], COUNT)
-    parser.add_argument("--unsettled", action="store_true",
-                        help="compare at unsettled places too")
-    options, jobs = parsed(parser, argv)
-    if options.keep:
-        options.keep = os.path.abspath(options.keep)
-    runs = failed = left_open = 0
-    reasons = {}
-    with multiprocessing.Pool(2) as pool:
-        for seed, count, doubts, found in pool.imap(run_seed, jobs,
-                                                    chunksize=4):
-            runs += count
-            left_open += bool(doubts and not options.unsettled)
-            for doubt in doubts:
-                reasons[doubt] = reasons.get(doubt, 0) + 1
-            if found:
-                failed += 1
-                print_difference(seed, "print", *found)
-    for doubt, count in sorted(reasons.items()):
-        print(f"{count} seeds met {doubt}")
-    passed = len(jobs) - failed - left_open
-    print(f"{passed} passed, {failed} failed, {left_open} left open, "
-          f"{runs} runs")
-    return 1 if failed or not passed else 0
+    return result
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(run(__doc__, "job", 200, compare))

@@ -1,18 +1,8 @@
-#!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""A second store of constraint rules and a second solver, lists all through.
+"""A second store of constraint rules and a second solver, lists all through."""
 
-Run by itself it takes the arguments of `zubprint constraints` and `zubprint
-solve` and prints the same documents. `compare_constraints.py` calls it in
-process.
-"""
 
-import argparse
-import json
-import os
-import sys
-
-from inspect_model import Boolean, NoSuchControl, Popup, Reader, latin
+from inspect_model import Boolean, Popup, Reader, latin
 
 LIMIT = 128
 
@@ -332,51 +322,3 @@ class RuleReader(Reader):
                 "delta": self.texts(delta),
                 "conflicts": self.texts(errors.conflicts),
                 "alternatives": self.texts(errors.alternatives)}, engine.bounds
-
-
-def split_pair(text, need_option=True):
-    key, sign, option = os.fsencode(text).partition(b"=")
-    if not sign and need_option:
-        raise argparse.ArgumentTypeError(f"{text} isn't KEY=OPTION")
-    return key, option if sign else None
-
-
-def main(argv=None):
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("question", choices=("constraints", "solve"))
-    parser.add_argument("ppd")
-    parser.add_argument("pairs", nargs="*", type=split_pair,
-                        metavar="KEY=OPTION")
-    parser.add_argument("--parse-options", type=int, default=3, metavar="N",
-                        choices=range(4))
-    parser.add_argument("--set", action="append", default=[],
-                        type=split_pair, metavar="KEY=VALUE", dest="settings")
-    parser.add_argument("--custom-paper", action="store_true")
-    parser.add_argument("--lock", action="append", default=[],
-                        type=lambda text: split_pair(text, False),
-                        metavar="KEY[=OPTION]", dest="locks")
-    parser.add_argument("--keep-delta", action="store_true")
-    parser.add_argument("--test", action="store_true")
-    args = parser.parse_intermixed_args(argv)
-    with open(args.ppd, "rb") as file:
-        reader = RuleReader(file.read(), args.parse_options)
-    if not reader.is_valid():
-        print(f"{args.ppd} is broken", file=sys.stderr)
-        return 3
-    try:
-        for keyword, text in args.settings:
-            reader.set_value(keyword.decode(), text.decode())
-        if args.question == "constraints":
-            document = reader.constrained(args.custom_paper)
-        else:
-            document, _ = reader.solved(args.pairs, args.locks,
-                                        args.keep_delta, args.test)
-    except (NoSuchControl, NoSuchText) as e:
-        print(f"{args.ppd} doesn't hold {e}", file=sys.stderr)
-        return 1
-    print(json.dumps(document))
-    return 0
-
-
-if __name__ == "__main__":
-    sys.exit(main())

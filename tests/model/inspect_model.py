@@ -1,18 +1,11 @@
-#!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
 """A second reader of extended PPD files, independent of the product's own.
-
-Run by itself it takes the arguments of `zubprint inspect` and prints the same
-document. `compare_inspect.py` calls `inspect()` in process.
 
 Where a file reaches a place whose outcome isn't settled, the reader notes it
 with `doubt()`. The comparer then compares only what such a place can't touch.
 """
 
-import argparse
-import json
 import struct
-import sys
 
 LF, CR, QUOTE, STAR, PERCENT, EOF_BYTE = 0x0A, 0x0D, 0x22, 0x2A, 0x25, 0xFF
 CHUNK, TOKEN_LIMIT, LINE_LIMIT = 10000, 255, 255
@@ -1342,50 +1335,3 @@ class Reader:
             "shortcuts": [latin(c.keyword) for c in self.walk_shortcuts()],
             "shortcutCount": len(self.shortcuts),
         }
-
-
-def inspect(data, parse_options=3, accept=None, settings=()):
-    reader = Reader(data, parse_options, accept)
-    for keyword, text in settings:
-        reader.set_value(keyword, text)
-    return reader.document()
-
-
-def main(argv=None):
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("ppd")
-    parser.add_argument("--accept", action="append", metavar="TEXT")
-    parser.add_argument("--parse-options", type=int, default=3, metavar="N",
-                        choices=range(4))
-    parser.add_argument("--extensions", type=int, default=-1, metavar="N",
-                        help="only job notes would look at it")
-    parser.add_argument("--set", action="append", default=[],
-                        metavar="KEY=VALUE", dest="settings")
-    args = parser.parse_args(argv)
-    if not all("=" in s for s in args.settings):
-        parser.error("--set needs KEY=VALUE")
-    try:
-        with open(args.ppd, "rb") as file:
-            data = file.read()
-    except OSError as e:
-        print(f"can't read {args.ppd}: {e.strerror}", file=sys.stderr)
-        return 1
-    reader = Reader(data, args.parse_options, args.accept)
-    for setting in args.settings:
-        keyword, _, text = setting.partition("=")
-        try:
-            taken = reader.set_value(keyword, text)
-        except NoSuchControl:
-            print(f"{args.ppd} has no control {keyword}", file=sys.stderr)
-            return 1
-        if not taken:
-            print(f"{keyword} doesn't take {text}", file=sys.stderr)
-    document = json.dumps(reader.document(), ensure_ascii=False, indent=2)
-    sys.stdout.buffer.write(document.encode() + b"\n")
-    for reason in reader.doubts:
-        print(f"unsettled: {reason}", file=sys.stderr)
-    return 0
-
-
-if __name__ == "__main__":
-    sys.exit(main())

@@ -1,18 +1,12 @@
-#!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
 """A second assembly of the job, independent of the product's own.
 
 A `Dialog` is one run of the dialog on one PPD: it starts from the tickets of
 the last one, takes choices, and makes the pairs of site and bytes at each
-commit. Run by itself the program takes the main arguments of `zubprint print
---pairs` and prints the same document.
+commit.
 """
 
-import argparse
 import dataclasses
-import json
-import plistlib
-import sys
 
 from inspect_model import (CustomPageSize, Item, NoSuchControl, Popup, Range,
                            Reader, SpecialOption, latin, to_long)
@@ -32,9 +26,6 @@ N_UP_RESET = (
 ORIENTATION_FALSE = b"%%BeginFeature: *ZUOrientation False\n%%EndFeature\n"
 SAME_SIZE = (b"%%BeginFeature: *ZUPrintSize SameAsPageSize\n\n"
              b"%%EndFeature\n")
-DYNAMIC = (b"%%%%BeginFeature: %s %s\n /KTXsetDynamicOption where\n"
-           b"        { pop (%s) (%s) KTXsetDynamicOption } if\n"
-           b"%%%%EndFeature\n")
 SCALE = (b"%%%%BeginFeature: *ZUScale %d\n"
          b" userdict /KTXZUBsetpageproperties known {  << /KTXSetZUScale"
          b" [ %d.%d%d ] >> KTXZUBsetpageproperties }"
@@ -76,15 +67,15 @@ class Host:
 class Dialog:
     def __init__(self, data, host=None, tickets=None):
         self.host = host or Host()
+        self.tickets = tickets or {}
         self.ppd = Reader(data, 3, ["ZUB"])
         self.doubts = list(self.ppd.doubts)
         self.accepted = self.ppd.printer_name_valid and self.ppd.is_valid()
-        self.notes = {}
         self.files = []
         self.orphans_shown = False
         if self.accepted:
             self.version = self.ppd.header["ZUVersion"]
-            self.restore(tickets or {})
+            self.restore(self.tickets)
             self.follow_orientation()
             # Once for the session data, once for the session.
             for _ in range(2):
@@ -233,14 +224,7 @@ class Dialog:
                 self.add(FEATURE, ORIENTATION_FALSE)
 
     def add_special(self, keyword):
-        control, note = self.find(keyword), self.notes.get(keyword)
-        if note is not None and self.host.two_way:
-            text = DYNAMIC % (keyword, note, keyword, note)
-            if len(text) < 1024:
-                self.add(FEATURE, text.replace(b"EFBBBF", b"\xef\xbb\xbf"))
-        elif control:
-            if note is not None:
-                self.notes[keyword] = b""
+        if control := self.find(keyword):
             self.add_control(control)
 
     def add_scale(self):
@@ -343,47 +327,3 @@ def with_options(tickets, orientation=None, paper_feed=None):
 
 def document(pairs):
     return [{"site": site, "text": latin(data)} for site, data in pairs]
-
-
-def main(argv=None):
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--ppd", required=True)
-    parser.add_argument("--set", action="append", default=[],
-                        metavar="KEY=VALUE", dest="settings")
-    parser.add_argument("--tickets", metavar="FILE", help="only read")
-    parser.add_argument("--orientation", type=int)
-    parser.add_argument("--paper-feed")
-    parser.add_argument("--commits", type=int, default=1)
-    parser.add_argument("--address")
-    parser.add_argument("--custom-paper", action="store_true")
-    parser.add_argument("--process-name", default=Host.process_name)
-    parser.add_argument("--bundle-id", default=Host.bundle_id)
-    args = parser.parse_args(argv)
-    tickets = {}
-    if args.tickets:
-        with open(args.tickets, "rb") as file:
-            tickets = plistlib.load(file)
-    with open(args.ppd, "rb") as file:
-        dialog = Dialog(file.read(), Host(
-            args.address is not None, args.custom_paper, args.process_name,
-            args.bundle_id),
-            with_options(tickets, args.orientation, args.paper_feed))
-    if not dialog.accepted:
-        print(f"{args.ppd} isn't taken", file=sys.stderr)
-        return 3
-    try:
-        for setting in args.settings:
-            dialog.set_value(*setting.split("=", 1))
-    except NoSuchControl as e:
-        print(f"{args.ppd} has no control {e}", file=sys.stderr)
-        return 1
-    for _ in range(args.commits):
-        pairs = dialog.commit()
-    print(json.dumps(document(pairs), indent=2))
-    for reason in dialog.doubts:
-        print(f"unsettled: {reason}", file=sys.stderr)
-    return 0
-
-
-if __name__ == "__main__":
-    sys.exit(main())

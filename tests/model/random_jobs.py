@@ -1,22 +1,15 @@
-#!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
 """Random extended PPD files full of the options that a job treats specially.
 
 The same seed always gives the same bytes.
 """
 
-import random
+import comparing
 
-import random_ppd
-
-LAYOUT = [b"*%ZUBPropPage Page/Page: True", b"*%ZUBGroupName Pane/Pane: True",
-          b"*%ZUBGroupName Roll/Roll: True", b"*%ZUBGroupName Dark/Dark: x",
-          b"*%ZUBGroupName Spare/Spare: True",
-          b"*%ZUBGroupName ZUPPInstallableOptions/Installed: True",
-          b"*%ZUBParent Pane/Page: True|Scrollpane",
-          b"*%ZUBParent Roll/Pane: True|Rolldown",
-          b"*%ZUBParent Dark/Pane: Rolldown",
-          b"*%ZUBParent ZUPPInstallableOptions/Pane: True|Rolldown"]
+LAYOUT = comparing.LAYOUT + [
+    b"*%ZUBGroupName Spare/Spare: True",
+    b"*%ZUBGroupName ZUPPInstallableOptions/Installed: True",
+    b"*%ZUBParent ZUPPInstallableOptions/Pane: True|Rolldown"]
 # A control without a group is an orphan, and so is one of a plain group.
 GROUPS = [b"Roll"] * 8 + [b"Dark", b"Spare", b"", b"ZUPPInstallableOptions"]
 
@@ -51,15 +44,9 @@ CODE = [b"", b"", b"1 set", b"<< /A 1 >> setpagedevice\n% two\n(\\\\n)",
         b"\xe9\x80 x", b"%% comment"]
 
 
-class Maker:
+class Maker(comparing.Dice):
     def __init__(self, seed):
-        self.rng = random.Random(f"jobs {seed}")
-
-    def chance(self, p):
-        return self.rng.random() < p
-
-    def pick(self, values):
-        return self.rng.choice(values)
+        super().__init__(f"jobs {seed}")
 
     def some(self, values, least, most):
         return self.rng.sample(values, min(len(values),
@@ -67,39 +54,33 @@ class Maker:
 
     # -- controls
 
-    def opening(self, key, group):
+    def flags(self):
         flags = [b"Dynamic"]
         if self.chance(0.25):
             flags += self.some([b"NoVelonDriverUI", b"DriverUserDisplayHidden",
                                 b"Setup"], 1, 2)
-        lines = [b"*%ZUBFlags " + key + b": " + b"|".join(flags)]
-        if group:
-            lines.append(b"*%ZUBGroup " + key + b": " + group + b"/x")
-        return lines
+        return b"|".join(flags)
 
     def popup(self, key, options):
         options = self.some(options, 1, 4)
         if self.chance(0.06):
             options.append(self.pick(options))
         kind = self.pick([b"PickOne"] * 7 + [b"PickMany"])
-        lines = self.opening(key, self.pick(GROUPS))
-        lines.append(b"*OpenUI " + key + b"/Name: " + kind)
+        lines = []
         if self.chance(0.93):
             lines.append(b"*Default" + key[1:] + b": " + self.pick(options))
         for option in options:
             name = self.pick([b"", b"/Name", b"/Called " + option[:3]])
             lines.append(key + b" " + option + name + b': "' +
                          self.pick(CODE) + b'"')
-        return lines + [b"*CloseUI: " + key]
+        return self.block(key, kind, lines, self.pick(GROUPS), self.flags())
 
     def boolean(self, key, _):
-        return (self.opening(key, self.pick(GROUPS)) +
-                [b"*OpenUI " + key + b"/Name: Boolean",
-                 b"*Default" + key[1:] + b": " +
-                 self.pick([b"True", b"False"]),
-                 key + b' True/On: "' + self.pick(CODE) + b'"',
-                 key + b' False/Off: "' + self.pick(CODE) + b'"',
-                 b"*CloseUI: " + key])
+        return self.block(key, b"Boolean", [
+            b"*Default" + key[1:] + b": " + self.pick([b"True", b"False"]),
+            key + b' True/On: "' + self.pick(CODE) + b'"',
+            key + b' False/Off: "' + self.pick(CODE) + b'"'],
+            self.pick(GROUPS), self.flags())
 
     def range(self, key, _):
         word, numbers = self.pick([
@@ -115,7 +96,7 @@ class Maker:
         # Without a group there can't be a range, but a plain one makes it an
         # orphan.
         group = self.pick(GROUPS) or b"Spare"
-        return self.opening(key, group) + [
+        return self.opening(key, group, self.flags()) + [
             b"*%ZUB" + word + b" " + key + b"/Name: (" + self.pick(numbers) +
             b") " + code]
 
@@ -184,7 +165,3 @@ class Maker:
 
 def make(seed):
     return Maker(seed).make()
-
-
-if __name__ == "__main__":
-    random_ppd.print_one(make, __doc__)

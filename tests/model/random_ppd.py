@@ -1,14 +1,10 @@
-#!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
 """Random extended PPD files: mostly well formed, with faults strewn in.
 
 The same seed always gives the same bytes.
 """
 
-import argparse
-import random
-import sys
-
+from comparing import Dice
 from inspect_model import CHUNK, CLOSERS, CODECS, OPENERS, SCAN_LIMIT
 
 ENCODINGS = list(CODECS) + [b"UTF-8", b"None"]
@@ -42,24 +38,18 @@ NOTE_WORDS = [b"Alpha", b"Numeric", b"Required", b"MinLength4", b"LCD"]
 ENDS = (b"\n", b"\r", b"\r\n")
 
 
-class Maker:
+class Maker(Dice):
     def __init__(self, seed):
-        self.rng = random.Random(seed)
-        self.encoding = self.rng.choice(ENCODINGS)
+        super().__init__(seed)
+        self.encoding = self.pick(ENCODINGS)
         # Most files have no odd places at all, so that what they make can be
         # seen whole; the rest have a few up to many.
-        self.rate = self.rng.choice((0, 0, 0.01, 0.03, 0.08, 0.2))
+        self.rate = self.pick((0, 0, 0.01, 0.03, 0.08, 0.2))
         self.pages, self.panes, self.rolls, self.plain = [], [], [], []
         self.used = []
 
     def odd(self, scale=1.0):
         return self.rng.random() < self.rate * scale
-
-    def chance(self, p):
-        return self.rng.random() < p
-
-    def pick(self, values):
-        return self.rng.choice(values)
 
     def some(self, values, most):
         return [self.pick(values) for _ in range(self.rng.randint(0, most))]
@@ -724,14 +714,3 @@ class Maker:
 
 def make(seed):
     return Maker(seed).make()
-
-
-def print_one(make_one, description):
-    """The file of one seed on standard output, as the command line asks."""
-    parser = argparse.ArgumentParser(description=description.splitlines()[0])
-    parser.add_argument("--seed", type=int, required=True, metavar="N")
-    sys.stdout.buffer.write(make_one(parser.parse_args().seed))
-
-
-if __name__ == "__main__":
-    print_one(make, __doc__)

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
 """Random extended PPD files full of rules about options.
 
@@ -7,17 +6,10 @@ The same seed always gives the same bytes. A file is of one of three moods:
 size, and "dense" has so many rules that a search for a way out is long.
 """
 
-import random
-
-import random_ppd
+from comparing import LAYOUT, Dice
 
 HEAD = [b'*PPD-Adobe: "4.3"', b"*LanguageVersion: English",
-        b"*LanguageEncoding: ISOLatin1", b"*%ZUBPropPage Page/Page: True",
-        b"*%ZUBGroupName Pane/Pane: True", b"*%ZUBGroupName Roll/Roll: True",
-        b"*%ZUBGroupName Hidden/Hidden: x",
-        b"*%ZUBParent Pane/Page: True|Scrollpane",
-        b"*%ZUBParent Roll/Pane: True|Rolldown",
-        b"*%ZUBParent Hidden/Pane: Rolldown"]
+        b"*LanguageEncoding: ISOLatin1"] + LAYOUT
 # Keywords and options of equal text are meant: a text has one id.
 KEYS = [b"*A", b"*B", b"*C", b"*Duplex", b"*Collate", b"*PageSize", b"Staple",
         b"*F\xf6ld", b"*ZUOutProfile"]
@@ -28,29 +20,19 @@ RULES = [b"*UIConstraints:", b"*UIConstraints:", b"*%ZUBUIConstraints:",
          b"*UIConstraints", b"*%ZUBUIRequires:"]
 
 
-class Maker:
+class Maker(Dice):
     def __init__(self, seed):
-        self.rng = random.Random(f"rules {seed}")
+        super().__init__(f"rules {seed}")
         self.mood = self.pick(["mixed"] * 4 + ["sizes"] * 2 + ["dense"] * 2)
         self.options = {}
-
-    def chance(self, p):
-        return self.rng.random() < p
-
-    def pick(self, values):
-        return self.rng.choice(values)
 
     def between(self, low, high):
         return self.rng.randint(low, high)
 
     # -- controls
 
-    def opening(self, key, kind):
-        lines = [b"*%ZUBFlags " + key + b": Dynamic"]
-        group = self.pick([b"Roll"] * 12 + [b"Hidden", b""])
-        if group:
-            lines.append(b"*%ZUBGroup " + key + b": " + group + b"/x")
-        return lines + [b"*OpenUI " + key + b"/Name: " + kind]
+    def group(self):
+        return self.pick([b"Roll"] * 12 + [b"Dark", b""])
 
     def default(self, key, value):
         """Mostly a good one; two of them end the whole file."""
@@ -65,25 +47,22 @@ class Maker:
     def popup(self, key, options):
         self.options[key] = options
         kind = b"PickMany" if self.chance(0.15) else b"PickOne"
-        lines = self.opening(key, kind)
-        lines += self.default(key, self.pick(options))
+        lines = self.default(key, self.pick(options))
         lines += [key + b" " + o + b'/Name: ""' for o in options]
         if self.chance(0.1):
             lines.insert(-1, self.rule())
-        return lines + [b"*CloseUI: " + key]
+        return self.block(key, kind, lines, self.group())
 
     def boolean(self, key):
         self.options[key] = [b"True", b"False"]
-        return (self.opening(key, b"Boolean") +
-                self.default(key, self.pick([b"True", b"False"])) +
-                [key + b' True/On: ""', key + b' False/Off: ""',
-                 b"*CloseUI: " + key])
+        return self.block(
+            key, b"Boolean", self.default(key, self.pick([b"True", b"False"])) +
+            [key + b' True/On: ""', key + b' False/Off: ""'], self.group())
 
     def range(self, key):
         self.options[key] = [b"1", b"2"]
-        return [b"*%ZUBFlags " + key + b": Dynamic",
-                b"*%ZUBGroup " + key + b": Roll/x",
-                b"*%ZUBRange " + key + b'/Name: (0;9;1;2) "x"']
+        return self.opening(key, b"Roll") + [
+            b"*%ZUBRange " + key + b'/Name: (0;9;1;2) "x"']
 
     def control(self, key):
         how = self.rng.random()
@@ -207,7 +186,3 @@ class Maker:
 
 def make(seed):
     return Maker(seed).make()
-
-
-if __name__ == "__main__":
-    random_ppd.print_one(make, __doc__)

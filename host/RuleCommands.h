@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "host/ConstraintsOptions.h"
+#include "host/Options.h"
 #include "host/PPDCommand.h"
 
 // `zubprint constraints`: prints which choices would conflict with the present selection.
@@ -14,4 +14,17 @@ class ConstraintsCommand : public PPDCommand {
     Outcome Answer(ZUBPPD& ppd, Json& answer) override;
 
     ConstraintsOptions const& mOptions;
+};
+
+// `zubprint solve`: proposes a change of options and prints what makes it consistent, or what
+// stands in its way.
+class SolveCommand : public PPDCommand {
+  public:
+    SolveCommand(SolveOptions const& options, std::ostream& out, std::ostream& err)
+        : PPDCommand(options, false, out, err), mOptions(options) {}
+
+  private:
+    Outcome Answer(ZUBPPD& ppd, Json& answer) override;
+
+    SolveOptions const& mOptions;
 };

@@ -5,7 +5,45 @@
 #include <string>
 #include <vector>
 
-#include "host/ControlSetting.h"
+// One choice of the user: a control's keyword, bytes as they stand in the PPD, and its value in
+// UTF-8.
+struct ControlSetting {
+    std::string keyword;
+    std::string value;
+};
+
+// Which PPD a command reads, and what is set in it before anything is asked.
+struct ReadOptions {
+    std::string ppd;
+    std::vector<std::string> accepted;  // *PCFileName fragments; none accept every file
+    int parseOptions = 3;               // 0 to 3
+    std::vector<ControlSetting> settings;
+};
+
+// What `zubprint inspect` was told.
+struct InspectOptions : ReadOptions {
+    int extensions = -1;   // 0, 1, 2 or any other number for all
+    bool rebuilt = false;  // print what comes back from an archive of the PPD
+};
+
+// What `zubprint constraints` was told.
+struct ConstraintsOptions : ReadOptions {
+    bool customPaper = false;
+};
+
+// A keyword and one of its options, or all of them; bytes as they stand in the PPD.
+struct OptionChoice {
+    std::string keyword;
+    std::optional<std::string> option;
+};
+
+// What `zubprint solve` was told.
+struct SolveOptions : ReadOptions {
+    std::vector<OptionChoice> change;  // each with an option
+    std::vector<OptionChoice> locked;
+    bool keepDelta = false;
+    bool test = false;  // search for nothing
+};
 
 // Pages on a sheet.
 struct PageLayout {

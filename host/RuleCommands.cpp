@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "host/SolveCommand.h"
+#include "host/RuleCommands.h"
+
+#include <utility>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
+#include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "constraints/ConstraintsEngine.h"
 #include "constraints/UIConstraints.h"
@@ -10,6 +15,20 @@
 namespace {
 
 constexpr long kAllOptions = -1;
+
+// What a control offers to choose from; empty for one that isn't a list or a switch.
+std::vector<char const*> Choices(PPDXControl& control) {
+    if (control.Type() == kBooleanType) {
+        return {"True", "False"};
+    }
+    std::vector<char const*> choices;
+    if (auto* const popup = dynamic_cast<PPDXPopupControl*>(&control)) {
+        for (_PopupItem* item = popup->FirstItem(); item != nullptr; item = popup->NextItem()) {
+            choices.push_back(item->Keyword());
+        }
+    }
+    return choices;
+}
 
 // Turns texts into ids; remembers the first one that the PPD doesn't have.
 class Texts {
@@ -46,6 +65,24 @@ Json Pairs(KVCache const& pairs, CStringSoup const& texts) {
 }
 
 }  // namespace
+
+Outcome ConstraintsCommand::Answer(ZUBPPD& ppd, Json& answer) {
+    ppd.SetCustomPaper(mOptions.customPaper);
+    DisplayOptionsScope const all(kDisplayAll);
+    Json constrained = Json::array();
+    CNTL_TYPE type = kControlType;
+    for (PPDXControl* control = GetFirst(ppd.GetControls(), type); control != nullptr;
+         control = GetNext(ppd.GetControls(), type)) {
+        for (char const* choice : Choices(*control)) {
+            if (ppd.IsKVConstrained(control->Keyword(), choice)) {
+                constrained.push_back(
+                    {JsonText::Bytes(control->Keyword()), JsonText::Bytes(choice)});
+            }
+        }
+    }
+    answer["constrained"] = std::move(constrained);
+    return Outcome::Done();
+}
 
 Outcome SolveCommand::Answer(ZUBPPD& ppd, Json& answer) {
     UIConstraints& constraints = *ppd.GetUIConstraints();
