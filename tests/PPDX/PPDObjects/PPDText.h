@@ -14,6 +14,7 @@
 #include "PPDX/PPDObjects/PPDXErrors.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "platform/CFRef.h"
+#include "tests/ZUBUtils/PPDUtils/PlatformText.h"
 
 // A page with a pane and a roll-down on it.
 constexpr char kTree[] =
@@ -94,4 +95,9 @@ inline std::string PostScriptOf(PPDXControl& control) {
     std::string text(static_cast<std::size_t>(control.PostScript(nullptr)), '\0');
     control.PostScript(reinterpret_cast<unsigned char*>(text.data()));
     return text;
+}
+
+// "(null)" for an option without a value.
+inline std::string ValueOf(ZUBPPD& ppd, char const* keyword) {
+    return UTF8Of(StringRef(ControlOf(ppd, keyword)->CopyCurrentControlValueString()));
 }

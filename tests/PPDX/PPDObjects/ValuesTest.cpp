@@ -8,16 +8,8 @@
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "constraints/UIConstraints.h"
 #include "tests/PPDLines.h"
-#include "tests/ZUBUtils/PPDUtils/PlatformText.h"
 
 namespace {
-
-std::string ValueOf(ZUBPPD& ppd, char const* keyword) {
-    CFRef<CFStringRef> const value(ControlOf(ppd, keyword)->CopyCurrentControlValueString());
-    char text[64] = "";
-    CFStringGetCString(value, text, sizeof text, kCFStringEncodingASCII);
-    return text;
-}
 
 std::string const kPrintSize =
     PPDLines::Popup("*ZUPrintSize", {"SameAsPageSize", "A4", "A3", "CustomPrintSize"});
