@@ -220,12 +220,6 @@ char const kListing[] = R"(
 
 // ---- Round trips ----
 
-CFRef<CFMutableArrayRef> Names(char const* name) {
-    CFRef<CFMutableArrayRef> names(CFArrayCreateMutable(nullptr, 0));
-    CFArrayAppendValue(names, CFStringConstant(name));
-    return names;
-}
-
 // Every option is at another value than its default.
 class ArchiveTest : public testing::Test {
   protected:

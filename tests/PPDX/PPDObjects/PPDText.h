@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "PPDX/PPDObjects/PPDStream.h"
 #include "PPDX/PPDObjects/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/PPDXErrors.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
@@ -46,6 +47,17 @@ class TemporaryFile {
   private:
     std::string mPath = "/tmp/ppd-test-XXXXXX";
 };
+
+// The bytes are borrowed.
+inline PPDStream StreamOf(std::string const& bytes) {
+    return PPDStream(bytes.data(), static_cast<long>(bytes.size()));
+}
+
+inline CFRef<CFMutableArrayRef> Names(char const* name) {
+    CFRef<CFMutableArrayRef> names(CFArrayCreateMutable(nullptr, 0));
+    CFArrayAppendValue(names, CFStringConstant(name));
+    return names;
+}
 
 struct ReleasePPD {
     void operator()(ZUBPPD* ppd) const { ppd->Release(); }

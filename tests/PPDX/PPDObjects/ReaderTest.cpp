@@ -50,12 +50,6 @@ Texts ItemsOf(PPDXPopupControl& popup) {
     return items;
 }
 
-CFRef<CFMutableArrayRef> Names(char const* name) {
-    CFRef<CFMutableArrayRef> names(CFArrayCreateMutable(nullptr, 0));
-    CFArrayAppendValue(names, CFStringConstant(name));
-    return names;
-}
-
 TEST(ReaderTest, OddPlacesOfAFile) {
     struct Case {
         std::string lines;
