@@ -12,6 +12,7 @@
 #include "PPDX/PPDObjects/PPDXErrorCode.h"
 #include "PPDX/PPDObjects/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/PPDXErrors.h"
+#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/BoyerMoore.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "ZUBUtils/PPDUtils/PPDLanguage.h"
@@ -24,10 +25,6 @@ constexpr std::size_t kNameScanSize = 4096;  // of the file, searched for *PCFil
 constexpr std::size_t kNameValueSize = 32;   // behind the keyword, searched for a name
 constexpr std::string_view kPCFileName = "*PCFileName";
 
-constexpr unsigned long kHeaderTag = 1000;  // of what an archive has of the header
-constexpr long kStoreVersionID = 1001;
-constexpr long kFileID = 1002;
-constexpr long kPCFileNameID = 1005;
 constexpr std::int32_t kStoreVersion = 1024;
 
 bool HoldsName(CFStringRef name, BoyerMoore& search) {
@@ -235,10 +232,13 @@ void PPDX::ReplaceText(CString*& field, char const* text) {
 // ---- The archive ----
 
 PPDX::ArchivedText const PPDX::kArchivedTexts[] = {
-    {1003, &PPDX::mFormatVersion},       {1004, &PPDX::mFileVersion},
-    {kPCFileNameID, &PPDX::mPCFileName}, {1006, &PPDX::mLanguageVersion},
-    {1007, &PPDX::mLanguageEncoding},    {1008, &PPDX::mModelName},
-    {1009, &PPDX::mDriverVersion},
+    {ArchiveTags::kFormatVersionID, &PPDX::mFormatVersion},
+    {ArchiveTags::kFileVersionID, &PPDX::mFileVersion},
+    {ArchiveTags::kPCFileNameID, &PPDX::mPCFileName},
+    {ArchiveTags::kLanguageVersionID, &PPDX::mLanguageVersion},
+    {ArchiveTags::kLanguageEncodingID, &PPDX::mLanguageEncoding},
+    {ArchiveTags::kModelNameID, &PPDX::mModelName},
+    {ArchiveTags::kDriverVersionID, &PPDX::mDriverVersion},
 };
 
 bool PPDX::SaveText(Settings& settings, unsigned long tag, long id, CString const* text) {
@@ -248,34 +248,38 @@ bool PPDX::SaveText(Settings& settings, unsigned long tag, long id, CString cons
 
 bool PPDX::Save(Settings& settings) {
     FSSpec file = {};
-    if (settings.Add(kHeaderTag, kStoreVersionID, &kStoreVersion, sizeof kStoreVersion) != noErr ||
-        (GetFileSpec(file) && settings.Add(kHeaderTag, kFileID, &file, sizeof file) != noErr)) {
+    if (settings.Add(ArchiveTags::kHeader, ArchiveTags::kStoreVersionID, &kStoreVersion,
+                     sizeof kStoreVersion) != noErr ||
+        (GetFileSpec(file) &&
+         settings.Add(ArchiveTags::kHeader, ArchiveTags::kFileID, &file, sizeof file) != noErr)) {
         return false;
     }
     return std::ranges::all_of(kArchivedTexts, [&](ArchivedText const& row) {
-        return SaveText(settings, kHeaderTag, row.id, this->*row.text);
+        return SaveText(settings, ArchiveTags::kHeader, row.id, this->*row.text);
     });
 }
 
 void PPDX::BuildFromSettings(Settings& settings, CFURLRef url) {
     std::int32_t version = 0;
-    if (!GetSettingsField(settings, kHeaderTag, kStoreVersionID, &version, sizeof version)) {
+    if (!GetSettingsField(settings, ArchiveTags::kHeader, ArchiveTags::kStoreVersionID, &version,
+                          sizeof version)) {
         mAcceptedNames = nullptr;
         return;
     }
     mErrors = new (std::nothrow) PPDXErrors;
     FSSpec archived = {};
-    if (GetSettingsField(settings, kHeaderTag, kFileID, &archived, sizeof archived)) {
+    if (GetSettingsField(settings, ArchiveTags::kHeader, ArchiveTags::kFileID, &archived,
+                         sizeof archived)) {
         mFile = new (std::nothrow) PPDFile(url);
     }
-    mPCFileName = GetSettingsString(settings, kHeaderTag, kPCFileNameID);
+    mPCFileName = GetSettingsString(settings, ArchiveTags::kHeader, ArchiveTags::kPCFileNameID);
     CheckPCFileName();
     if (!mPrinterNameValid) {
         return;
     }
     for (ArchivedText const& row : kArchivedTexts) {
-        if (row.id != kPCFileNameID) {
-            this->*row.text = GetSettingsString(settings, kHeaderTag, row.id);
+        if (row.id != ArchiveTags::kPCFileNameID) {
+            this->*row.text = GetSettingsString(settings, ArchiveTags::kHeader, row.id);
         }
     }
     RenewTextConverter();

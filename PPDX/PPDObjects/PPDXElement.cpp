@@ -4,18 +4,13 @@
 #include <memory>
 #include <utility>
 
+#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "ZUBUtils/PPDUtils/TextConverter.h"
 #include "ZUBUtils/PPDUtils/ZUBAssert.h"
 
 namespace {
-
-constexpr unsigned long kKeywordTag = 0x4B795764;   // 'KyWd'
-constexpr unsigned long kNameTextTag = 0x4C634E6D;  // 'LcNm'
-constexpr unsigned long kNameTag = 0x4C634346;      // 'LcCF'
-constexpr unsigned long kVisibleTag = 0x69735673;   // 'isVs'
-constexpr unsigned long kParentTag = 0x50724E6D;    // 'PrNm'
 
 constexpr long kSavedNameSize = 512;
 constexpr long kBytesPerUnit = 4;  // no encoding takes more for a UTF-16 unit
@@ -27,7 +22,7 @@ long SaveText(Settings& settings, unsigned long tag, long id, CString const& tex
 long SaveName(Settings& settings, long id, CFStringRef name) {
     long size = 0;
     std::unique_ptr<unsigned char[]> const external(CFStringToExternal(name, &size));
-    return settings.Add(kNameTag, id, external.get(), size);
+    return settings.Add(ArchiveTags::kName, id, external.get(), size);
 }
 
 CString* NameText(CFStringRef name, long size) {
@@ -53,10 +48,10 @@ PPDXElement::PPDXElement(char const* keyword, CFStringRef localName, bool const&
 }
 
 PPDXElement::PPDXElement(Settings& settings, long const& id)
-    : mKeyword(GetSettingsString(settings, kKeywordTag, id)),
-      mLocalName(GetSettingsCFString(settings, kNameTag, id)),
-      mParentName(GetSettingsString(settings, kParentTag, id)) {
-    GetSettingsField(settings, kVisibleTag, id, &mVisible, sizeof mVisible);
+    : mKeyword(GetSettingsString(settings, ArchiveTags::kKeyword, id)),
+      mLocalName(GetSettingsCFString(settings, ArchiveTags::kName, id)),
+      mParentName(GetSettingsString(settings, ArchiveTags::kParent, id)) {
+    GetSettingsField(settings, ArchiveTags::kVisible, id, &mVisible, sizeof mVisible);
 }
 
 PPDXElement::~PPDXElement() {
@@ -81,18 +76,18 @@ bool PPDXElement::OkayToDisplay(_DISPLAY_OPTIONS_ const& options) {
 
 short PPDXElement::Save(Settings& settings, long const& id) {
     if (mKeyword != nullptr) {
-        SaveText(settings, kKeywordTag, id, *mKeyword);
+        SaveText(settings, ArchiveTags::kKeyword, id, *mKeyword);
     }
     if (mLocalName != nullptr) {
         if (mUserName == nullptr) {
             mUserName = NameText(mLocalName, kSavedNameSize);
         }
-        SaveText(settings, kNameTextTag, id, *mUserName);
+        SaveText(settings, ArchiveTags::kNameText, id, *mUserName);
         SaveName(settings, id, mLocalName);
     }
-    long status = settings.Add(kVisibleTag, id, &mVisible, sizeof mVisible);
+    long status = settings.Add(ArchiveTags::kVisible, id, &mVisible, sizeof mVisible);
     if (mParent != nullptr && mParent->mKeyword != nullptr) {
-        status = SaveText(settings, kParentTag, id, *mParent->mKeyword);
+        status = SaveText(settings, ArchiveTags::kParent, id, *mParent->mKeyword);
     }
     return static_cast<short>(status);
 }

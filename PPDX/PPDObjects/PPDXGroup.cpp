@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PPDX/PPDObjects/PPDXGroup.h"
 
+#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 
 namespace {
 
-constexpr unsigned long kGroupTag = 0x67477270;  // 'gGrp'
-constexpr unsigned char kMark = 1;               // the item counts, not its value
+constexpr unsigned char kMark = 1;  // the item counts, not its value
 
 }  // namespace
 
@@ -19,6 +19,7 @@ PPDXGroup::~PPDXGroup() = default;
 
 short PPDXGroup::Save(Settings& settings, long const& id) {
     short const status = PPDXElement::Save(settings, id);
-    return status != 0 ? status
-                       : static_cast<short>(settings.Add(kGroupTag, id, &kMark, sizeof kMark));
+    return status != 0
+               ? status
+               : static_cast<short>(settings.Add(ArchiveTags::kGroup, id, &kMark, sizeof kMark));
 }

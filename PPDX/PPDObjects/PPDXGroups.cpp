@@ -9,14 +9,13 @@
 #include "PPDX/PPDObjects/PPDXGroup.h"
 #include "PPDX/PPDObjects/PPDXRollDown.h"
 #include "PPDX/PPDObjects/PPDXScrollPane.h"
+#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "platform/CollectionManager.h"
 
 namespace {
 
-constexpr unsigned long kCountTag = 4000;
-constexpr long kFirstRecord = 4001;
-constexpr long kCountRecord = 4002;
+constexpr ArchiveTags::List kRecords = ArchiveTags::kGroups;
 
 template <typename Group>
 PPDXGroup* Make(Settings& settings, long id) {
@@ -29,9 +28,9 @@ struct Kind {
 };
 
 constexpr Kind kKinds[] = {
-    {0x67477270, &Make<PPDXGroup>},       // 'gGrp'
-    {0x526C446E, &Make<PPDXRollDown>},    // 'RlDn'
-    {0x5363506E, &Make<PPDXScrollPane>},  // 'ScPn'
+    {ArchiveTags::kGroup, &Make<PPDXGroup>},
+    {ArchiveTags::kRollDown, &Make<PPDXRollDown>},
+    {ArchiveTags::kScrollPane, &Make<PPDXScrollPane>},
 };
 
 // The group of a record that carries the mark of a kind; null for an unreadable one.
@@ -60,10 +59,10 @@ bool Matches(PPDXGroup const& group, char const* keyword, bool exact) {
 
 PPDXGroups::PPDXGroups(Settings& settings) {
     std::int32_t count = 0;
-    GetSettingsField(settings, kCountTag, kCountRecord, &count, sizeof count);
+    GetSettingsField(settings, kRecords.countTag, kRecords.countID, &count, sizeof count);
     // A damaged count can't ask for more records than there are entries.
-    long const end = kFirstRecord + std::min<long>(count, settings.Count());
-    for (long id = kFirstRecord; id < end; ++id) {
+    long const end = kRecords.firstID + std::min<long>(count, settings.Count());
+    for (long id = kRecords.firstID; id < end; ++id) {
         Add(Restored(settings, id));
     }
 }
@@ -126,8 +125,8 @@ std::int32_t PPDXGroups::Count() const {
 }
 
 short PPDXGroups::Save(Settings& settings) {
-    long status = settings.Add(kCountTag, kCountRecord, &mCount, sizeof mCount);
-    long id = kFirstRecord;
+    long status = settings.Add(kRecords.countTag, kRecords.countID, &mCount, sizeof mCount);
+    long id = kRecords.firstID;
     for (PPDXGroup* group = First(); group != nullptr && status == noErr; group = Next()) {
         status = group->Save(settings, id++);
     }

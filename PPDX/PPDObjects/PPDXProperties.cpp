@@ -6,14 +6,13 @@
 #include <new>
 
 #include "PPDX/PPDObjects/PPDXProperty.h"
+#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "platform/MacTypes.h"
 
 namespace {
 
-constexpr unsigned long kCountTag = 3000;
-constexpr long kFirstRecord = 3001;
-constexpr long kCountRecord = 3002;
+constexpr ArchiveTags::List kRecords = ArchiveTags::kPages;
 
 bool Matches(PPDXProperty const& property, char const* keyword, bool exact) {
     if (exact) {
@@ -26,10 +25,10 @@ bool Matches(PPDXProperty const& property, char const* keyword, bool exact) {
 
 PPDXProperties::PPDXProperties(Settings& settings) {
     std::int32_t count = 0;
-    GetSettingsField(settings, kCountTag, kCountRecord, &count, sizeof count);
+    GetSettingsField(settings, kRecords.countTag, kRecords.countID, &count, sizeof count);
     // A damaged count can't ask for more records than there are entries.
-    long const end = kFirstRecord + std::min<long>(count, settings.Count());
-    for (long id = kFirstRecord; id < end; ++id) {
+    long const end = kRecords.firstID + std::min<long>(count, settings.Count());
+    for (long id = kRecords.firstID; id < end; ++id) {
         Add(new (std::nothrow) PPDXProperty(settings, id));
     }
 }
@@ -66,8 +65,8 @@ std::int32_t PPDXProperties::Count() const {
 
 short PPDXProperties::Save(Settings& settings) {
     std::int32_t const count = Count();
-    long status = settings.Add(kCountTag, kCountRecord, &count, sizeof count);
-    long id = kFirstRecord;
+    long status = settings.Add(kRecords.countTag, kRecords.countID, &count, sizeof count);
+    long id = kRecords.firstID;
     for (PPDXProperty* page = First(); page != nullptr && status == noErr; page = Next()) {
         status = page->Save(settings, id++);
     }

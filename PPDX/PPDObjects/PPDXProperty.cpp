@@ -1,14 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PPDX/PPDObjects/PPDXProperty.h"
 
+#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
-
-namespace {
-
-constexpr unsigned long kShowInPrintPropertiesTag = 0x53505067;  // 'SPPg'
-constexpr unsigned long kShowInApplicationTag = 0x53417070;      // 'SApp'
-
-}  // namespace
 
 PPDXProperty::PPDXProperty(char const* keyword, CFStringRef localName, bool const& visible,
                            bool const& showInPrintProperties, bool const& showInApplication)
@@ -17,9 +11,9 @@ PPDXProperty::PPDXProperty(char const* keyword, CFStringRef localName, bool cons
       mShowInApplication(showInApplication ? 1 : 0) {}
 
 PPDXProperty::PPDXProperty(Settings& settings, long const& id) : PPDXElement(settings, id) {
-    GetSettingsField(settings, kShowInPrintPropertiesTag, id, &mShowInPrintProperties,
+    GetSettingsField(settings, ArchiveTags::kShowInPrintProperties, id, &mShowInPrintProperties,
                      sizeof mShowInPrintProperties);
-    GetSettingsField(settings, kShowInApplicationTag, id, &mShowInApplication,
+    GetSettingsField(settings, ArchiveTags::kShowInApplication, id, &mShowInApplication,
                      sizeof mShowInApplication);
 }
 
@@ -30,10 +24,10 @@ short PPDXProperty::Save(Settings& settings, long const& id) {
     if (status != 0) {
         return status;
     }
-    settings.Add(kShowInPrintPropertiesTag, id, &mShowInPrintProperties,
+    settings.Add(ArchiveTags::kShowInPrintProperties, id, &mShowInPrintProperties,
                  sizeof mShowInPrintProperties);
-    return static_cast<short>(
-        settings.Add(kShowInApplicationTag, id, &mShowInApplication, sizeof mShowInApplication));
+    return static_cast<short>(settings.Add(ArchiveTags::kShowInApplication, id, &mShowInApplication,
+                                           sizeof mShowInApplication));
 }
 
 bool IsPropertyPage(PPDXElement* element) {

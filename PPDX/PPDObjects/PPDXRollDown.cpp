@@ -2,12 +2,12 @@
 #include "PPDX/PPDObjects/PPDXRollDown.h"
 
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 
 namespace {
 
-constexpr unsigned long kRollDownTag = 0x526C446E;  // 'RlDn'
-constexpr unsigned char kMark = 1;                  // the item counts, not its value
+constexpr unsigned char kMark = 1;  // the item counts, not its value
 
 }  // namespace
 
@@ -23,8 +23,9 @@ PPDXRollDown::~PPDXRollDown() {
 
 short PPDXRollDown::Save(Settings& settings, long const& id) {
     short const status = PPDXElement::Save(settings, id);
-    return status != 0 ? status
-                       : static_cast<short>(settings.Add(kRollDownTag, id, &kMark, sizeof kMark));
+    return status != 0
+               ? status
+               : static_cast<short>(settings.Add(ArchiveTags::kRollDown, id, &kMark, sizeof kMark));
 }
 
 bool IsRollDown(PPDXElement* element) {

@@ -2,12 +2,12 @@
 #include "PPDX/PPDObjects/PPDXScrollPane.h"
 
 #include "PPDX/PPDObjects/PPDXGroups.h"
+#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 
 namespace {
 
-constexpr unsigned long kScrollPaneTag = 0x5363506E;  // 'ScPn'
-constexpr unsigned char kMark = 1;                    // the item counts, not its value
+constexpr unsigned char kMark = 1;  // the item counts, not its value
 
 }  // namespace
 
@@ -24,7 +24,8 @@ PPDXScrollPane::~PPDXScrollPane() {
 short PPDXScrollPane::Save(Settings& settings, long const& id) {
     short const status = PPDXElement::Save(settings, id);
     return status != 0 ? status
-                       : static_cast<short>(settings.Add(kScrollPaneTag, id, &kMark, sizeof kMark));
+                       : static_cast<short>(
+                             settings.Add(ArchiveTags::kScrollPane, id, &kMark, sizeof kMark));
 }
 
 bool IsScrollPane(PPDXElement* element) {

@@ -11,6 +11,7 @@
 #include "PPDX/PPDObjects/PPDXRollDown.h"
 #include "PPDX/PPDObjects/PPDXScrollPane.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
+#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "constraints/UIConstraints.h"
@@ -18,10 +19,6 @@
 // The compiled PPD: a tree put into an archive and made again from it.
 
 namespace {
-
-constexpr unsigned long kVersionsTag = 2000;
-constexpr long kFileVersionID = 2001;
-constexpr long kVersionID = 2002;
 
 // A list that wasn't made leaves nothing.
 template <typename List>
@@ -41,8 +38,10 @@ auto TakeParent(PPDXElement& element, List& list) -> decltype(list.Find("", true
 bool ZUBPPD::Save(Settings& settings) {
     try {
         return PPDX::Save(settings) &&
-               SaveText(settings, kVersionsTag, kFileVersionID, mDriverFileVersion) &&
-               SaveText(settings, kVersionsTag, kVersionID, mExtensionVersion) &&
+               SaveText(settings, ArchiveTags::kVersions, ArchiveTags::kExtendedFileVersionID,
+                        mDriverFileVersion) &&
+               SaveText(settings, ArchiveTags::kVersions, ArchiveTags::kExtendedVersionID,
+                        mExtensionVersion) &&
                SaveTree(settings);
     } catch (std::bad_alloc const&) {
         return false;
@@ -76,8 +75,10 @@ void ZUBPPD::BuildFromSettings(Settings& settings) {
 
 void ZUBPPD::RebuildTree(Settings& settings) {
     mConstraints = new (std::nothrow) UIConstraints;
-    mDriverFileVersion = GetSettingsString(settings, kVersionsTag, kFileVersionID);
-    mExtensionVersion = GetSettingsString(settings, kVersionsTag, kVersionID);
+    mDriverFileVersion =
+        GetSettingsString(settings, ArchiveTags::kVersions, ArchiveTags::kExtendedFileVersionID);
+    mExtensionVersion =
+        GetSettingsString(settings, ArchiveTags::kVersions, ArchiveTags::kExtendedVersionID);
     DisplayOptionsScope const all(kDisplayAll);
     mProperties = new (std::nothrow) PPDXProperties(settings);
     mGroups = new (std::nothrow) PPDXGroups(settings);

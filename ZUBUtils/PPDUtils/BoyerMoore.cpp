@@ -4,13 +4,11 @@
 #include <algorithm>
 #include <cstring>
 
+#include "ZUBUtils/PPDUtils/ClampTo32Bits.h"
+
 namespace {
 
 constexpr short kLongestSearchString = 255;  // the greatest step that a skip byte can hold
-
-std::int32_t ClampTo32Bits(long number) {
-    return static_cast<std::int32_t>(std::clamp<long>(number, INT32_MIN, INT32_MAX));
-}
 
 }  // namespace
 

@@ -7,6 +7,7 @@
 #include <new>
 #include <type_traits>
 
+#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "ZUBUtils/PPDUtils/DataStream.h"
 #include "platform/CFRef.h"
@@ -15,9 +16,7 @@
 
 namespace {
 
-// The entry that shows the byte order, and the number that no PPD's page count reaches.
-constexpr std::uint32_t kPropertyCountTag = 3000;
-constexpr std::int32_t kPropertyCountId = 3002;
+// The number of pages shows the byte order: no PPD has more than these.
 constexpr std::int32_t kLargestPropertyCount = 10000;
 
 constexpr long kNumberSize = 4;
@@ -299,14 +298,14 @@ bool Settings::IsForeign() const {
         return false;
     }
     long size = 0;
-    if (GetCollectionItem(mCollection, kPropertyCountTag, kPropertyCountId, &size, nullptr) !=
-            noErr ||
+    if (GetCollectionItem(mCollection, ArchiveTags::kPages.countTag, ArchiveTags::kPages.countID,
+                          &size, nullptr) != noErr ||
         size != kNumberSize) {
         return false;
     }
     std::int32_t count = 0;
-    return GetCollectionItem(mCollection, kPropertyCountTag, kPropertyCountId, &size, &count) ==
-               noErr &&
+    return GetCollectionItem(mCollection, ArchiveTags::kPages.countTag, ArchiveTags::kPages.countID,
+                             &size, &count) == noErr &&
            count > kLargestPropertyCount;
 }
 

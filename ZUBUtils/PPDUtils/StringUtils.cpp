@@ -9,6 +9,7 @@
 #include <memory>
 #include <new>
 
+#include "ZUBUtils/PPDUtils/ClampTo32Bits.h"
 #include "platform/CFRef.h"
 #include "platform/CoreFoundation.h"
 
@@ -18,10 +19,6 @@ constexpr std::size_t kLongestPascalText = 255;
 constexpr std::size_t kWideNumberBytes = 128;
 
 using Text = std::unique_ptr<char[]>;
-
-std::int32_t ClampTo32Bits(long number) {
-    return static_cast<std::int32_t>(std::clamp<long>(number, INT32_MIN, INT32_MAX));
-}
 
 // `text` with `removed` bytes at `position` replaced; null without memory.
 Text Spliced(char const* text, std::size_t position, std::size_t removed, char const* with) {

@@ -197,6 +197,47 @@ TEST(ConstraintsEngineTest, ASearchEndsAndItsSolutionsHold) {
     EXPECT_LT(solved, 10);
 }
 
+TEST(ConstraintsEngineTest, ASearchThatGoesTooDeepGivesUp) {
+    // Each key has the options 1 and 2, and 2 asks the next key for its 2.
+    for (long length : {128L, 129L}) {
+        ConstraintForest forest;
+        KeyForest keys;
+        KVCache current;
+        for (long key = 0; key <= length; ++key) {
+            keys.insert(key, 1);
+            keys.insert(key, 2);
+            current.add({key, 1});
+            if (key < length) {
+                forest.insert(key, 2, {key + 1, 1});
+            }
+        }
+        ConstraintsEngine engine(&current, &forest, &keys, nullptr);
+        KVCache delta = CacheOf({{0, 2}});
+        Pairs const conflicts = PairsOf(engine.Solve(&delta, true).conflicts);
+        EXPECT_EQ(conflicts, length == 128 ? Pairs{} : Pairs({{129, 1}}));
+        EXPECT_EQ(delta.size(), 129);
+    }
+}
+
+TEST(ConstraintsEngineTest, EveryProposalWithinTheDepthWaitsForItsTurn) {
+    // 2 of key 0 stands against what key 1 is at; all other options of key 1, the last one first,
+    // are blocked. The 128th has its turn when the search gives up.
+    constexpr long kProposals = 128;
+    ConstraintForest forest;
+    KeyForest keys;
+    KVCache const current = CacheOf({{0, 1}, {1, 0}, {2, 1}});
+    forest.insert(0, 2, {1, 0});
+    keys.insert(2, 1);
+    for (long option = 0; option <= kProposals; ++option) {
+        keys.insert(1, option);
+        forest.insert(1, option, {2, 1});
+    }
+    ConstraintsEngine engine(&current, &forest, &keys, nullptr);
+    KVCache delta = CacheOf({{0, 2}});
+    EXPECT_EQ(PairsOf(engine.Solve(&delta, false).conflicts), Pairs({{2, 1}}));
+    EXPECT_EQ(PairsOf(delta), (Pairs{{0, 2}, {1, 1}}));
+}
+
 TEST(ConstraintsEngineTest, ListsOptionsByWhatTheirRulesName) {
     Ground ground({{kB1, kA1}, {kB1, kC1}, {kB3, kC1}, {kB3, kA1}, {kB2, kA2}, {kC1, kA2}},
                   {kA1, kC1});

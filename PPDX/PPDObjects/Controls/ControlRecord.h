@@ -3,17 +3,10 @@
 
 #include <cstdint>
 
+#include "ZUBUtils/PPDUtils/ArchiveTags.h"
+
 class CString;
 class Settings;
-
-// A four-character code as the number under which an archive keeps an entry.
-constexpr unsigned long RecordTag(char const (&code)[5]) {
-    unsigned long tag = 0;
-    for (int position = 0; position < 4; ++position) {
-        tag = tag << 8 | static_cast<unsigned char>(code[position]);
-    }
-    return tag;
-}
 
 // One record of an archive: the entries that share an id.
 //

@@ -5,16 +5,8 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 #include <limits>
 #include <string>
-
-// The nearest number of 32 bits.
-constexpr std::int32_t ClampTo32Bits(long number) {
-    using Limits = std::numeric_limits<std::int32_t>;
-    return static_cast<std::int32_t>(
-        std::clamp(number, static_cast<long>(Limits::min()), static_cast<long>(Limits::max())));
-}
 
 // The nearest finite float; 0 for what is no number.
 inline float NarrowToFloat(double number) {

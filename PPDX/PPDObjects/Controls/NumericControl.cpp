@@ -6,15 +6,16 @@
 #include "PPDX/PPDObjects/Controls/ControlRecord.h"
 
 template <typename Number>
-NumericControl<Number>::NumericControl(CNTL_TYPE type, NumericTags const& tags) : mTags(tags) {
+NumericControl<Number>::NumericControl(CNTL_TYPE type, ArchiveTags::Numeric const& tags)
+    : mTags(tags) {
     SetType(type);
 }
 
 template <typename Number>
-NumericControl<Number>::NumericControl(CNTL_TYPE type, NumericTags const& tags, char const* keyword,
-                                       CFStringRef localName, PointerList& flags,
-                                       unsigned char* code, long codeLength, Limits const& limits,
-                                       Number defaultValue, bool visible)
+NumericControl<Number>::NumericControl(CNTL_TYPE type, ArchiveTags::Numeric const& tags,
+                                       char const* keyword, CFStringRef localName,
+                                       PointerList& flags, unsigned char* code, long codeLength,
+                                       Limits const& limits, Number defaultValue, bool visible)
     : PPDXControl(keyword, localName, flags, code, codeLength, visible, nullptr),
       mTags(tags),
       mValue(defaultValue),
@@ -26,8 +27,8 @@ NumericControl<Number>::NumericControl(CNTL_TYPE type, NumericTags const& tags, 
 }
 
 template <typename Number>
-NumericControl<Number>::NumericControl(CNTL_TYPE type, NumericTags const& tags, Settings& settings,
-                                       long id)
+NumericControl<Number>::NumericControl(CNTL_TYPE type, ArchiveTags::Numeric const& tags,
+                                       Settings& settings, long id)
     : PPDXControl(settings, id, nullptr), mTags(tags) {
     SetType(type);
     ControlRecord const record(settings, id);

@@ -6,16 +6,7 @@
 
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
 #include "PPDX/PPDObjects/Controls/SubstitutedCode.h"
-
-// What the entries of a record are kept under.
-struct NumericTags {
-    unsigned long kind;
-    unsigned long value;
-    unsigned long minimum;
-    unsigned long maximum;
-    unsigned long increment;
-    unsigned long defaultValue;
-};
+#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 
 // What the options with a number as their value share: the five numbers, their record in an
 // archive, and the code with the value in it. Number is std::int32_t or float. Takes no part in
@@ -44,12 +35,12 @@ class NumericControl : public PPDXControl {
     };
 
     // `tags` is borrowed and must outlive the control. All numbers 0.
-    NumericControl(CNTL_TYPE type, NumericTags const& tags);
+    NumericControl(CNTL_TYPE type, ArchiveTags::Numeric const& tags);
     // The value starts at the default as it stands. See PPDXControl for the rest.
-    NumericControl(CNTL_TYPE type, NumericTags const& tags, char const* keyword,
+    NumericControl(CNTL_TYPE type, ArchiveTags::Numeric const& tags, char const* keyword,
                    CFStringRef localName, PointerList& flags, unsigned char* code, long codeLength,
                    Limits const& limits, Number defaultValue, bool visible);
-    NumericControl(CNTL_TYPE type, NumericTags const& tags, Settings& settings, long id);
+    NumericControl(CNTL_TYPE type, ArchiveTags::Numeric const& tags, Settings& settings, long id);
 
     // Within the limits; where the minimum is above the maximum, the maximum. Code made for the
     // former value goes.
@@ -58,7 +49,7 @@ class NumericControl : public PPDXControl {
     long PostScriptWith(char const* value, unsigned char* out);
 
   private:
-    NumericTags const& mTags;
+    ArchiveTags::Numeric const& mTags;
     Number mValue = 0;
     Number mMinimum = 0;
     Number mMaximum = 0;

@@ -7,16 +7,9 @@
 #include "PPDX/PPDObjects/Controls/ControlRecord.h"
 #include "PPDX/PPDObjects/Controls/Numbers.h"
 #include "ZUBUtils/PPDUtils/CString.h"
+#include "ZUBUtils/PPDUtils/ClampTo32Bits.h"
 
 namespace {
-
-constexpr unsigned long kClassTag = RecordTag("BlnC");
-constexpr unsigned long kValueTag = RecordTag("BCcV");
-constexpr unsigned long kDefaultTag = RecordTag("BCdV");
-constexpr unsigned long kTrueTextTag = RecordTag("BCtT");
-constexpr unsigned long kFalseTextTag = RecordTag("BCfT");
-constexpr unsigned long kTrueCodeTag = RecordTag("BtPT");
-constexpr unsigned long kFalseCodeTag = RecordTag("BfPT");
 
 std::int32_t CodeLength(unsigned char const* code, long length) {
     return code != nullptr ? std::max(ClampTo32Bits(length), 0) : 0;
@@ -54,12 +47,12 @@ PPDXBooleanControl::PPDXBooleanControl(Settings& settings, long id, UIConstraint
     SetType(kBooleanType);
     SetValue(false);
     ControlRecord const record(settings, id);
-    mTrueText = record.CopyText(kTrueTextTag);
-    mFalseText = record.CopyText(kFalseTextTag);
-    record.Read(kValueTag, mValue);
-    record.Read(kDefaultTag, mDefault);
-    mTrueCode = record.CopyBytes(kTrueCodeTag, mTrueLength);
-    mFalseCode = record.CopyBytes(kFalseCodeTag, mFalseLength);
+    mTrueText = record.CopyText(ArchiveTags::kTrueText);
+    mFalseText = record.CopyText(ArchiveTags::kFalseText);
+    record.Read(ArchiveTags::kBooleanValue, mValue);
+    record.Read(ArchiveTags::kBooleanDefault, mDefault);
+    mTrueCode = record.CopyBytes(ArchiveTags::kTrueCode, mTrueLength);
+    mFalseCode = record.CopyBytes(ArchiveTags::kFalseCode, mFalseLength);
 }
 
 PPDXBooleanControl::~PPDXBooleanControl() {
@@ -71,18 +64,18 @@ PPDXBooleanControl::~PPDXBooleanControl() {
 
 short PPDXBooleanControl::Save(Settings& settings, long const& id) {
     ControlRecord record(settings, id, PPDXControl::Save(settings, id));
-    record.AddMark(kClassTag);
-    record.AddNumber(kValueTag, mValue);
-    record.AddNumber(kDefaultTag, mDefault);
-    record.AddText(kTrueTextTag, mTrueText);
-    record.AddText(kFalseTextTag, mFalseText);
-    record.AddBytes(kTrueCodeTag, mTrueCode, mTrueLength);
-    record.AddBytes(kFalseCodeTag, mFalseCode, mFalseLength);
+    record.AddMark(ArchiveTags::kBoolean);
+    record.AddNumber(ArchiveTags::kBooleanValue, mValue);
+    record.AddNumber(ArchiveTags::kBooleanDefault, mDefault);
+    record.AddText(ArchiveTags::kTrueText, mTrueText);
+    record.AddText(ArchiveTags::kFalseText, mFalseText);
+    record.AddBytes(ArchiveTags::kTrueCode, mTrueCode, mTrueLength);
+    record.AddBytes(ArchiveTags::kFalseCode, mFalseCode, mFalseLength);
     return record.Status();
 }
 
 short PPDXBooleanControl::Restore(Settings& settings, long id) {
-    return ControlRecord(settings, id).Restore(kValueTag, mValue);
+    return ControlRecord(settings, id).Restore(ArchiveTags::kBooleanValue, mValue);
 }
 
 void PPDXBooleanControl::ResetToDefaultValue() {

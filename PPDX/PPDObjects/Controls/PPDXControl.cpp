@@ -12,14 +12,12 @@
 #include "PPDX/PPDObjects/Controls/ListFromJP.h"
 #include "PPDX/PPDObjects/Controls/Numbers.h"
 #include "ZUBUtils/PPDUtils/CString.h"
+#include "ZUBUtils/PPDUtils/ClampTo32Bits.h"
 #include "constraints/UIConstraints.h"
 #include "platform/CFRef.h"
 
 namespace {
 
-constexpr unsigned long kOrderTag = RecordTag("Ordr");
-constexpr unsigned long kPostScriptTag = RecordTag("PSDt");
-constexpr unsigned long kFlagsTag = RecordTag("CFlg");
 constexpr char kFlagDelimiter = '|';
 
 constexpr std::string_view kNoShortcutKeywords[] = {
@@ -156,8 +154,8 @@ PPDXControl::PPDXControl(char const* keyword, CFStringRef localName, PointerList
 PPDXControl::PPDXControl(Settings& settings, long id, UIConstraints* constraints)
     : PPDXElement(settings, id), mConstraints(constraints) {
     ControlRecord const record(settings, id);
-    record.Read(kOrderTag, mOrder);
-    mPSCode = record.CopyBytes(kPostScriptTag, mPSLength);
+    record.Read(ArchiveTags::kOrder, mOrder);
+    mPSCode = record.CopyBytes(ArchiveTags::kPostScript, mPSLength);
     ReadFlags(settings, id);
 }
 
@@ -170,7 +168,7 @@ PPDXControl::~PPDXControl() {
 }
 
 void PPDXControl::ReadFlags(Settings& settings, long id) {
-    std::unique_ptr<CString> const text(ControlRecord(settings, id).CopyText(kFlagsTag));
+    std::unique_ptr<CString> const text(ControlRecord(settings, id).CopyText(ArchiveTags::kFlags));
     std::string_view rest = text != nullptr ? ViewOf(text->GetCharData()) : std::string_view();
     while (!rest.empty()) {
         std::string const flag(rest.substr(0, rest.find(kFlagDelimiter)));
@@ -183,14 +181,14 @@ void PPDXControl::ReadFlags(Settings& settings, long id) {
 
 short PPDXControl::Save(Settings& settings, long const& id) {
     ControlRecord record(settings, id, PPDXElement::Save(settings, id));
-    record.AddNumber(kOrderTag, mOrder);
-    record.AddBytes(kPostScriptTag, mPSCode, mPSLength);
+    record.AddNumber(ArchiveTags::kOrder, mOrder);
+    record.AddBytes(ArchiveTags::kPostScript, mPSCode, mPSLength);
     std::string flags;
     for (PointerListItr flag = mFlags.Begin(); flag != mFlags.End(); ++flag) {
         flags.append(ViewOf(TextAt(flag))) += kFlagDelimiter;
     }
     if (!flags.empty()) {
-        record.AddBytes(kFlagsTag, flags.data(), static_cast<long>(flags.size()));
+        record.AddBytes(ArchiveTags::kFlags, flags.data(), static_cast<long>(flags.size()));
     }
     return record.Status();
 }

@@ -12,15 +12,12 @@
 #include "PPDX/PPDObjects/Controls/PPDXRangeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXSpecialOption.h"
 #include "PPDX/PPDObjects/DisplayOptions.h"
+#include "ZUBUtils/PPDUtils/Settings.h"
 #include "platform/CollectionManager.h"
 
 namespace {
 
-constexpr unsigned long kCountTag = 5000;
-constexpr long kCountID = 5002;
-constexpr long kFirstControlID = 5001;
-// No PPD comes near it; a damaged count mustn't keep the process busy.
-constexpr std::int32_t kMaximumCount = 100000;
+constexpr ArchiveTags::List kRecords = ArchiveTags::kControls;
 
 struct ArchivedKind {
     unsigned long tag;
@@ -38,11 +35,11 @@ PPDXControl* MakeConstrained(Settings& settings, long id, UIConstraints* constra
 }
 
 constexpr ArchivedKind kArchivedKinds[] = {
-    {RecordTag("BlnC"), MakeConstrained<PPDXBooleanControl>},
-    {RecordTag("PopC"), MakeConstrained<PPDXPopupControl>},
-    {RecordTag("RngC"), Make<PPDXRangeControl>},
-    {RecordTag("FrgC"), Make<PPDXFloatRangeControl>},
-    {RecordTag("soCN"), Make<PPDXSpecialOption>},
+    {ArchiveTags::kBoolean, MakeConstrained<PPDXBooleanControl>},
+    {ArchiveTags::kPopup, MakeConstrained<PPDXPopupControl>},
+    {ArchiveTags::kRange.kind, Make<PPDXRangeControl>},
+    {ArchiveTags::kFloatRange.kind, Make<PPDXFloatRangeControl>},
+    {ArchiveTags::kSpecialOption, Make<PPDXSpecialOption>},
 };
 
 // Null for a record of no kind, and for one whose kind can't be found out.
@@ -76,10 +73,11 @@ bool KeywordContains(PPDXControl const* control, char const* text) {
 
 PPDXControls::PPDXControls(Settings& settings, UIConstraints* constraints) {
     std::int32_t count = 0;
-    ControlRecord(settings, kCountID).Read(kCountTag, count);
-    count = std::min(count, kMaximumCount);
-    for (std::int32_t position = 0; position < count; ++position) {
-        Add(ControlFromRecord(settings, kFirstControlID + position, constraints));
+    ControlRecord(settings, kRecords.countID).Read(kRecords.countTag, count);
+    // A damaged count can't ask for more records than there are entries.
+    long const end = kRecords.firstID + std::min<long>(count, settings.Count());
+    for (long id = kRecords.firstID; id < end; ++id) {
+        Add(ControlFromRecord(settings, id, constraints));
     }
 }
 
@@ -285,10 +283,10 @@ PPDXSpecialOption* PPDXControls::FindSpecialOption(char const* keyword, bool con
 }
 
 short PPDXControls::Save(Settings& settings) {
-    ControlRecord counts(settings, kCountID);
-    counts.AddNumber(kCountTag, static_cast<std::int32_t>(mAll.Size()));
+    ControlRecord counts(settings, kRecords.countID);
+    counts.AddNumber(kRecords.countTag, static_cast<std::int32_t>(mAll.Size()));
     short status = counts.Status();
-    long id = kFirstControlID;
+    long id = kRecords.firstID;
     CNTL_TYPE type = kControlType;
     for (PPDXControl* control = First(type); control != nullptr && status == 0;
          control = Next(type))
@@ -298,7 +296,7 @@ short PPDXControls::Save(Settings& settings) {
 
 short PPDXControls::Restore(Settings& settings) {
     short status = 0;
-    long id = kFirstControlID;
+    long id = kRecords.firstID;
     CNTL_TYPE type = kControlType;
     for (PPDXControl* control = First(type); control != nullptr && status == 0;
          control = Next(type))

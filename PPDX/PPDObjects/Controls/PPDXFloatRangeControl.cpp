@@ -6,8 +6,7 @@
 
 namespace {
 
-constexpr NumericTags kTags = {RecordTag("FrgC"), RecordTag("FCVl"), RecordTag("FCMn"),
-                               RecordTag("FCMx"), RecordTag("FCIn"), RecordTag("FCDf")};
+constexpr ArchiveTags::Numeric kTags = ArchiveTags::kFloatRange;
 
 }  // namespace
 

@@ -16,20 +16,6 @@ namespace {
 
 constexpr std::size_t kLongestKeyword = 1024;  // with the terminator
 
-constexpr unsigned long kClassTag = RecordTag("PopC");
-constexpr unsigned long kMultipleTag = RecordTag("PCMS");
-constexpr unsigned long kDefaultTag = RecordTag("PCDK");
-constexpr unsigned long kItemCountTag = RecordTag("PCIC");
-constexpr unsigned long kItemKeywordTag = RecordTag("PCIK");
-constexpr unsigned long kItemNameTag = RecordTag("PCFN");
-constexpr unsigned long kItemPlainNameTag = RecordTag("PCIN");  // read, never written
-constexpr unsigned long kItemCodeTag = RecordTag("PCIP");
-constexpr unsigned long kItemSelectedTag = RecordTag("PCIS");
-
-// Item records of neighbouring lists overlap: without a limit each of many damaged lists could take
-// the items of all others.
-constexpr long kMaximumItems = 1000;
-
 constexpr CFIndex kUserNameSize = 256;  // with its terminator
 
 // What these stand at may be a profile that only the print server knows.
@@ -52,24 +38,25 @@ bool Equal(CFStringRef left, CFStringRef right, CFOptionFlags options) {
 }
 
 void SaveItem(ControlRecord& record, _PopupItem const& item) {
-    record.AddText(kItemKeywordTag, item.mKeyword);
+    record.AddText(ArchiveTags::kItemKeyword, item.mKeyword);
     long nameSize = 0;
     std::unique_ptr<unsigned char[]> const name(CFStringToExternal(item.mLocalName, &nameSize));
-    record.AddBytes(kItemNameTag, name.get(), nameSize);
-    record.AddBytes(kItemCodeTag, item.mPSCode, item.mPSLength);
-    record.AddNumber(kItemSelectedTag, item.mSelected);
+    record.AddBytes(ArchiveTags::kItemName, name.get(), nameSize);
+    record.AddBytes(ArchiveTags::kItemCode, item.mPSCode, item.mPSLength);
+    record.AddNumber(ArchiveTags::kItemSelected, item.mSelected);
 }
 
 CFStringRef CopyPlainName(ControlRecord const& record) {
-    std::unique_ptr<CString> const name(record.CopyText(kItemPlainNameTag));
+    std::unique_ptr<CString> const name(record.CopyText(ArchiveTags::kItemPlainName));
     return name == nullptr ? nullptr
                            : CFStringCreateWithCString(nullptr, name->GetCharData(),
                                                        CFStringGetSystemEncoding());
 }
 
 bool HasItem(Settings& settings, long id) {
-    constexpr unsigned long kTags[] = {kItemSelectedTag, kItemKeywordTag, kItemNameTag,
-                                       kItemPlainNameTag, kItemCodeTag};
+    constexpr unsigned long kTags[] = {ArchiveTags::kItemSelected, ArchiveTags::kItemKeyword,
+                                       ArchiveTags::kItemName, ArchiveTags::kItemPlainName,
+                                       ArchiveTags::kItemCode};
     ControlRecord const record(settings, id);
     return std::ranges::any_of(kTags, [&](unsigned long tag) { return record.Look(tag) == 0; });
 }
@@ -77,13 +64,13 @@ bool HasItem(Settings& settings, long id) {
 _PopupItem* ItemFromRecord(Settings& settings, long id) {
     ControlRecord const record(settings, id);
     auto item = std::make_unique<_PopupItem>();
-    item->mKeyword = record.CopyText(kItemKeywordTag);
-    item->mLocalName = GetSettingsCFString(settings, kItemNameTag, id);
+    item->mKeyword = record.CopyText(ArchiveTags::kItemKeyword);
+    item->mLocalName = GetSettingsCFString(settings, ArchiveTags::kItemName, id);
     if (item->mLocalName == nullptr) {
         item->mLocalName = CopyPlainName(record);
     }
-    item->mPSCode = record.CopyBytes(kItemCodeTag, item->mPSLength);
-    record.Read(kItemSelectedTag, item->mSelected);
+    item->mPSCode = record.CopyBytes(ArchiveTags::kItemCode, item->mPSLength);
+    record.Read(ArchiveTags::kItemSelected, item->mSelected);
     return item.release();
 }
 
@@ -110,11 +97,11 @@ PPDXPopupControl::PPDXPopupControl(Settings& settings, long id, UIConstraints* c
     : PPDXControl(settings, id, constraints) {
     SetType(kPopupType);
     ControlRecord const record(settings, id);
-    record.Read(kMultipleTag, mMultiple);
-    mDefaultKeyword = record.CopyText(kDefaultTag);
+    record.Read(ArchiveTags::kPopupMultiple, mMultiple);
+    mDefaultKeyword = record.CopyText(ArchiveTags::kPopupDefault);
     std::int32_t count = 0;
-    record.Read(kItemCountTag, count);
-    ReadItems(settings, id, std::min<long>(count, kMaximumItems));
+    record.Read(ArchiveTags::kItemCount, count);
+    ReadItems(settings, id, std::min<long>(count, settings.Count()));
 }
 
 PPDXPopupControl::~PPDXPopupControl() {
@@ -147,11 +134,11 @@ void PPDXPopupControl::DeleteItems() {
 
 short PPDXPopupControl::Save(Settings& settings, long const& id) {
     ControlRecord record(settings, id, PPDXControl::Save(settings, id));
-    record.AddMark(kClassTag);
-    record.AddNumber(kMultipleTag, mMultiple);
-    record.AddText(kDefaultTag, mDefaultKeyword);
+    record.AddMark(ArchiveTags::kPopup);
+    record.AddNumber(ArchiveTags::kPopupMultiple, mMultiple);
+    record.AddText(ArchiveTags::kPopupDefault, mDefaultKeyword);
     if (!mItems.Empty()) {
-        record.AddNumber(kItemCountTag, static_cast<std::int32_t>(mItems.Size()));
+        record.AddNumber(ArchiveTags::kItemCount, static_cast<std::int32_t>(mItems.Size()));
     }
     short status = record.Status();
     long position = 0;
@@ -169,11 +156,11 @@ short PPDXPopupControl::Restore(Settings& settings, long id) {
     long position = 0;
     for (PointerListItr it = mItems.Begin(); _PopupItem* const item = ItemAt(it); ++it) {
         ControlRecord const record(settings, ItemRecordID(id, position++));
-        if (record.Read(kItemSelectedTag, item->mSelected)) {
+        if (record.Read(ArchiveTags::kItemSelected, item->mSelected)) {
             selected = item->mSelected != 0 ? item : selected;
             continue;
         }
-        status = record.Look(kItemSelectedTag);
+        status = record.Look(ArchiveTags::kItemSelected);
         if (status != 0) {
             break;
         }

@@ -3,12 +3,12 @@
 
 #include "PPDX/PPDObjects/Controls/ControlRecord.h"
 #include "PPDX/PPDObjects/Controls/Numbers.h"
+#include "ZUBUtils/PPDUtils/ClampTo32Bits.h"
 #include "ZUBUtils/PPDUtils/StringUtils.h"
 
 namespace {
 
-constexpr NumericTags kTags = {RecordTag("RngC"), RecordTag("RCVl"), RecordTag("RCMn"),
-                               RecordTag("RCMx"), RecordTag("RCIn"), RecordTag("RCDf")};
+constexpr ArchiveTags::Numeric kTags = ArchiveTags::kRange;
 
 }  // namespace
 

@@ -12,9 +12,7 @@
 
 namespace {
 
-constexpr unsigned long kShortcutsTag = RecordTag("StCt");
-constexpr long kCountID = 6000;
-constexpr long kFirstKeywordID = 6001;
+constexpr ArchiveTags::List kRecords = ArchiveTags::kShortcuts;
 
 bool IsPopup(PPDXControl* control) {
     return dynamic_cast<PPDXPopupControl*>(control) != nullptr;
@@ -41,10 +39,10 @@ PPDXShortcuts::PPDXShortcuts(Settings& settings, PPDXControls* registry) {
         return;
     }
     std::int32_t count = 0;
-    ControlRecord(settings, kCountID).Read(kShortcutsTag, count);
+    ControlRecord(settings, kRecords.countID).Read(kRecords.countTag, count);
     for (std::int32_t position = 0; position < count; ++position) {
-        ControlRecord const record(settings, kFirstKeywordID + position);
-        std::unique_ptr<CString> const keyword(record.CopyText(kShortcutsTag));
+        ControlRecord const record(settings, kRecords.firstID + position);
+        std::unique_ptr<CString> const keyword(record.CopyText(kRecords.countTag));
         // The ids have no gaps: behind a missing one there is nothing.
         if (keyword == nullptr) {
             return;
@@ -86,14 +84,14 @@ PPDXControl* PPDXShortcuts::Find(char const* keyword, bool const& exact) {
 }
 
 short PPDXShortcuts::Save(Settings& settings) {
-    ControlRecord counts(settings, kCountID);
-    counts.AddNumber(kShortcutsTag, static_cast<std::int32_t>(mControls.Size()));
+    ControlRecord counts(settings, kRecords.countID);
+    counts.AddNumber(kRecords.countTag, static_cast<std::int32_t>(mControls.Size()));
     short status = counts.Status();
-    long id = kFirstKeywordID;
+    long id = kRecords.firstID;
     for (PPDXControl* control = First(false); control != nullptr; control = Next()) {
         ControlRecord record(settings, id++, status);
         CString const keyword(control->Keyword());
-        record.AddText(kShortcutsTag, &keyword);
+        record.AddText(kRecords.countTag, &keyword);
         status = record.Status();
     }
     return status;

@@ -5,13 +5,6 @@
 #include "PPDX/PPDObjects/Controls/PPDText.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 
-namespace {
-
-constexpr unsigned long kClassTag = RecordTag("soCN");
-constexpr unsigned long kValueTag = RecordTag("soVl");
-
-}  // namespace
-
 PPDXSpecialOption::PPDXSpecialOption() : mValue(new CString("")) {
     SetType(kSpecialOptionType);
 }
@@ -24,7 +17,8 @@ PPDXSpecialOption::PPDXSpecialOption(char const* keyword, CFStringRef localName,
 }
 
 PPDXSpecialOption::PPDXSpecialOption(Settings& settings, long id)
-    : PPDXControl(settings, id, nullptr), mValue(ControlRecord(settings, id).CopyText(kValueTag)) {
+    : PPDXControl(settings, id, nullptr),
+      mValue(ControlRecord(settings, id).CopyText(ArchiveTags::kSpecialOptionValue)) {
     SetType(kSpecialOptionType);
 }
 
@@ -39,13 +33,13 @@ void PPDXSpecialOption::ReplaceValue(CString* value) {
 
 short PPDXSpecialOption::Save(Settings& settings, long const& id) {
     ControlRecord record(settings, id, PPDXControl::Save(settings, id));
-    record.AddMark(kClassTag);
-    record.AddText(kValueTag, mValue);
+    record.AddMark(ArchiveTags::kSpecialOption);
+    record.AddText(ArchiveTags::kSpecialOptionValue, mValue);
     return record.Status();
 }
 
 short PPDXSpecialOption::Restore(Settings& settings, long id) {
-    ReplaceValue(ControlRecord(settings, id).CopyText(kValueTag));
+    ReplaceValue(ControlRecord(settings, id).CopyText(ArchiveTags::kSpecialOptionValue));
     return 0;
 }
 

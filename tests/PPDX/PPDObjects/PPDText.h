@@ -10,10 +10,12 @@
 #include <unistd.h>
 
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "PPDX/PPDObjects/PPDStream.h"
 #include "PPDX/PPDObjects/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/PPDXErrors.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "platform/CFRef.h"
+#include "tests/ZUBUtils/PPDUtils/PlatformText.h"
 
 // A page with a pane and a roll-down on it.
 constexpr char kTree[] =
@@ -45,6 +47,17 @@ class TemporaryFile {
   private:
     std::string mPath = "/tmp/ppd-test-XXXXXX";
 };
+
+// The bytes are borrowed.
+inline PPDStream StreamOf(std::string const& bytes) {
+    return PPDStream(bytes.data(), static_cast<long>(bytes.size()));
+}
+
+inline CFRef<CFMutableArrayRef> Names(char const* name) {
+    CFRef<CFMutableArrayRef> names(CFArrayCreateMutable(nullptr, 0));
+    CFArrayAppendValue(names, CFStringConstant(name));
+    return names;
+}
 
 struct ReleasePPD {
     void operator()(ZUBPPD* ppd) const { ppd->Release(); }
@@ -94,4 +107,9 @@ inline std::string PostScriptOf(PPDXControl& control) {
     std::string text(static_cast<std::size_t>(control.PostScript(nullptr)), '\0');
     control.PostScript(reinterpret_cast<unsigned char*>(text.data()));
     return text;
+}
+
+// "(null)" for an option without a value.
+inline std::string ValueOf(ZUBPPD& ppd, char const* keyword) {
+    return UTF8Of(StringRef(ControlOf(ppd, keyword)->CopyCurrentControlValueString()));
 }
