@@ -16,8 +16,10 @@
 #include "VelonFeatures/Project/Core/PrinterAccess.h"
 #include "VelonFeatures/Project/Core/TicketKeys.h"
 #include "VelonFeatures/Project/Core/ZUBJobTicket.h"
+#include "ZUBUtils/PPDUtils/CString.h"
 #include "panel/PPDTree.h"
 #include "platform/CFRef.h"
+#include "platform/TextEncodingConverter.h"
 
 namespace {
 
@@ -134,6 +136,14 @@ CFStringRef PDEData::GetTolvanePrinterAddress(CFStringRef name, bool* enabled) {
         *enabled = mPrinterList->getIPEnabled(name);
     }
     return mPrinterAddress;
+}
+
+bool PDEData::SetTolvanePrinterAddress(CFStringRef name, CString* address, bool enabled) {
+    CFRef<CFStringRef> const text(address != nullptr && address->GetCharData() != nullptr
+                                      ? CFStringCreateWithCString(nullptr, address->GetCharData(),
+                                                                  GetApplicationTextEncoding())
+                                      : nullptr);
+    return SetTolvanePrinterAddress(name, text.Get(), enabled);
 }
 
 bool PDEData::SetTolvanePrinterAddress(CFStringRef name, CFStringRef address, bool enabled) {

@@ -371,7 +371,7 @@ TEST_F(SessionDataTest, AnAddressLastsAndIsFoundByName) {
 
     EXPECT_TRUE(data->SetTolvanePrinterAddress(nullptr, CFSTR("host"), true));
     EXPECT_TRUE(data->SetTolvanePrinterAddress(Str("B\u00FCro"), CFSTR("10.0.0.1"), false));
-    EXPECT_FALSE(data->SetTolvanePrinterAddress(CFSTR("Other"), nullptr, true));
+    EXPECT_FALSE(data->SetTolvanePrinterAddress(CFSTR("Other"), CFStringRef{}, true));
     EXPECT_FALSE(data->SetTolvanePrinterAddress(CFSTR("Other"), Str("a\x01"), true));
     EXPECT_TRUE(data->GetIPAddressEnabled());
     auto const next = Data();
