@@ -28,7 +28,7 @@ void FileMac::getFileInfo(FSSpec* file) const {
     }
 }
 
-void FileMac::getFileInfo(std::int16_t* volume, std::int32_t* directory, char* name) const {
+void FileMac::getFileInfo(short* volume, long* directory, char* name) const {
     if (volume != nullptr) {
         *volume = mFile.vRefNum;
     }

@@ -19,7 +19,7 @@ class FileMac {
 
     virtual void getFileInfo(FSSpec* file) const;
     // `name` receives at most 63 bytes and a terminator; each argument may be null.
-    virtual void getFileInfo(std::int16_t* volume, std::int32_t* directory, char* name) const;
+    virtual void getFileInfo(short* volume, long* directory, char* name) const;
     virtual FSSpec const& getFileInfo() const { return mFile; }
     // The name on disk, at most kNameSize bytes with its terminator.
     virtual OSErr getFileName(char* name) const;

@@ -86,6 +86,10 @@ class PPDX {
     static void StripLeadingWhiteSpace(char* text);
     static void StripTrailingWhiteSpace(char* text);
 
+    // Whether a file is one that is read here: its first token must be *PPD-Adobe and the value
+    // behind it, at `stream`, "4.3". Otherwise error 28, which the caller deletes.
+    PPDXErrorObj* TestPPDFile(PPDStream& stream, char const* firstToken);
+
     // Whether one of `names` stands in the 32 bytes behind "*PCFileName" in the first 4096 bytes
     // of the file.
     static bool ValidateAgainstPCFilename(CFArrayRef names, PPDFile* file);
@@ -107,8 +111,6 @@ class PPDX {
     // store nothing happens: there is no error list either.
     void BuildFromSettings(Settings& settings, CFURLRef url);
 
-    // The first token must be *PPD-Adobe and the value behind it "4.3"; otherwise error 28.
-    PPDXErrorObj* TestPPDFile(PPDStream& stream, char const* firstToken);
     // The list owns the error from here on.
     void AddError(PPDXErrorObj* error);
     void AddError(short code, bool fatal);

@@ -65,6 +65,7 @@ class PPDXElement {
 CString* CFStringToCString(CFStringRef string);
 
 // The same for callers that hold an opaque handle; a null handle gives null or false.
+extern "C" {
 char const* UserName(PPDXElement* element);
 char const* Keyword(PPDXElement* element);
 bool IsVisible(PPDXElement* element);
@@ -72,3 +73,4 @@ bool IsOrphan(PPDXElement* element);
 PPDXElement* GetParent(PPDXElement* element);
 bool EqualsElement(PPDXElement* element, PPDXElement* other);
 bool EqualsKeyWord(PPDXElement* element, char const* keyword);
+}

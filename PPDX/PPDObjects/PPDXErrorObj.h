@@ -19,6 +19,8 @@ class PPDXErrorObj : public CError {
     CString mKeyword;
 };
 
+extern "C" {
 char const* GetErrorKeyword(PPDXErrorObj* error);
 char const* GetErrorDescription(PPDXErrorObj* error);
 bool IsErrorFatal(PPDXErrorObj* error);
+}

@@ -26,7 +26,9 @@ class PPDXErrors {
     PointerListItr mCursor;
 };
 
+extern "C" {
 PPDXErrorObj* FirstError(PPDXErrors* errors);
 PPDXErrorObj* NextError(PPDXErrors* errors);
 std::int32_t ErrorCount(PPDXErrors* errors);
 bool ErrorListIsEmpty(PPDXErrors* errors);  // false for a null handle
+}

@@ -44,8 +44,10 @@ class PPDXGroups {
     std::int32_t mHidden = 0;
 };
 
+extern "C" {
 PPDXGroup* FirstGroup(PPDXGroups* groups);
 PPDXGroup* NextGroup(PPDXGroups* groups);
 PPDXGroup* FindGroup(PPDXGroups* groups, char const* keyword, bool exact);
 std::int32_t GroupCount(PPDXGroups* groups);
 bool IsGrouPointerListEmpty(PPDXGroups* groups);  // false for a null handle
+}

@@ -34,8 +34,10 @@ class PPDXProperties {
     PointerListItr mCursor;
 };
 
+extern "C" {
 PPDXProperty* FirstProperty(PPDXProperties* properties);
 PPDXProperty* NextProperty(PPDXProperties* properties);
 PPDXProperty* FindProperty(PPDXProperties* properties, char const* keyword, bool exact);
 std::int32_t PropertyCount(PPDXProperties* properties);
 bool IsPropertyListEmpty(PPDXProperties* properties);  // false for a null handle
+}

@@ -27,8 +27,10 @@ class PPDXProperty : public PPDXElement {
     std::int32_t mShowInApplication = 0;
 };
 
+extern "C" {
 bool IsPropertyPage(PPDXElement* element);
 PPDXScrollPane* GetPropertyScrollDown(PPDXProperty* property);
 void SetPropertyScrollDown(PPDXProperty* property, PPDXScrollPane* pane);
 bool ShowPropInPrintProp(PPDXProperty* property);
 bool ShowPropInApp(PPDXProperty* property);
+}

@@ -20,5 +20,7 @@ class PPDXRollDown : public PPDXGroup {
     PPDXControls* mControls;  // owned
 };
 
+extern "C" {
 bool IsRollDown(PPDXElement* element);
 PPDXControls* GetRollDownControlList(PPDXRollDown* rollDown);
+}

@@ -20,5 +20,7 @@ class PPDXScrollPane : public PPDXGroup {
     PPDXGroups* mRollDowns;  // owned
 };
 
+extern "C" {
 bool IsScrollPane(PPDXElement* element);
 PPDXGroups* GetScrollPaneRollDowns(PPDXScrollPane* pane);
+}

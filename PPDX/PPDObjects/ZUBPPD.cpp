@@ -40,6 +40,19 @@ bool IsSameText(char const* left, char const* right) {
     return left == nullptr || right == nullptr ? left == right : std::strcmp(left, right) == 0;
 }
 
+// What the table of the grammar calls, in one form for all rows.
+template <PPDXErrorObj* (ZUBPPD::*kParse)(PPDStream&)>
+PPDXErrorObj* ParseLine(ZUBPPD& ppd, PPDStream& line, char const*) {
+    return (ppd.*kParse)(line);
+}
+template <bool kRequirement>
+PPDXErrorObj* ParseRule(ZUBPPD& ppd, PPDStream& line, char const*) {
+    return ppd.ParseUIConstraint(line, kRequirement);
+}
+PPDXErrorObj* ParseSizeLine(ZUBPPD& ppd, PPDStream& line, char const* keyword) {
+    return ppd.ParseCustomPageSize(line, keyword);
+}
+
 }  // namespace
 
 _EXTENSIONS_SUPPORT_ ZUBPPD::sExtensionsSupport = kExtensionsAll;
@@ -181,7 +194,7 @@ void ZUBPPD::ReadLines() {
     char text[PPDStream::kLineSize];
     char keyword[kTextSize];
     std::int32_t const former = mErrors->Count();
-    while (mCurrentStream->GetLine(text)) {
+    while (ReadLine(text)) {
         PPDStream line(text, static_cast<long>(std::strlen(text)));
         if (!NextToken(line, keyword, kKeywordDelimiters, true)) {
             continue;
@@ -197,8 +210,12 @@ void ZUBPPD::ReadLines() {
     }
 }
 
+bool ZUBPPD::ReadLine(char* text) {
+    return mCurrentStream != nullptr && mCurrentStream->GetLine(text);
+}
+
 bool ZUBPPD::NextLine(char* text, PPDStream& line, char* token) {
-    if (!mCurrentStream->GetLine(text)) {
+    if (!ReadLine(text)) {
         return false;
     }
     line.Setup(text, static_cast<long>(std::strlen(text)));
@@ -208,24 +225,24 @@ bool ZUBPPD::NextLine(char* text, PPDStream& line, char* token) {
 PPDXErrorObj* ZUBPPD::Dispatch(PPDStream& line, char const* keyword) {
     struct Row {
         std::string_view keyword;
-        PPDXErrorObj* (ZUBPPD::*parse)(PPDStream&);
+        PPDXErrorObj* (*parse)(ZUBPPD& ppd, PPDStream& line, char const* keyword);
     };
     static constexpr Row kGrammar[] = {
-        {"*UIConstraints", &ZUBPPD::ParseConstraint},
-        {"*%ZUBUIConstraints", &ZUBPPD::ParseConstraint},
-        {"*%ZUBPropPage", &ZUBPPD::ParsePropertyPage},
-        {"*%ZUBGroupName", &ZUBPPD::ParseGroupName},
-        {"*%ZUBParent", &ZUBPPD::ParseParent},
-        {"*%ZUBFlags", &ZUBPPD::ParseControl},
-        {"*%ParamCustomPrintSize", &ZUBPPD::ParseCustomPageSize},
-        {"*%ZUShortcut", &ZUBPPD::ParseShortcut},
-        {"*%ZUBSpecialOption", &ZUBPPD::ParseSpecialOption},
-        {"*%ZUBUIRequires", &ZUBPPD::ParseRequirement},
+        {"*UIConstraints", ParseRule<false>},
+        {"*%ZUBUIConstraints", ParseRule<false>},
+        {"*%ZUBPropPage", ParseLine<&ZUBPPD::ParsePropertyPage>},
+        {"*%ZUBGroupName", ParseLine<&ZUBPPD::ParseGroupName>},
+        {"*%ZUBParent", ParseLine<&ZUBPPD::ParseParent>},
+        {"*%ZUBFlags", ParseLine<&ZUBPPD::ParseControl>},
+        {"*%ParamCustomPrintSize", ParseSizeLine},
+        {"*%ZUShortcut", ParseLine<&ZUBPPD::ParseShortcut>},
+        {"*%ZUBSpecialOption", ParseLine<&ZUBPPD::ParseSpecialOption>},
+        {"*%ZUBUIRequires", ParseRule<true>},
     };
     std::string_view const wanted = keyword;
     for (Row const& row : kGrammar) {
         if (row.keyword == wanted) {
-            return (this->*row.parse)(line);
+            return row.parse(*this, line, keyword);
         }
     }
     return ParsePSKeywords(line, keyword);

@@ -133,6 +133,40 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     // a control that ends up without a parent is reported as error 29.
     void SetupControl(PPDXGroup* group, PPDXControl* control, bool warn);
 
+    // ---- The grammar of the option lines ----
+    //
+    // Each takes a line behind its keyword, and the lines of a block from the stream that Parse
+    // reads: outside of it a block ends at once. What comes out is added to the tree. The error,
+    // which the caller then owns, or null.
+
+    // Layout, rules and shortcuts.
+    PPDXErrorObj* ParsePropertyPage(PPDStream& line);
+    PPDXErrorObj* ParseGroupName(PPDStream& line);
+    PPDXErrorObj* ParseParent(PPDStream& line);
+    PPDXErrorObj* ParseUIConstraint(PPDStream& line, bool requirement);
+    PPDXErrorObj* ParseShortcut(PPDStream& line);
+
+    // Controls. `flags` holds the words of the flags line (CString*): a control takes them and
+    // leaves the list empty, otherwise they stay the caller's. `group` is borrowed and may be null;
+    // `translation` is the control's display name.
+    PPDXErrorObj* ParseControl(PPDStream& line);
+    PPDXErrorObj* ParseGroup(PPDStream& line, char const* keyword, PointerList& flags);
+    PPDXErrorObj* ParseOpenUI(PPDStream& line, char const* keyword, PointerList& flags,
+                              PPDXGroup* group);
+    PPDXErrorObj* ParseOpenUIZUB(PPDStream& line, char const* keyword, PointerList& flags,
+                                 PPDXGroup* group);
+    PPDXErrorObj* ParsePopupControl(char const* keyword, CFStringRef translation,
+                                    PointerList& flags, PPDXGroup* group, bool const& pickMany);
+    PPDXErrorObj* ParseBooleanControl(char const* keyword, CFStringRef translation,
+                                      PointerList& flags, PPDXGroup* group);
+    PPDXErrorObj* ParseRange(PPDStream& line, char const* keyword, PointerList& flags,
+                             PPDXGroup* group);
+    PPDXErrorObj* ParseFloatRange(PPDStream& line, char const* keyword, PointerList& flags,
+                                  PPDXGroup* group);
+    // `keyword` is the line's own; the control is always the one that holds the custom size.
+    PPDXErrorObj* ParseCustomPageSize(PPDStream& line, char const* keyword);
+    PPDXErrorObj* ParseSpecialOption(PPDStream& line);
+
   private:
     struct FlagWords;
     struct RangeLine;
@@ -150,6 +184,7 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     void RebuildTree(Settings& settings);
     void ParseFile();
     void ReadLines();
+    bool ReadLine(char* text);  // the file's next line; false at its end, and outside of a parse
     // The next line of the file and its first token, with `line` behind it; false without one.
     // `text` holds the line and must outlive it.
     bool NextLine(char* text, PPDStream& line, char* token);
@@ -160,14 +195,7 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     PPDXErrorObj* ParseOpenGroup(PPDStream& line);
     PPDXErrorObj* ParseCloseGroup(PPDStream& line);
 
-    // ---- Layout and rules. Each takes the line behind its keyword; the error belongs to the
-    // caller. ----
-    PPDXErrorObj* ParsePropertyPage(PPDStream& line);
-    PPDXErrorObj* ParseGroupName(PPDStream& line);
-    PPDXErrorObj* ParseParent(PPDStream& line);
-    PPDXErrorObj* ParseConstraint(PPDStream& line);
-    PPDXErrorObj* ParseRequirement(PPDStream& line);
-    PPDXErrorObj* ParseUIConstraint(PPDStream& line, bool requirement);
+    // ---- Layout ----
     PPDXErrorObj* AddScrollPane(GroupName const& name, char const* parent, bool visible);
     PPDXErrorObj* AddRollDown(GroupName const& name, char const* parent, bool visible);
     void AddGroupNameToList(char const* keyword, CFStringRef translation, bool visible);
@@ -178,27 +206,16 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     PPDXGroup* AddPlainGroup(GroupName const& name);
     void CollectOrphanGroups();
 
-    // ---- Controls. `flags` holds the words of the flags line; a control takes them and leaves
-    // the list empty. ----
-    PPDXErrorObj* ParseControl(PPDStream& line);
+    // ---- Controls ----
     using BlockParser = PPDXErrorObj* (ZUBPPD::*)(PPDStream& line, char const* keyword,
                                                   PointerList& flags, PPDXGroup* group);
     // What reads the block that this token opens, right behind a flags line or behind a group
     // line; null for a token that opens none there.
     static BlockParser BlockParserOf(std::string_view token, bool inGroup);
     PPDXErrorObj* ParseFlaggedBlock(char const* keyword, PointerList& flags);
-    PPDXErrorObj* ParseGroup(PPDStream& line, char const* keyword, PointerList& flags);
     PPDXErrorObj* ParseGroupedBlock(char const* keyword, PointerList& flags, PPDXGroup* group);
-    PPDXErrorObj* ParseOpenUI(PPDStream& line, char const* keyword, PointerList& flags,
-                              PPDXGroup* group);
-    PPDXErrorObj* ParseOpenUIZUB(PPDStream& line, char const* keyword, PointerList& flags,
-                                 PPDXGroup* group);
     PPDXErrorObj* PassOver(PPDStream& line, char const* keyword, PointerList& flags,
                            PPDXGroup* group);
-    PPDXErrorObj* ParsePopupControl(char const* keyword, CFStringRef translation,
-                                    PointerList& flags, PPDXGroup* group, bool const& pickMany);
-    PPDXErrorObj* ParseBooleanControl(char const* keyword, CFStringRef translation,
-                                      PointerList& flags, PPDXGroup* group);
     template <typename TakeHead>
     BlockEnd ReadBlock(TakeHead takeHead);
     HeadResult TakePopupHead(PPDStream& line, char const* head, char const* keyword,
@@ -217,19 +234,12 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     PPDXControl* FindControl(char const* keyword) const;  // exact, whatever the display option
 
     // ---- Options of one line, and shortcuts ----
-    PPDXErrorObj* ParseRange(PPDStream& line, char const* keyword, PointerList& flags,
-                             PPDXGroup* group);
-    PPDXErrorObj* ParseFloatRange(PPDStream& line, char const* keyword, PointerList& flags,
-                                  PPDXGroup* group);
     // The same for both kinds of number; `number` reads one from its text.
     template <typename Range, typename Convert>
     PPDXErrorObj* ParseNumber(PPDStream& line, char const* keyword, PointerList& flags,
                               PPDXGroup* group, Convert number);
     bool ReadRange(PPDStream& line, RangeLine& range);
-    PPDXErrorObj* ParseCustomPageSize(PPDStream& line);
     void ReadSizeLimits(PPDStream& line, PPDXCustomPageSizeControl& size);
-    PPDXErrorObj* ParseSpecialOption(PPDStream& line);
-    PPDXErrorObj* ParseShortcut(PPDStream& line);
     void ResolveShortcuts();
 
     // What *ZUPrintSize comes to when it follows the page size; null when that has no value. The

@@ -206,7 +206,7 @@ PPDXErrorObj* ZUBPPD::ParseOpenUIZUB(PPDStream&, char const* keyword, PointerLis
     AddError(kBlockSkipped, keyword, false);
     char text[PPDStream::kLineSize];
     char token[kTextSize];
-    while (mCurrentStream->GetLine(text)) {
+    while (ReadLine(text)) {
         PPDStream line = StreamOf(text);
         if (NextToken(line, token, kKeywordDelimiters, true) && token == kSkippedCloser) {
             return nullptr;
@@ -223,7 +223,7 @@ template <typename TakeHead>
 ZUBPPD::BlockEnd ZUBPPD::ReadBlock(TakeHead takeHead) {
     char text[PPDStream::kLineSize];
     char head[kTextSize];
-    while (mCurrentStream->GetLine(text)) {
+    while (ReadLine(text)) {
         PPDStream line = StreamOf(text);
         for (bool first = true; NextToken(line, head, kTranslationDelimiters, true);
              first = false) {

@@ -200,14 +200,6 @@ void ZUBPPD::CollectOrphanGroups() {
 
 // ---- Rules ----
 
-PPDXErrorObj* ZUBPPD::ParseConstraint(PPDStream& line) {
-    return ParseUIConstraint(line, false);
-}
-
-PPDXErrorObj* ZUBPPD::ParseRequirement(PPDStream& line) {
-    return ParseUIConstraint(line, true);
-}
-
 PPDXErrorObj* ZUBPPD::ParseUIConstraint(PPDStream& line, bool requirement) {
     auto const nextField = [&](char* field) {
         line.SkipWhiteSpace();

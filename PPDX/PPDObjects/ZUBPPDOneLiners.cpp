@@ -143,7 +143,7 @@ bool ZUBPPD::ReadRange(PPDStream& line, RangeLine& range) {
 
 // ---- The custom page size ----
 
-PPDXErrorObj* ZUBPPD::ParseCustomPageSize(PPDStream& line) {
+PPDXErrorObj* ZUBPPD::ParseCustomPageSize(PPDStream& line, char const*) {
     PPDXControl* control = FindControl(kCustomSizeKeyword);
     if (control == nullptr) {
         PointerList flags;

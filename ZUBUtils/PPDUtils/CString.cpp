@@ -102,7 +102,7 @@ void CString::Remove(char const* at, unsigned long count) {
     mLength -= static_cast<std::uint32_t>(removed);
 }
 
-char const* CString::Insert(char const* at, char const* text) {
+char* CString::Insert(char const* at, char const* text) {
     if (!HoldsPosition(at) || text == nullptr || *text == '\0') {
         return nullptr;
     }
@@ -111,8 +111,9 @@ char const* CString::Insert(char const* at, char const* text) {
 }
 
 void CString::Replace(CString const& what, CString const& with) {
-    char const* const found =
-        mBuffer != nullptr && !what.Empty() ? std::strstr(mBuffer, what.mBuffer) : nullptr;
+    char const* const found = mBuffer != nullptr && what.mBuffer != nullptr
+                                  ? std::strstr(mBuffer, what.mBuffer)
+                                  : nullptr;
     if (found == nullptr) {
         return;
     }

@@ -48,16 +48,18 @@ class CString {
     // when fewer are left. The buffer stays where it is.
     void Remove(char const* at, unsigned long count);
     // Puts `text` before `at`, which points into this string's text or at its terminator. Returns
-    // the new buffer; null, with nothing changed, when the string has no buffer, when `text` is
-    // null or empty and when there is no memory.
-    char const* Insert(char const* at, char const* text);
-    // Replaces the first occurrence, case-sensitive. Nothing happens when there is none or `what`
-    // is empty; a `with` without a text removes.
+    // the new buffer, which is the string's; null, with nothing changed, when the string has no
+    // buffer, when `text` is null or empty and when there is no memory.
+    char* Insert(char const* at, char const* text);
+    // Replaces the first occurrence, case-sensitive. The empty text occurs at the start of every
+    // text, so `with` goes in front then. Nothing happens when there is no occurrence or `what` has
+    // no buffer; a `with` without a text removes.
     void Replace(CString const& what, CString const& with);
 
-  protected:
-    void Initialize();   // null and 0, frees nothing
-    void ClearBuffer();  // frees
+    // What the operations above are made of. Initialize forgets the buffer without freeing it: it
+    // is for a string that has none yet, or whose buffer somebody else has taken.
+    void Initialize();
+    void ClearBuffer();  // frees it
     // Replaces the text by a copy; the string's own buffer is left alone. False without memory.
     bool SetBuffer(char const* text);
 

@@ -93,12 +93,24 @@ bool IsBlank(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
 
+char const* NextHexChar(char const* position) {
+    do {
+        ++position;
+    } while (IsBlank(*position));
+    return position;
+}
+
+bool EndsAStep(char c) {
+    return IsHexDigit(c) || c == '>';
+}
+
 // Whether what stands between "<" and ">" is pairs of digits. Blanks right before ">" lead the last
 // step onto the ">" itself, which counts as a digit.
 bool IsWholeEscape(char const* open, char const* close) {
     long count = 0;
     for (char const* position = open; position < close - 1; ++count) {
-        if (TextConverter::nextHexChar(&position) != 0) {
+        position = NextHexChar(position);
+        if (!EndsAStep(*position)) {
             return false;
         }
     }
@@ -107,9 +119,9 @@ bool IsWholeEscape(char const* open, char const* close) {
 
 char* DecodeEscape(char const* open, char const* close, char* out) {
     for (char const* position = open; position < close - 1;) {
-        TextConverter::nextHexChar(&position);
+        position = NextHexChar(position);
         int const high = TextConverter::toShort(*position);
-        TextConverter::nextHexChar(&position);
+        position = NextHexChar(position);
         *out++ = static_cast<char>(high * 16 + TextConverter::toShort(*position));
     }
     return out;
@@ -122,7 +134,6 @@ HexLanguageExceptions TextConverter::mExceptionsList;
 TextConverter::TextConverter(PPDX* ppd) : TextConverter(ppd, GetCurrentEncoding()) {}
 
 TextConverter::TextConverter(PPDX* ppd, unsigned long const& output) {
-    Initialize();
     mInputEncoding = GetPPDEncoding(ppd);
     if (mInputEncoding == kUnknownEncoding) {
         return;
@@ -133,7 +144,6 @@ TextConverter::TextConverter(PPDX* ppd, unsigned long const& output) {
 }
 
 TextConverter::TextConverter(unsigned long& input, unsigned long const& output) {
-    Initialize();
     mInputEncoding = static_cast<std::uint32_t>(input);
     mOutputEncoding = static_cast<std::uint32_t>(output);
     Create();
@@ -145,12 +155,12 @@ TextConverter::~TextConverter() {
 }
 
 void TextConverter::Initialize() {
+    Dispose(&mConverter);
+    Dispose(&mToUnicodeConverter);
     mInputEncoding = kUnknownEncoding;
     mOutputEncoding = kUnknownEncoding;
-    mConverter = nullptr;
     mStatus = 0;
     mValid = false;
-    mToUnicodeConverter = nullptr;
     mUnicodeEncoding = 0;
     mLanguage.clear();
 }
@@ -159,6 +169,7 @@ void TextConverter::Create() {
     if (mInputEncoding == kUnknownEncoding || mOutputEncoding == kUnknownEncoding) {
         return;
     }
+    Dispose(&mConverter);
     mStatus = TECCreateConverter(&mConverter, mInputEncoding, mOutputEncoding);
     mValid = mStatus == noErr;
 }
@@ -310,7 +321,6 @@ void TextConverter::UseMacRomanForPlainLanguages(char const* text, long size) {
         mStatus = memFullErr;
         return;
     }
-    Dispose(&mConverter);
     mInputEncoding = kCFStringEncodingMacRoman;
     Create();
 }
@@ -409,11 +419,7 @@ short TextConverter::toShort(char digit) {
     return static_cast<short>(value);
 }
 
-short TextConverter::nextHexChar(char const** position) {
-    char const* next = *position + 1;
-    while (IsBlank(*next)) {
-        ++next;
-    }
-    *position = next;
-    return IsHexDigit(*next) || *next == '>' ? short{0} : kNoHexChar;
+short TextConverter::nextHexChar(char** position) {
+    *position += NextHexChar(*position) - *position;
+    return EndsAStep(**position) ? short{0} : kNoHexChar;
 }

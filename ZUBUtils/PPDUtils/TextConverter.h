@@ -59,12 +59,16 @@ class TextConverter {
     static short toShort(char digit);
     // Moves from the byte at `position` to the next digit or ">", over blanks, tabs and line ends.
     // 0, or kNoHexChar with the position at whatever else is there.
-    static short nextHexChar(char const** position);
+    static short nextHexChar(char** position);
     static constexpr short kNoHexChar = 5000;
 
-  private:
+    // Back to no encoding, no language and no converter: what it held is disposed of.
     void Initialize();
+    // Makes the converter between the two encodings anew; nothing without both of them.
+    // ValidConverter() tells whether that worked.
     void Create();
+
+  private:
     void SetLanguage(PPDX* ppd);
     void UseMacRomanForPlainLanguages(char const* text, long size);
     __CFString const* StringFromBytes(char const* bytes, unsigned long length);

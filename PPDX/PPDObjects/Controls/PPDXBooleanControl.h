@@ -49,9 +49,11 @@ class PPDXBooleanControl : public PPDXControl {
 };
 
 // The same for callers that hold an opaque handle; a null handle gives null, 0 or false.
+extern "C" {
 bool IsTrue(PPDXBooleanControl* boolean);
 bool DefaultState(PPDXBooleanControl* boolean);
 char const* TrueDisplayText(PPDXBooleanControl* boolean);
 char const* FalseDisplayText(PPDXBooleanControl* boolean);
 void SetValue(PPDXBooleanControl* boolean, bool value);
 long BooleanPostScript(PPDXBooleanControl* boolean, unsigned char* out);
+}

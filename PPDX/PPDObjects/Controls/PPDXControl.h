@@ -122,6 +122,7 @@ class PPDXControl : public PPDXElement {
 };
 
 // The same for callers that hold an opaque handle; a null handle gives null, 0 or false.
+extern "C" {
 char const* GetFirstControlFlag(PPDXControl* control);
 char const* GetNextControlFlag(PPDXControl* control);
 long GetControlFlagCount(PPDXControl* control);
@@ -134,3 +135,4 @@ bool IsNoVelonDriverUIControl(PPDXControl* control);
 bool IsValidControlKeyword(PPDXControl* control, char const* keyword);
 long GetPostScript(PPDXControl* control, unsigned char* out);
 void ResetControlToDefault(PPDXControl* control);
+}

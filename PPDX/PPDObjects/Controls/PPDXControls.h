@@ -120,6 +120,7 @@ class PPDXControls {
 
 // The same for callers that hold an opaque handle; a null handle gives null or 0, and true for
 // GetNo... and GetEmpty.
+extern "C" {
 PPDXControl* Find(PPDXControls* controls, char const* keyword, CNTL_TYPE& type, bool const& exact);
 PPDXControl* GetFirst(PPDXControls* controls, CNTL_TYPE& type);
 PPDXControl* GetNext(PPDXControls* controls, CNTL_TYPE& type);
@@ -147,3 +148,4 @@ bool GetNoBooleanControls(PPDXControls* controls);
 bool GetNoRangeControls(PPDXControls* controls);
 bool GetNoFloatRangeControls(PPDXControls* controls);
 bool GetEmpty(PPDXControls* controls);
+}

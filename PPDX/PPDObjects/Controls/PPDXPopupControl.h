@@ -100,6 +100,7 @@ class PPDXPopupControl : public PPDXControl {
 };
 
 // The same for callers that hold an opaque handle; a null handle gives null, 0 or false.
+extern "C" {
 _PopupItem* FirstItem(PPDXPopupControl* popup);
 _PopupItem* NextItem(PPDXPopupControl* popup);
 bool IsKeywordSelected(PPDXPopupControl* popup, char const* keyword);
@@ -113,3 +114,4 @@ long GetPopupValue(PPDXPopupControl* popup);
 void SetPopupValue(PPDXPopupControl* popup, long index);
 long GetPopupDefaultValue(PPDXPopupControl* popup);
 long PopupPostScript(PPDXPopupControl* popup, unsigned char* out);
+}

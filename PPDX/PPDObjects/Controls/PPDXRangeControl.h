@@ -26,6 +26,7 @@ class PPDXRangeControl : public NumericControl<std::int32_t> {
 };
 
 // The same for callers that hold an opaque handle; a null handle gives 0.
+extern "C" {
 void SetRangeValue(PPDXRangeControl* range, long value);
 long GetRangeValue(PPDXRangeControl* range);
 long GetRangeDefaultVal(PPDXRangeControl* range);
@@ -33,3 +34,4 @@ long GetRangeIncrement(PPDXRangeControl* range);
 long GetRangeMinimum(PPDXRangeControl* range);
 long GetRangeMaximum(PPDXRangeControl* range);
 long RangePostScript(PPDXRangeControl* range, unsigned char* out);
+}

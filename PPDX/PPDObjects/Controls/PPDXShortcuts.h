@@ -48,6 +48,7 @@ class PPDXShortcuts {
 };
 
 // The same for callers that hold an opaque handle; a null handle gives null, 0 or true.
+extern "C" {
 PPDXControl* FindShortcut(PPDXShortcuts* shortcuts, char const* keyword, bool const& exact);
 PPDXControl* FirstShortcut(PPDXShortcuts* shortcuts);
 PPDXControl* NextShortcut(PPDXShortcuts* shortcuts);
@@ -59,3 +60,4 @@ PPDXControl* GetPageSizeShortcut(PPDXShortcuts* shortcuts);
 PPDXControl* GetMediaSourceShortcut(PPDXShortcuts* shortcuts);
 PPDXControl* GetOrientationShortcut(PPDXShortcuts* shortcuts);
 PPDXControl* GetChromvaleShortcut(PPDXShortcuts* shortcuts);
+}

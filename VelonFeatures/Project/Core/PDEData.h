@@ -15,6 +15,7 @@
 #include "platform/PrintManager.h"
 #include "twoway/ZUBTolvanePrinterPList.h"
 
+class CString;
 class PPDXControl;
 class PrintSettingsTicket;
 class ProjectPDE;
@@ -87,7 +88,8 @@ class PDEData {
     // communication is on.
     CFStringRef GetTolvanePrinterAddress(CFStringRef name, bool* enabled = nullptr);
     // Writes the record at once, of this printer for a null name. False when it couldn't be
-    // written.
+    // written, and for a null address. A text is taken in the application's encoding.
+    bool SetTolvanePrinterAddress(CFStringRef name, CString* address, bool enabled);
     bool SetTolvanePrinterAddress(CFStringRef name, CFStringRef address, bool enabled);
     // Whether two-way communication is on for this printer.
     bool GetIPAddressEnabled() const;

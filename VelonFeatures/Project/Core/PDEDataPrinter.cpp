@@ -5,6 +5,9 @@
 #include "VelonFeatures/Project/Core/PDEData.h"
 #include "VelonFeatures/Project/Core/PPDTree.h"
 #include "VelonFeatures/Project/Core/QuickAccess.h"
+#include "ZUBUtils/PPDUtils/CString.h"
+#include "platform/CFRef.h"
+#include "platform/TextEncodingConverter.h"
 
 bool PDEData::ResetTolvanePrinterList() {
     mPrinterAddress = nullptr;
@@ -21,6 +24,14 @@ CFStringRef PDEData::GetTolvanePrinterAddress(CFStringRef name, bool* enabled) {
         *enabled = mPrinterList->getIPEnabled(name);
     }
     return mPrinterAddress;
+}
+
+bool PDEData::SetTolvanePrinterAddress(CFStringRef name, CString* address, bool enabled) {
+    CFRef<CFStringRef> const text(address != nullptr && address->GetCharData() != nullptr
+                                      ? CFStringCreateWithCString(nullptr, address->GetCharData(),
+                                                                  GetApplicationTextEncoding())
+                                      : nullptr);
+    return SetTolvanePrinterAddress(name, text.Get(), enabled);
 }
 
 bool PDEData::SetTolvanePrinterAddress(CFStringRef name, CFStringRef address, bool enabled) {

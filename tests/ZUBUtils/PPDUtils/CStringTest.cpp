@@ -113,7 +113,7 @@ TEST_F(CStringTest, ReplaceChangesTheFirstOccurrenceOnly) {
         {"abab", "ab", "", "ab"},
         {"abab", "AB", "x", "abab"},
         {"abc", "c", kNoText, "ab"},
-        {"abc", "", "x", "abc"},
+        {"abc", "", "x", "xabc"},
         {"abc", kNoText, "x", "abc"},
     };
     for (auto const& [before, what, with, result] : cases) {

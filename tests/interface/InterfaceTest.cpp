@@ -1,0 +1,598 @@
+// SPDX-License-Identifier: Apache-2.0
+// Calls every operation of the logic in the form in which callers outside know it: what changes a
+// name, a type or who may call it doesn't compile here. What the operations do beyond that is the
+// matter of the tests of their classes.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "PPDX/PPDObjects/Controls/PPDXBooleanControl.h"
+#include "PPDX/PPDObjects/Controls/PPDXCustomPageSizeControl.h"
+#include "PPDX/PPDObjects/Controls/PPDXFloatRangeControl.h"
+#include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
+#include "PPDX/PPDObjects/Controls/PPDXRangeControl.h"
+#include "PPDX/PPDObjects/Controls/PPDXShortcuts.h"
+#include "PPDX/PPDObjects/Controls/PPDXSpecialOption.h"
+#include "PPDX/PPDObjects/PPDFile.h"
+#include "PPDX/PPDObjects/PPDFileStream.h"
+#include "PPDX/PPDObjects/PPDXGroups.h"
+#include "PPDX/PPDObjects/PPDXProperties.h"
+#include "PPDX/PPDObjects/PPDXProperty.h"
+#include "PPDX/PPDObjects/PPDXRollDown.h"
+#include "PPDX/PPDObjects/PPDXScrollPane.h"
+#include "VelonFeatures/Project/Core/JobKeywords.h"
+#include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
+#include "VelonFeatures/Project/Core/PrinterAccess.h"
+#include "VelonFeatures/Project/Core/PrinterInfoTicket.h"
+#include "VelonFeatures/Project/Core/TicketKeys.h"
+#include "VelonFeatures/Project/Core/ZUBJobTicket.h"
+#include "ZUBUtils/PPDUtils/BoyerMoore.h"
+#include "ZUBUtils/PPDUtils/CFDataStream.h"
+#include "ZUBUtils/PPDUtils/PtrLinkList.h"
+#include "ZUBUtils/PPDUtils/Settings.h"
+#include "ZUBUtils/PPDUtils/StringUtils.h"
+#include "ZUBUtils/PPDUtils/TextConverter.h"
+#include "constraints/ConstraintsEngine.h"
+#include "constraints/UIConstraints.h"
+#include "VelonFeatures/Project/Core/PPDTree.h"
+#include "platform/CollectionManager.h"
+#include "platform/MemoryManager.h"
+#include "tests/VelonFeatures/Project/Core/CoreFixture.h"
+#include "tests/interface/InterfacePPD.h"
+#include "twoway/PPDLookups.h"
+#include "twoway/PrinterListFile.h"
+#include "twoway/RandomFileName.h"
+
+namespace {
+
+std::string Taken(CFStringRef string) {
+    CFRef<CFStringRef> const owned(string);
+    return owned ? Text(owned) : "(null)";
+}
+
+// The text of an error that a parser gave, which goes.
+std::string Taken(PPDXErrorObj* error) {
+    std::unique_ptr<PPDXErrorObj> const owned(error);
+    return owned != nullptr ? std::to_string(owned->Code()) : "none";
+}
+
+TEST(InterfaceTest, StringsListsAndErrors) {
+    CString text("abc");
+    char* const kept = text.Insert(const_cast<char*>(text.GetCharData()), const_cast<char*>("x"));
+    EXPECT_EQ(kept, text.GetCharData());
+    text.Remove(kept, 1);
+    text.Replace(CString(""), CString("<"));
+    EXPECT_STREQ(text + ">", "<abc>");
+    EXPECT_TRUE(text == CString("<abc>") && text == "<abc>" && text.Contains("ABC"));
+    text = CFSTR("cf");
+    text = CString(CFSTR("copy"));
+    EXPECT_EQ(text.Size(), 4U);
+    text.SetBuffer("set");
+    text.ClearBuffer();
+    text.Initialize();
+    EXPECT_TRUE(text.Empty());
+
+    int const items[3] = {};
+    PointerList list;
+    list.PushBack(&items[1]);
+    list.PushFront(&items[0]);
+    list.InsertBefore(list.End(), &items[2]);
+    PointerList copy(list);
+    copy = list;
+    EXPECT_EQ(*list.Erase(list.Begin()), &items[1]);
+    list.Erase(list.Begin(), --list.End());
+    EXPECT_EQ(list.Front(), list.Back());
+    list.PopFront();
+    copy.PopBack();
+    EXPECT_EQ(copy.Size(), 2U);
+    copy.MakeEmpty();
+    EXPECT_TRUE(list.Empty() && copy.Empty());
+    PtrLinkList links(new LinkElement_Dual);
+    EXPECT_TRUE(links.add(new LinkElement_Dual));
+    LinkElementDualIterator place = links.Begin();
+    EXPECT_EQ(*place++, links.index(1));
+
+    CError error(short{7}, CString("seven"), true);
+    error = CError(error);
+    EXPECT_TRUE(error == short{7} && !(error != short{7}) && error.IsFatal());
+    error.Description("text");
+    EXPECT_STREQ(error.Description(), "text");
+
+    char data[] = "xabcabc";
+    unsigned char pascal[256];
+    BoyerMoore search("abc", 3, data, 7);
+    EXPECT_EQ(search.Search(2, "abc", 3), 2);
+    EXPECT_EQ(search.Search(0, ctoPStr(const_cast<char*>("abc"), pascal)), 1);
+    search.SetSearchString(pascal);
+    search.SetSearchString("abc", 3);
+    search.SetSearchData(data + 1, 6);
+    search.SetCaseSensitve(true);
+    EXPECT_TRUE(search.GetCaseSensitive());
+    EXPECT_EQ(search.Search(), 0);
+    char found[256];
+    search.GetSearchString(found);
+    EXPECT_EQ(search.GetSearchStringLength(), 3);
+    EXPECT_STREQ(ptoCStr(pascal, found), "abc");
+    char number[kFloatTextSize];
+    EXPECT_EQ(string2Number(num2String(12, number)), 12);
+    EXPECT_STREQ(float2String(1.5F, number), "   1.5000");
+    EXPECT_STREQ(deleteCharRangeInStr(data, 0, 4), "abc");
+    EXPECT_EQ(findChar(data, 'b'), data + 1);
+    std::unique_ptr<char[]> const filled(newInitalizedCString(3, '1'));
+    EXPECT_FALSE(validateRangeValues(filled.get(), 2));
+    wchar_t wide[] = L"12";
+    EXPECT_EQ(wtoi(wide), 12);
+    char what[] = "b";
+    std::unique_ptr<char[]> const replaced(_replace(data, what, found));
+    EXPECT_STREQ(replaced.get(), "aabcc");
+}
+
+TEST(InterfaceTest, ArchiveAndStreams) {
+    OpaqueCollection* collection = NewCollection();
+    Settings settings(collection);
+    unsigned long tag = 1000;
+    long id = 1;
+    long size = 0;
+    long attributes = 0;
+    char value[] = "text";
+    EXPECT_EQ(settings.Add(tag, id, value, 4), 0);
+    EXPECT_EQ(settings.Set(tag, id, value, 3), 0);
+    EXPECT_EQ(settings.Get(tag, id, nullptr, size, false), 0);
+    EXPECT_EQ(settings.SetAttribute(tag, id, 1L, true), 0);
+    EXPECT_EQ(settings.Lock(tag, id), 0);
+    EXPECT_NE(settings.Remove(tag, id), 0);
+    EXPECT_EQ(settings.Unlock(tag, id), 0);
+    EXPECT_EQ(settings.First(tag, id, size, attributes), 0);
+    EXPECT_NE(settings.Next(tag, id, size, attributes), 0);
+    std::unique_ptr<CString> const stored(GetSettingsString(settings, 1000, 1));
+    EXPECT_STREQ(stored->GetCharData(), "tex");
+    EXPECT_EQ(settings.FixEndianness(&size, 4, true), 0);
+
+    CFDataStream stream;
+    EXPECT_EQ(settings.Save(&stream), 0);
+    CFDataStream source(stream.Data());
+    DataStream& in = source;
+    EXPECT_TRUE(in.dataExists() && in.valid());
+    char** flat = nullptr;
+    EXPECT_EQ(settings.GetSettingsHandle(&flat), 0);
+    Settings copy(flat);
+    DisposeHandle(flat);
+    copy = Settings(settings);
+    EXPECT_EQ(copy.Read(&in, in.dataSize()), 0);
+    EXPECT_TRUE(copy.Valid() && !copy.Empty() && copy.LastError() == 0 && copy.Count() == 1);
+
+    std::unique_ptr<unsigned char[]> const external(CFStringToExternal(CFSTR("name"), &size));
+    copy.Add(1000, 2, external.get(), size);
+    EXPECT_EQ(Taken(GetSettingsCFString(copy, 1000, 2)), "name");
+    EXPECT_EQ(Taken(ExtenalToCFString(external.get(), size)), "name");
+}
+
+TEST(InterfaceTest, TextConversion) {
+    unsigned long input = kCFStringEncodingMacRoman;
+    TextConverter converter(input, kCFStringEncodingMacRoman);
+    converter.Create();
+    EXPECT_TRUE(converter.ValidConverter());
+    EXPECT_EQ(converter.GetOutputEncoding(), kCFStringEncodingMacRoman);
+    char text[32] = "caf<8E>";
+    EXPECT_EQ(Taken(converter.ConvertToCFString(text, 256)), "caf\u00E9");
+    EXPECT_EQ(converter.Convert(text, sizeof text), 0);
+    EXPECT_TRUE(TextConverter::CFStringToCstring(CFSTR("text"), text, sizeof text));
+    converter.Initialize();
+    converter.Create();
+    EXPECT_FALSE(converter.ValidConverter());
+    EXPECT_EQ(converter.GetOutputEncoding(), TextConverter::kUnknownEncoding);
+
+    PPDPtr const ppd = ParseBody("");
+    EXPECT_TRUE(TextConverter(ppd.get()).ValidConverter());
+    EXPECT_TRUE(TextConverter(ppd.get(), input).ValidConverter());
+    EXPECT_EQ(TextConverter::GetPPDEncoding(ppd.get()),
+              TextConverter::LanguageStringToEncoding("ISOLatin1"));
+    EXPECT_NE(TextConverter::GetCurrentEncoding(), TextConverter::kUnknownEncoding);
+    char in[] = "<4 1>";
+    EXPECT_EQ(TextConverter::DehexBufferFill(in, text), 2);
+    char* position = in;
+    EXPECT_EQ(TextConverter::nextHexChar(&position), 0);
+    EXPECT_EQ(TextConverter::toShort(*position), 4);
+    EXPECT_EQ(TextConverter::nextHexChar(&position), 0);
+    EXPECT_EQ(position, in + 3);
+    char odd[] = "<x";
+    position = odd;
+    EXPECT_EQ(TextConverter::nextHexChar(&position), 5000);
+}
+
+TEST(InterfaceTest, ReaderAndFiles) {
+    TemporaryFile const file(kHeader);
+    PPDFile onDisk(file.URL());
+    FSSpec spec;
+    short volume = 0;
+    long folder = 0;
+    char name[FileMac::kNameSize];
+    onDisk.getFileInfo(&spec);
+    onDisk.getFileInfo(&volume, &folder, name);
+    EXPECT_TRUE(folder == spec.parID && volume == onDisk.getFileInfo().vRefNum);
+    EXPECT_TRUE(onDisk.getFileName(name) == noErr && onDisk.exists());
+    PPDFile same(spec);
+    unsigned long count = 4;
+    EXPECT_EQ(same.openDataFork(1), noErr);
+    EXPECT_EQ(same.dataForkRead(name, &count), noErr);
+    EXPECT_TRUE(same.dataForkOpen() && same.getDataForkRefNum() >= 0);
+    EXPECT_EQ(same.closeDataFork(), noErr);
+    EXPECT_EQ(same.dataForkWrite(name, count), -38);
+    PPDFileStream stream(&same, true);
+    char line[PPDStream::kLineSize];
+    EXPECT_TRUE(stream.GetLine(line) && stream.Good() && !stream.Bad() && !stream.EndOfFile());
+
+    PPDPtr const ppd(new ZUBPPD(spec, kParseAll, nullptr));
+    EXPECT_TRUE(ppd->IsValidPrinterName() && ppd->IsValidPPD());
+    EXPECT_TRUE(ppd->GetFileSpec(spec) && ppd->GetPPDFileName(name));
+    EXPECT_STREQ(ppd->PCFileName(), "ZUBTEST.PPD");
+    EXPECT_STREQ(ppd->LanguageVersion(), "English");
+    EXPECT_STREQ(ppd->LanguageEncoding(), "ISOLatin1");
+    EXPECT_STREQ(ppd->ZUVersion(), "4.4");
+    EXPECT_TRUE(ppd->ModelName() == nullptr && ppd->PathToPDE() == nullptr);
+    EXPECT_NE(ppd->GetStringTextEncoding(), TextConverter::kUnknownEncoding);
+    ppd->AllErrorsFatal(true);
+    EXPECT_TRUE(ppd->ParseOrphans() && ppd->ParseHidden());
+
+    PPDStream text("a/b: \"q\" \"ps\"", 13);
+    PPDStream copy(text);
+    char token[PPDX::kTextSize];
+    char byte = 0;
+    EXPECT_TRUE(copy.GetChar(byte) && copy.PeekChar() == '/' && copy.Status() == 0);
+    copy.SkipWhiteSpace();
+    char const* const delimiters = "/:";
+    EXPECT_TRUE(ppd->NextToken(text, token, delimiters, true));
+    EXPECT_EQ(ppd->GetQuotedString(text, token, 256UL), 2U);
+    EXPECT_EQ(ppd->GetPostscriptString(text, token, 256UL), 3U);
+    char blanks[] = "  x ";
+    PPDX::StripLeadingWhiteSpace(blanks);
+    PPDX::StripTrailingWhiteSpace(blanks);
+    EXPECT_STREQ(blanks, "x");
+    PPDStream version("4.2", 3);
+    EXPECT_EQ(Taken(ppd->TestPPDFile(version, "*PPD-Adobe")), "28");
+
+    ppd->Retain();
+    ppd->Retain();
+    EXPECT_FALSE(ppd->Release());
+    for (auto set : {&ZUBPPD::IncludeOrphans, &ZUBPPD::IncludeHidden, &ZUBPPD::ExcludeOrphans,
+                     &ZUBPPD::IncludeHidden, &ZUBPPD::ExcludeHidden}) {
+        _DISPLAY_OPTIONS_ const former = ZUBPPD::Options();
+        set();
+        int const bit = set == &ZUBPPD::IncludeOrphans ? 1 : set == &ZUBPPD::IncludeHidden ? 2 : 0;
+        EXPECT_EQ(ZUBPPD::Options(), bit == 0 ? 0 : former | bit);
+    }
+    ZUBPPD::Options(kDisplayAll);
+    EXPECT_EQ(ZUBPPD::sDisplayOptions, kDisplayAll);
+    ZUBPPD::Options(kDisplayPlacedAndVisible);
+    ZUBPPD::SetExtensions(kExtensionsLevel1);
+    EXPECT_EQ(ZUBPPD::GetExtensions(), kExtensionsLevel1);
+    ZUBPPD::SetExtensions(kExtensionsAll);
+}
+
+// Outside of a parse there are no further lines: a block that is opened ends at once.
+TEST(InterfaceTest, ParsersOfSingleLines) {
+    PPDPtr const ppd = ParseBody(kTree);
+    PointerList flags;
+    PPDXGroup* const group = ppd->GetGroups()->Find("Finish", true);
+    auto const line = [](char const* text) {
+        return PPDStream(text, static_cast<long>(std::strlen(text)));
+    };
+    auto const expect = [&](char const* error, char const* text, auto parse) {
+        PPDStream stream = line(text);
+        EXPECT_EQ(Taken(parse(stream)), error) << text;
+    };
+    expect("none", " Page/Page: True", [&](auto& s) { return ppd->ParsePropertyPage(s); });
+    expect("none", " Late/Late: True", [&](auto& s) { return ppd->ParseGroupName(s); });
+    expect("none", " Late/Pane1: True|Rolldown", [&](auto& s) { return ppd->ParseParent(s); });
+    expect("none", " *A x *B y", [&](auto& s) { return ppd->ParseUIConstraint(s, false); });
+    expect("none", " *R", [&](auto& s) { return ppd->ParseShortcut(s); });
+    expect("16", " *K:", [&](auto& s) { return ppd->ParseControl(s); });
+    expect("5", " *K: Finish/F", [&](auto& s) { return ppd->ParseGroup(s, "*K", flags); });
+    expect("11", " *K/K: PickOne",
+           [&](auto& s) { return ppd->ParseOpenUI(s, "*K", flags, group); });
+    expect("10", "", [&](auto& s) { return ppd->ParseOpenUIZUB(s, "*K", flags, group); });
+    expect("none", " *R/R: (0;9;1;4) \"x\"",
+           [&](auto& s) { return ppd->ParseRange(s, "*R", flags, group); });
+    expect("none", " *F/F: (0;9;1;4) \"x\"",
+           [&](auto& s) { return ppd->ParseFloatRange(s, "*F", flags, group); });
+    expect("none", "Width: 1 points 72 1000",
+           [&](auto& s) { return ppd->ParseCustomPageSize(s, "*%ParamCustomPrintSize"); });
+    expect("none", " *Server: 2", [&](auto& s) { return ppd->ParseSpecialOption(s); });
+    EXPECT_EQ(Taken(ppd->ParsePopupControl("*P", CFSTR("P"), flags, group, true)), "11");
+    EXPECT_EQ(Taken(ppd->ParseBooleanControl("*B", CFSTR("B"), flags, group)), "none");
+    EXPECT_NE(ControlOf<PPDXRangeControl>(*ppd, "*R"), nullptr);
+    EXPECT_NE(ControlOf<PPDXFloatRangeControl>(*ppd, "*F"), nullptr);
+    EXPECT_NE(ControlOf<PPDXSpecialOption>(*ppd, "*Server"), nullptr);
+    auto* const size = ControlOf<PPDXCustomPageSizeControl>(*ppd, "*CustomPrintSize");
+    ASSERT_NE(size, nullptr);
+    EXPECT_EQ(size->MaxWidth(), 1000.0F);
+    EXPECT_NE(ppd->GetProperties()->Find("Page", true), nullptr);
+    EXPECT_NE(ppd->GetGroups()->Find("Late", true), nullptr);
+}
+
+TEST(InterfaceTest, TreeAndValues) {
+    PPDPtr const ppd = ParseTwoOfEach();
+    Settings settings;
+    EXPECT_TRUE(ppd->Save(settings));
+    EXPECT_TRUE(ppd->Restore(settings));
+    PPDX& base = *ppd;
+    Settings header;
+    EXPECT_TRUE(base.Save(header));
+    TemporaryFile const file(kHeader);
+    PPDPtr const restored(new ZUBPPD(settings, file.URL(), nullptr));
+    EXPECT_FALSE(*restored == *ppd);
+    DisplayOptionsScope const all(kDisplayAll);
+    EXPECT_EQ(restored->GetControls()->ControlCount(), ppd->GetControls()->ControlCount() - 1);
+
+    EXPECT_STREQ(ppd->GetPPDXControlForKey(CFSTR("*R1"))->Keyword(), "*R1");
+    ppd->SetValueForKey(CFSTR("*PageSize"), CFSTR("B"));
+    EXPECT_EQ(Taken(ppd->CopyValueForKey(CFSTR("*PageSize"))), "B");
+    CFRef<CFDictionaryRef> const values(ppd->CopyAllValues());
+    ppd->SetAllValues(values);
+    EXPECT_FALSE(ppd->IsKVConstrained("*PageSize", "B"));
+    ppd->SetValueForKey(CFSTR("*ZUDuplex"), CFSTR("B"));
+    EXPECT_TRUE(ppd->IsKVConstrained("*PageSize", "B"));
+    EXPECT_FALSE(ppd->IsKVConstrained(-1L, -1L));
+
+    for (auto* group = ppd->GetGroups()->First(); group; group = ppd->GetGroups()->Next()) {
+        EXPECT_EQ(ppd->GetGroups()->Find(group->Keyword(), true), group);
+    }
+    Settings lists;
+    EXPECT_EQ(ppd->GetGroups()->Save(lists) + ppd->GetProperties()->Save(lists), 0);
+    EXPECT_FALSE(ppd->GetGroups()->Empty() || ppd->GetProperties()->Empty());
+    auto* const page = ppd->GetProperties()->Find("Layout", true);
+    EXPECT_TRUE(page->GetScrollDown()->RollDowns()->Find("Finish", true)->GetParent() ==
+                page->GetScrollDown());
+    PPDXErrorObj error(short{8}, CString("*K"), false);
+    error = PPDXErrorObj(short{8}, false);
+    EXPECT_EQ(error.Keyword(), nullptr);
+    std::unique_ptr<CString> const name(CFStringToCString(CFSTR("name")));
+    EXPECT_STREQ(name->GetCharData(), "name");
+    EXPECT_FALSE(page->IsOrphan() && *page == *page->GetScrollDown());
+    EXPECT_TRUE(*page == "Layout" && page->IsVisible() && page->CFStringUserName() != nullptr);
+}
+
+TEST(InterfaceTest, Controls) {
+    PPDPtr const ppd = ParseTwoOfEach();
+    DisplayOptionsScope const all(kDisplayAll);
+    PPDXControls& controls = *ppd->GetControls();
+    for (PPDXControl* control :
+         {static_cast<PPDXControl*>(controls.FindPopup("*PageSize", true)),
+          static_cast<PPDXControl*>(controls.FindBoolean("*B1", true)),
+          static_cast<PPDXControl*>(controls.FindRangeControl("*R1", true)),
+          static_cast<PPDXControl*>(controls.FindFloatRangeControl("*F1", true))}) {
+        control->SetItemID(101);
+        EXPECT_EQ(control->GetItemID(), 101U);
+        control->ResetToDefaultValue();
+        std::string const value = Taken(control->CopyPresetValueString());
+        control->SetPresetValueString(Str(value));
+        control->SetCurrentControlWithCFString(Str(value));
+        EXPECT_EQ(Taken(control->CopyCurrentControlValueString()), value);
+        EXPECT_FALSE(control->IsInstallableOption());
+        unsigned char* injected = nullptr;
+        unsigned char code[] = "<*K>";
+        EXPECT_EQ(control->Inject("*K", code, 4, "12", injected), 2);
+        std::free(injected);
+        EXPECT_GT(control->GeneratePSOutputData(nullptr, code, 4, "12", true), 4);
+    }
+    PPDXPopupControl& size = *controls.FindPopup("*PageSize", true);
+    size.SetValue(2);
+    EXPECT_TRUE(size.GetKeywordCFLocalName("A") != nullptr && size.IsKeywordSelected("B"));
+    auto* const item = new _PopupItem;
+    size.AppendPopupItem(item);
+    PointerList items;
+    items.PushBack(new _PopupItem);
+    EXPECT_TRUE(size.Rebuild("Size", items, nullptr));
+    EXPECT_STREQ(controls.FindSpecialOption("*Server", true)->GetValue()->GetCharData(), "2.1");
+    EXPECT_EQ(controls.CustomPageSizeCount(), 1);
+
+    PPDXShortcuts& shortcuts = *ppd->GetShortcuts();
+    Settings settings;
+    EXPECT_EQ(shortcuts.Save(settings), 0);
+    EXPECT_EQ(PPDXShortcuts(settings, &controls).Count(), 4);
+    EXPECT_NE(shortcuts.First(false), shortcuts.Next());
+    EXPECT_STREQ(shortcuts.InputSlot()->Keyword(), "*InputSlot");
+    EXPECT_STREQ(shortcuts.Orientation()->Keyword(), "*ZU_PAPER_ORIENTATION");
+}
+
+TEST(InterfaceTest, RulesAndSolver) {
+    UIConstraints store;
+    for (char const* option : {"A", "B"}) {
+        store.KVSInsert("*X", option);
+        store.KVSInsert("*Y", option);
+    }
+    CStringSoup& texts = store.GetConstraintStrings();
+    long const x = texts.Find("*X");
+    long const y = texts.Find("*Y");
+    long const a = texts.Find("A");
+    long const b = texts.Find("B");
+    store.KVSInsert(y, texts.Insert("C"));
+    store.Add("*X", "A", "*Y", "B", false);
+    store.Resolve();
+    KVCache change;
+    change.Insert(x, a);
+    EXPECT_TRUE(store.ValidateDelta(change));
+    store.UpdateKVCache(y, b);
+    EXPECT_FALSE(store.ValidateDelta(change));
+    EXPECT_TRUE(store.IsKVConstrained(x, a) && store.IsKVConstrained("*X", "A"));
+    store.UpdateKVCache("*Y", "A");
+    EXPECT_TRUE(store.ValidateDelta(change));
+    EXPECT_FALSE(store.GetConstraintForest().EnableConstraints(-2, -1, -1, -1));
+    EXPECT_FALSE(store.GetRequiresForest().DisableConstraints(x, -1, -1, -1));
+
+    PPDPtr const ppd = ParseBody(kTree + PPDLines::Popup("*P", {"A", "B"}));
+    auto* const popup = ControlOf<PPDXPopupControl>(*ppd, "*P");
+    CStringSoup& ids = ppd->GetUIConstraints()->GetConstraintStrings();
+    popup->UpdateKVCache(ids.Find("*P"), ids.Find("B"));
+    EXPECT_EQ(ppd->GetUIConstraints()->GetSelection().GetItem(ids.Find("*P")), ids.Find("B"));
+
+    KVCache current;
+    current.Insert(y, b);
+    KVCache const locked;
+    ConstraintsEngine engine(&current, &store.GetConstraintForest(), &store.GetKeyForest(),
+                             &locked);
+    EXPECT_EQ(engine.Test(&change).conflicts.size(), 1);
+    KVCache alternatives = engine.Test(&change).alternatives;
+    EXPECT_EQ(engine.TestLockedStatus(&alternatives).size(), 0);
+    EXPECT_EQ(engine.Solve(&change, true).conflicts.size(), 0);
+    EXPECT_EQ(engine.RSolve(&change, false).conflicts.size(), 0);
+    engine.purge();
+    EXPECT_EQ(engine.ListCurrentConstraints(x).Lookup(std::pair(x, a)), 0);
+    EXPECT_EQ(engine.ListScreenedConstraints(current, true, x).size(), 1);
+    EXPECT_EQ(engine.ListBlockingConstraints(y, a, x).size(), 0);
+}
+
+// A session with a printer, and what the core makes of it.
+class CoreInterfaceTest : public CoreFixture {
+  protected:
+    CoreInterfaceTest() {
+        mSession.SetPPD(TestSession::Head() + TestSession::Popup("Duplex"));
+        EXPECT_EQ(Initialize(mProject), noErr);
+    }
+    ~CoreInterfaceTest() override { mProject.Close(); }
+
+    ProjectPDE mProject;
+};
+
+TEST_F(CoreInterfaceTest, SessionAndPrinter) {
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    CFArrayRef titles = nullptr;
+    CFArrayRef summaries = nullptr;
+    mProject.PaneSize(width, height);
+    EXPECT_EQ(mProject.Open(), noErr);
+    EXPECT_EQ(mProject.GetSummaryText(&titles, &summaries), noErr);
+    ProcessSerialNumber process = {};
+    EXPECT_EQ(mProject.ReportPSNofFDNtoJP(&process), -1);
+    mProject.KillJP();
+    CFURLRef url = nullptr;
+    FSRef file;
+    EXPECT_EQ(GetPPDFile(mSession.Get(), url, file), noErr);
+    CFRelease(url);
+    PPDPtr const ppd(SetupPPD(mSession.Get(), GetBundleID(), nullptr));
+    EXPECT_TRUE(ppd->IsValidPPD());
+    EXPECT_EQ(Text(GetCurrentPrinterName(mSession.Get())), "Demo");
+    EXPECT_EQ(Taken(CopyPrinterConnectionType(mSession.Get())), "ipp");
+    EXPECT_TRUE(isIPPrinterConnection(mSession.Get()));
+    EXPECT_FALSE(isUSBPrinterConnection(mSession.Get()) ||
+                 isAppleTalkPrinterConnection(mSession.Get()) ||
+                 isBonjourPrinterConnection(mSession.Get()));
+    PMTicketRef ticket = 0;
+    EXPECT_EQ(MyGetTicket(mSession.Get(), CFSTR("PMPrintSettingsTicket"), &ticket), noErr);
+    EXPECT_EQ(Taken(CreateNIBFileName()), "PDEProject");
+    EXPECT_EQ(Taken(CreateClientIdentifier(nullptr)), Text(GetBundleID()));
+    EXPECT_EQ(Taken(CreatePostscriptDataFileKey()), "ZUB.PSData." + Text(GetBundleID()));
+    EXPECT_EQ(GetCreatorID(), 0x5A554232U);
+    EXPECT_EQ(MyGetBundle(GetBundleID()), GetBundleRef());
+    CFRef<CFURLRef> const contents(CreatePDEContentsURL(GetBundleID()));
+    EXPECT_TRUE(contents);
+    char text[64];
+    EXPECT_EQ(PDEBundle::GetLocalizedString(CFSTR("N/A"), text, sizeof text, nullptr), 3);
+    EXPECT_NE(Taken(PDEBundle::CopyLocalizedCFString(CFSTR("N/A"), nullptr)), "(null)");
+    EXPECT_EQ(Taken(PDEBundle::CopyLocalizedCFStringFromFile(CFSTR("k"), CFSTR("Gone"), nullptr)),
+              "k");
+    EXPECT_EQ(PDEBundle::ConvertCFString(CFSTR("abc"), text, sizeof text, kCFStringEncodingUTF8),
+              3);
+}
+
+TEST_F(CoreInterfaceTest, TicketsAndData) {
+    PrinterInfoTicket info(mSession.Get());
+    CString name;
+    long level = 0;
+    CFStringRef version = nullptr;
+    EXPECT_TRUE(info.GetMakeAndModelName(name) && info.GetMakeAndModelName() != nullptr);
+    EXPECT_FALSE(info.PPDFile(name) || info.GetPrinterAddress(name) ||
+                 info.GetFullPrinterTypeName(name) || info.GetColorDeviceUUID(name) ||
+                 info.SupportColor() || info.SupportCopies() || info.SupportCopiesAndCollate() ||
+                 info.SupportReversePrintingOrder() || info.InputFileList() != nullptr ||
+                 info.OutputTypeList() != nullptr || info.MemoryInstalled() != 0 ||
+                 info.TrueTypeFontRasterizer() != 0 ||
+                 info.PostscriptVersion(&level, &version, nullptr));
+
+    PrintSettingsTicket settings(mSession.Get());
+    CFRef<CFStringRef> const key(CreatePostscriptDataFileKey());
+    ZUBJobTicket job(&settings, key);
+    CFStringRef const client = GetBundleID();
+    JobTicket own(CFSTR("com.apple.print.PrintSettingsTicket"));
+    EXPECT_EQ(own.Set(client, CFSTR("k"), 7L, false), noErr);
+    EXPECT_EQ(own.GetInt(CFSTR("k"), level), noErr);
+    EXPECT_EQ(own.Set(client, CFSTR("k"), CFSTR("text"), false), noErr);
+    EXPECT_EQ(own.Get(CFSTR("k"), version), noErr);
+    EXPECT_EQ(own.Release(CFSTR("k")), noErr);
+    unsigned char bytes[] = "code";
+    ZUBPPD* const ppd = gPDEData->GetPPD();
+    EXPECT_TRUE(job.Add(kFeatureSite, bytes, 4) &&
+                job.Add(kFeatureSite, ControlOf(*ppd, "*Duplex")));
+    EXPECT_TRUE(job.SavePPDForAllKeys(ppd, client));
+    EXPECT_TRUE(job.RestorePPDForAllKeys(ppd, client, nullptr));
+    CFRef<CFMutableArrayRef> const keywords(CFArrayCreateMutable(nullptr, 0));
+    CFArrayAppendValue(keywords, CFSTR("*Duplex"));
+    EXPECT_TRUE(job.SavePPDForKeys(ppd, client, keywords));
+    EXPECT_TRUE(job.RestorePPDForKeys(ppd, client, keywords));
+    CFRef<CFURLRef> const url(FileURL(mSession.Path("demo.ppd")));
+    EXPECT_TRUE(job.SavePPD(ppd, client, url));
+    PPDPtr const restored(job.RestorePPD(client, url));
+    EXPECT_NE(restored, nullptr);
+    EXPECT_TRUE(job.EnforceCopiesLimit(client, 3) && job.GetCopies() == 3);
+
+    PDEData& data = *gPDEData;
+    EXPECT_EQ(data.OutPostscriptData(job), noErr);
+    data.SuppressApplePostscript(job);
+    data.UploadSarnokeXMLFiles(2);
+    EXPECT_TRUE(job.Save(client) && job.Invalidate(client) && job.Create());
+    EXPECT_EQ(data.SaveNonPSSettings(&settings, client), noErr);
+    EXPECT_EQ(data.RestoreNonPSSettings(&settings), noErr);
+    EXPECT_EQ(data.GetPageOrientationFromOS(), 1);
+    EXPECT_EQ(data.GetPrimaryPaperFeedFromOS(), noErr);
+    data.Set1CopiesToOS();
+    EXPECT_EQ(data.GetNumCopiesFromOS(), 1);
+    CString address("10.0.0.1");
+    bool enabled = false;
+    EXPECT_TRUE(data.SetTolvanePrinterAddress(nullptr, &address, true));
+    EXPECT_EQ(Text(data.GetTolvanePrinterAddress(CFSTR("Demo"))), "10.0.0.1");
+    EXPECT_NE(data.GetTolvanePrinterAddress(CFSTR("Demo"), &enabled), nullptr);
+    data.SetIPAddressEnabled(false);
+    EXPECT_TRUE(enabled && !data.GetIPAddressEnabled());
+    EXPECT_TRUE(data.SaveTolvanePrinterList() && data.ResetTolvanePrinterList());
+    EXPECT_TRUE(PDEData::IsValidBasicPanelControl(ControlOf(*ppd, "*Duplex")));
+    PPDTree tree;
+    EXPECT_TRUE(data.GetPPDShortcuts(tree) && data.SetPPDShortcuts(tree));
+    EXPECT_TRUE(data.isSpecialChromvaleControl("*ZUSimulation") && isBidiKeyword("*ZUBidi") &&
+                !isExpertChromvaleControl("*Duplex"));
+    CFRef<CFMutableStringRef> const line(CFStringCreateMutable(nullptr, 0));
+    bool more = false;
+    EXPECT_TRUE(!data.GetSummaryLine(line, line, more) && more);
+}
+
+TEST_F(CoreInterfaceTest, PrinterRecords) {
+    ZUBTolvanePrinterPList records;
+    EXPECT_TRUE(records.Add(CFSTR("Demo"), CFSTR("host"), false));
+    bool found = false;
+    EXPECT_TRUE(records.Exists(CFSTR("Demo"), found) == 0 && found);
+    EXPECT_EQ(Text(records.Find(CFSTR("Demo"))), "host");
+    EXPECT_TRUE(records.setIPEnabled(CFSTR("Demo"), true) && records.getIPEnabled(CFSTR("Demo")));
+    char items[1][1024] = {"item"};
+    EXPECT_TRUE(records.AddDataBlob(CFSTR("Demo"), 1, 0, items));
+    CFRef<CFMutableArrayRef> const out(CFArrayCreateMutable(nullptr, 0));
+    EXPECT_TRUE(records.GetDataBlob(CFSTR("Demo"), 0, out) && records.Save());
+    CFRef<CFURLRef> const contents(CreatePDEContentsURL(GetBundleID()));
+    PrinterListFile list(contents, kCFPropertyListImmutable);
+    PropertyListFile same(contents, CFSTR("PrinterList.plist"), kCFPropertyListImmutable);
+    PropertyListFile file(FileURL(mSession.Path("list")), kCFPropertyListImmutable);
+    EXPECT_TRUE(
+        file.Save(same.PropertyList()) &&
+        file.CreatePropertyListFromFile(FileURL(mSession.Path("list")), kCFPropertyListImmutable));
+
+    ZUBPPD* const ppd = gPDEData->GetPPD();
+    auto* const popup = static_cast<PPDXPopupControl*>(ControlOf(*ppd, "*Duplex"));
+    CFRef<CFMutableStringRef> const name(CFStringCreateMutable(nullptr, 0));
+    EXPECT_TRUE(GetPPDPopupItemDisplayNameAsCFString(popup, 1, name));
+    PPDXScrollPane* pane = nullptr;
+    EXPECT_TRUE(GetScrollPane(ppd, "Layout", pane));
+    char random[256];
+    EXPECT_EQ(Taken(CreateRandomFileName("/tmp/x", random)), random);
+}
+
+}  // namespace
