@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "ZUBUtils/PPDUtils/Settings.h"
 #include "tests/PPDX/PPDObjects/Controls/ControlHelpers.h"
 
 namespace {
@@ -30,28 +29,6 @@ TEST(PPDXCustomPageSizeControlTest, TextHoldsWidthAndHeight) {
         page.SetCurrentControlWithCFString(String(text));
         EXPECT_EQ(TextOf(page.CopyCurrentControlValueString()), result) << text;
     }
-}
-
-TEST(PPDXCustomPageSizeControlTest, StartsAtZeroEmitsNothingAndIsNeverArchived) {
-    PointerList flags = Words({"Setup"});
-    PPDXCustomPageSizeControl page("*CustomPageSize", flags, 100, 1000, 150, 2000);
-    EXPECT_EQ(page.Type(), kCustomPageSizeType);
-    EXPECT_STREQ(page.UserName(), "Custom Page Size");
-    EXPECT_TRUE(page.IsVisible());
-    EXPECT_TRUE(page.IsSetup());
-    EXPECT_EQ(TextOf(page.CopyCurrentControlValueString()), "0.000000 0.000000");
-    EXPECT_EQ(page.MinWidth(), 100);
-    EXPECT_EQ(page.MaxWidth(), 1000);
-    EXPECT_EQ(page.MinHeight(), 150);
-    EXPECT_EQ(page.MaxHeight(), 2000);
-    EXPECT_EQ(page.PostScript(nullptr), 0);
-    page.SetWidth(5000);
-    page.ResetToDefaultValue();
-    EXPECT_EQ(page.GetWidth(), 5000);
-    Settings settings;
-    EXPECT_EQ(page.Save(settings, 5001), 0);
-    EXPECT_TRUE(settings.Empty());
-    EXPECT_EQ(page.Restore(settings, 5001), 0);
 }
 
 }  // namespace

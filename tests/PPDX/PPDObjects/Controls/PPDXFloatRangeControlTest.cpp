@@ -19,24 +19,6 @@ std::unique_ptr<PPDXFloatRangeControl> NewGamma(double minimum, double maximum, 
         static_cast<long>(code.size()), minimum, maximum, 0.25, value, true);
 }
 
-TEST(PPDXFloatRangeControlTest, ValueIsClampedButNotSnapped) {
-    auto const gamma = NewGamma(0.5, 2, 9);
-    EXPECT_EQ(gamma->Type(), kFloatRangeType);
-    EXPECT_EQ(gamma->GetValue(), 9.0F);
-    struct {
-        char const* text;
-        char const* result;
-    } const cases[] = {{"0.6", "0.600"},     {"0.1", "0.500"}, {"2.5", "2.000"},
-                       {"1.23456", "1.235"}, {"x", "0.500"},   {"1e300", "2.000"},
-                       {"-1e300", "0.500"}};
-    for (auto const& [text, result] : cases) {
-        gamma->SetCurrentControlWithCFString(String(text));
-        EXPECT_EQ(TextOf(gamma->CopyCurrentControlValueString()), result) << text;
-    }
-    gamma->ResetToDefaultValue();
-    EXPECT_EQ(gamma->GetValue(), 2.0F);
-}
-
 TEST(PPDXFloatRangeControlTest, NumbersOutOfReachOfAFloatBecomeFinite) {
     using Double = std::numeric_limits<double>;
     auto const gamma = NewGamma(-Double::infinity(), 1e300, Double::quiet_NaN());
@@ -48,16 +30,6 @@ TEST(PPDXFloatRangeControlTest, NumbersOutOfReachOfAFloatBecomeFinite) {
     gamma->SetValue(FLT_MAX);
     EXPECT_EQ(TextOf(gamma->CopyCurrentControlValueString()),
               "340282346638528859811704183484516925440.000");
-}
-
-TEST(PPDXFloatRangeControlTest, CodeHasFourDecimalsAndNineCharacters) {
-    auto const gamma = NewGamma(-500, 50000, 1.5, "{<*Gamma>}\n");
-    EXPECT_EQ(Emitted(*gamma), "%%BeginFeature: *Gamma    1.5000\n{   1.5000}\n%%EndFeature\n");
-    gamma->SetValue(-400.125F);
-    EXPECT_EQ(Emitted(*gamma), "%%BeginFeature: *Gamma -400.1250\n{-400.1250}\n%%EndFeature\n");
-    gamma->SetValue(12345.5F);
-    EXPECT_EQ(Emitted(*gamma), "%%BeginFeature: *Gamma 12345.5000\n{12345.5000}\n%%EndFeature\n");
-    EXPECT_EQ(Emitted(*NewGamma(0, 2, 0)), "%%BeginFeature: *Gamma    0.0000\n\n%%EndFeature\n");
 }
 
 TEST(PPDXFloatRangeControlTest, ArchiveKeepsAllNumbers) {
