@@ -31,26 +31,6 @@ TEST(PPDXBooleanControlTest, EveryValueIsReportedFromTheStart) {
     EXPECT_EQ(TakeReportedChanges(), (Changes{"*Collate=False", "*Collate=True"}));
 }
 
-TEST(PPDXBooleanControlTest, ArchiveKeepsValueDefaultTextsAndCode) {
-    Settings settings;
-    auto const boolean = NewBoolean(true);
-    boolean->SetValue(false);
-    ASSERT_EQ(boolean->Save(settings, 5001), 0);
-
-    TakeReportedChanges();
-    PPDXBooleanControl restored(settings, 5001, nullptr);
-    EXPECT_EQ(restored.Type(), kBooleanType);
-    EXPECT_FALSE(restored.IsTrue());
-    EXPECT_TRUE(restored.DefaultState());
-    EXPECT_STREQ(restored.TrueDisplayText(), "On");
-    EXPECT_STREQ(restored.FalseDisplayText(), "Off");
-    EXPECT_EQ(TakeReportedChanges(), Changes{"*Collate=False"});
-    EXPECT_EQ(Emitted(restored), Emitted(*boolean));
-    restored.ResetToDefaultValue();
-    boolean->ResetToDefaultValue();
-    EXPECT_EQ(Emitted(restored), Emitted(*boolean));
-}
-
 TEST(PPDXBooleanControlTest, RestoreTakesTheValueSilently) {
     Settings settings;
     ASSERT_EQ(NewBoolean(true)->Save(settings, 5001), 0);

@@ -164,25 +164,6 @@ TEST(PPDXPopupControlTest, RebuildCutsALongNameIn8BitTextOnly) {
     EXPECT_EQ(CFStringGetLength(popup->CFStringUserName()), 300);
 }
 
-TEST(PPDXPopupControlTest, ArchiveKeepsItemsSelectionAndDefault) {
-    Settings settings;
-    auto const popup = NewSlots({.defaultKeyword = "Auto", .multiple = true, .installable = true});
-    popup->SetKeywordSelect("Lower", true);
-    ASSERT_EQ(popup->Save(settings, kID), 0);
-
-    UIConstraints constraints;
-    PPDXPopupControl restored(settings, kID, &constraints);
-    EXPECT_EQ(restored.Type(), kPopupType);
-    EXPECT_EQ(StateOf(restored), "101 Lower");
-    EXPECT_EQ(Emitted(restored), Emitted(*popup));
-    EXPECT_STREQ(restored.GetDefaultKeyword(), "Auto");
-    EXPECT_STREQ(restored.GetKeywordLocalName("Upper"), "Upper tray");
-    EXPECT_TRUE(restored.CanSelectMultipleItems());
-    EXPECT_TRUE(popup->IsInstallableOption());
-    EXPECT_FALSE(restored.IsInstallableOption());
-    EXPECT_NE(constraints.GetConstraintStrings().Find("Lower"), -1);
-}
-
 TEST(PPDXPopupControlTest, ArchiveWithoutASelectionGivesTheDefault) {
     Settings settings;
     auto const popup = NewSlots({.defaultKeyword = "Upper"});
