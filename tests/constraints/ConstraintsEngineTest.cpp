@@ -33,8 +33,7 @@ constexpr Pair kC2{kC, 22};
 
 // What an engine stands on.
 struct Ground {
-    Ground(std::vector<Rule> const& rules, Pairs const& current, Pairs const& locked = {})
-        : mCurrent(CacheOf(current)), mLocked(CacheOf(locked)) {
+    Ground(std::vector<Rule> const& rules, Pairs const& current) : mCurrent(CacheOf(current)) {
         for (Pair const& option : {kA1, kA2, kB1, kB2, kB3, kC1, kC2}) {
             mKeys.insert(option.first, option.second);
         }
@@ -46,119 +45,8 @@ struct Ground {
     ConstraintForest mForest;
     KeyForest mKeys;
     KVCache mCurrent;
-    KVCache mLocked;
-    ConstraintsEngine mEngine{&mCurrent, &mForest, &mKeys, &mLocked};
+    ConstraintsEngine mEngine{&mCurrent, &mForest, &mKeys, nullptr};
 };
-
-TEST(ConstraintsEngineTest, TestNamesConflictsAndWhatCouldReplaceThem) {
-    struct Case {
-        char const* what;
-        std::vector<Rule> rules;
-        Pairs current;
-        Pairs delta;
-        Pairs conflicts;
-        Pairs alternatives;
-    };
-    Case const cases[] = {
-        {"a rule that bites", {{kA1, kB1}}, {kB1}, {kA1}, {kB1}, {kB3, kB2}},
-        {"a rule that doesn't", {{kA1, kB1}}, {kB2}, {kA1}, {}, {}},
-        {"no selection", {{kA1, kB1}}, {}, {kA1}, {}, {}},
-        {"the change moves out of the way", {{kA1, kB1}}, {kB1}, {kA1, kB2}, {}, {}},
-        {"the last word of a change counts",
-         {{kA1, kB1}},
-         {kB2},
-         {kB2, kA1, kB1},
-         {kB1},
-         {kB3, kB2}},
-        {"an alternative that is ruled out", {{kA1, kB3}, {kA1, kB1}}, {kB1}, {kA1}, {kB1}, {kB2}},
-        {"the last rule first",
-         {{kA1, kB1}, {kA1, kC2}},
-         {kB1, kC2},
-         {kA1},
-         {kC2, kB1},
-         {kC1, kB3, kB2}},
-        {"a rule twice", {{kA1, kC1}, {kA1, kC1}}, {kC1}, {kA1}, {kC1, kC1}, {kC2, kC2}},
-        {"two pairs of a change", {{kA1, kC1}, {kB1, kC2}}, {kC1}, {kB1, kA1}, {kC1}, {kC2}},
-        {"the other direction", {{kB1, kA1}}, {kB1}, {kA1}, {}, {}},
-        {"every option of a key",
-         {{kA1, kB1}, {kA2, kC1}},
-         {kB1, kC1},
-         {{kA, -1}},
-         {kC1, kB1},
-         {kC2, kB3, kB2}},
-        {"a key without options", {{kA1, {99, 100}}}, {{99, 100}}, {kA1}, {{99, 100}}, {}},
-        {"nothing", {{kA1, kB1}}, {kB1}, {}, {}, {}},
-    };
-    for (Case const& c : cases) {
-        SCOPED_TRACE(c.what);
-        Ground ground(c.rules, c.current);
-        KVCache const delta = CacheOf(c.delta);
-        _KVErrorSet const errors = ground.mEngine.Test(&delta);
-        EXPECT_EQ(PairsOf(errors.conflicts), c.conflicts);
-        EXPECT_EQ(PairsOf(errors.alternatives), c.alternatives);
-        EXPECT_EQ(PairsOf(ground.mCurrent), c.current);
-    }
-}
-
-TEST(ConstraintsEngineTest, SolveFindsFurtherChangesOrSaysWhatStandsInTheWay) {
-    struct Case {
-        char const* what;
-        std::vector<Rule> rules;
-        Pairs current;
-        Pairs locked;
-        bool keepDelta;
-        Pairs delta;
-        Pairs conflicts;
-        Pairs solution;
-    };
-    std::vector<Rule> const one{{kA1, kB1}};
-    Case const cases[] = {
-        {"nothing to do", one, {kB2}, {}, false, {kA1}, {}, {kA1}},
-        {"the last alternative", one, {kB1}, {}, false, {kA1}, {}, {kA1, kB3}},
-        {"a locked key",
-         {{kA1, kB1}, {kA1, kC1}},
-         {kB1, kC1},
-         {{kB, -1}},
-         false,
-         {kA1},
-         {kB1},
-         {kA1}},
-        {"a lock met on the way",
-         {{kA1, kB1}, {kB3, kC1}, {kB2, kC1}},
-         {kB1, kC1},
-         {{kC, -1}},
-         false,
-         {kA1},
-         {kC1},
-         {kA1, kB2}},
-        {"a locked option", one, {kB1}, {kB3}, false, {kA1}, {kB1}, {kA1}},
-        {"a lock elsewhere", one, {kB1}, {{kC, -1}}, false, {kA1}, {}, {kA1, kB3}},
-        {"kept pairs", one, {kB1}, {}, true, {kA1, kB1}, {kB1}, {kA1, kB1}},
-        {"pairs that aren't kept", one, {kB1}, {}, false, {kA1, kB1}, {}, {kA1, kB3}},
-        {"a detour", {{kA1, kB1}, {kB3, kC1}}, {kB1, kC1}, {}, false, {kA1}, {}, {kA1, kB2}},
-        {"two levels",
-         {{kA1, kB1}, {kB3, kC1}, {kB2, kC1}},
-         {kB1, kC1},
-         {},
-         true,
-         {kA1},
-         {},
-         {kA1, kB3, kC2}},
-        {"no way out", {{kA1, kC1}, {kA1, kC2}}, {kC1}, {}, false, {kA1}, {kC1}, {kA1}},
-    };
-    for (Case const& c : cases) {
-        SCOPED_TRACE(c.what);
-        Ground ground(c.rules, c.current, c.locked);
-        // An engine is as good as new after each answer.
-        for (int round = 0; round < 2; ++round) {
-            KVCache delta = CacheOf(c.delta);
-            _KVErrorSet const errors = ground.mEngine.Solve(&delta, c.keepDelta);
-            EXPECT_EQ(PairsOf(errors.conflicts), c.conflicts);
-            EXPECT_EQ(PairsOf(errors.alternatives), Pairs{});
-            EXPECT_EQ(PairsOf(delta), c.solution);
-        }
-    }
-}
 
 TEST(ConstraintsEngineTest, ASearchEndsAndItsSolutionsHold) {
     constexpr long kKeys = 40;

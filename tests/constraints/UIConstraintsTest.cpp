@@ -58,35 +58,6 @@ TEST_F(UIConstraintsTest, IdsFollowTheOrderOfTheFile) {
     EXPECT_EQ(strings.Find("False"), 7);
 }
 
-TEST_F(UIConstraintsTest, ARuleWithBothOptionsIsInForceAtOnceEvenForUnknownKeys) {
-    mStore.Add("*A", "x", "*B", "u", false);
-    EXPECT_EQ(Conflicts("*A", "x"), Texts{"*B u"});
-    EXPECT_EQ(Conflicts("*B", "u"), Texts{});
-    // Nothing is blank, so there is nothing to write out.
-    mStore.Resolve();
-    EXPECT_EQ(mStore.GetConstraintStrings().size(), 4);
-}
-
-TEST_F(UIConstraintsTest, ABlankOptionStandsForEveryOptionThatIsInUse) {
-    mStore.Add("*A", "x", "*B", "", false);
-    mStore.Add("*A", "", "*B", "v", false);
-    mStore.Add("*B", "", "*A", "", false);
-    mStore.Add("*A", "None", "*B", "", false);
-    mStore.Add("*A", "x", "*Note", "", false);
-    mStore.Add("*Note", "", "*A", "", false);
-    AddOptions();
-    EXPECT_EQ(Conflicts("*A", nullptr), Texts{});
-    mStore.Resolve();
-    mStore.Resolve();  // the rules are written out once
-    EXPECT_EQ(Conflicts("*A", "x"), (Texts{"*B u", "*B v", "*B v"}));
-    EXPECT_EQ(Conflicts("*A", "y"), Texts{"*B v"});
-    EXPECT_EQ(Conflicts("*A", "None"), (Texts{"*B u", "*B v"}));
-    EXPECT_EQ(Conflicts("*B", "u"), (Texts{"*A x", "*A y"}));
-    EXPECT_EQ(Conflicts("*B", "v"), (Texts{"*A x", "*A y"}));
-    EXPECT_EQ(Conflicts("*B", "False"), Texts{});
-    EXPECT_EQ(Conflicts("*Note", nullptr), Texts{});  // it has no options
-}
-
 TEST_F(UIConstraintsTest, RequirementsStayApartFromConflicts) {
     AddOptions();
     mStore.Add("*A", "x", "*B", "u", true);
@@ -94,22 +65,6 @@ TEST_F(UIConstraintsTest, RequirementsStayApartFromConflicts) {
     mStore.Resolve();
     EXPECT_EQ(Conflicts("*A", nullptr), Texts{});
     EXPECT_EQ(Rules(mStore.GetRequiresForest(), "*A", nullptr), (Texts{"*B u", "*B u", "*B v"}));
-}
-
-TEST_F(UIConstraintsTest, AQuestionFollowsRulesAndSelectionAsTheyStand) {
-    AddOptions();
-    mStore.Add("*A", "x", "*B", "u", false);
-    mStore.Add("*A", "y", "*B", "v", true);
-    mStore.UpdateKVCache("*B", "v");
-    EXPECT_FALSE(mStore.IsKVConstrained("*A", "x"));
-    EXPECT_FALSE(mStore.IsKVConstrained("*A", "y"));
-    mStore.UpdateKVCache("*B", "u");
-    EXPECT_TRUE(mStore.IsKVConstrained("*A", "x"));
-    EXPECT_FALSE(mStore.IsKVConstrained("*B", "u"));
-    mStore.UpdateKVCache("*B", "False");
-    EXPECT_FALSE(mStore.IsKVConstrained("*A", "x"));
-    mStore.Add("*A", "x", "*B", "False", false);
-    EXPECT_TRUE(mStore.IsKVConstrained("*A", "x"));
 }
 
 TEST_F(UIConstraintsTest, AQuestionAboutUnknownTextsAddsNothing) {

@@ -147,6 +147,8 @@ TEST_F(FlatFunctionsTest, OfControls) {
     EXPECT_FLAT(IsNoVelonDriverUIControl, control, true, false);
     EXPECT_FLAT(IsValidControlKeyword, control, true, false, "*Key");
     EXPECT_FALSE(IsValidControlKeyword(control, nullptr));
+    EXPECT_FALSE(control->FindControlFlag("Set") || control->FindControlFlag("setup") ||
+                 control->FindControlFlag(nullptr));
     EXPECT_FLAT(GetPostScript, control, control->PostScript(nullptr), 0, nullptr);
     auto* const range = static_cast<PPDXRangeControl*>(control);
     range->SetValue(15);

@@ -375,7 +375,8 @@ TEST(InterfaceTest, Controls) {
         unsigned char code[] = "<*K>";
         EXPECT_EQ(control->Inject("*K", code, 4, "12", injected), 2);
         std::free(injected);
-        EXPECT_GT(control->GeneratePSOutputData(nullptr, code, 4, "12", true), 4);
+        EXPECT_EQ(control->GeneratePSOutputData(nullptr, code, 4, "12", false), 4);
+        EXPECT_GT(control->GeneratePSOutputData(nullptr, code, 4, "12", true), 20);
     }
     PPDXPopupControl& size = *controls.FindPopup("*PageSize", true);
     size.SetValue(2);

@@ -20,16 +20,6 @@ std::unique_ptr<PPDXBooleanControl> NewBoolean(bool defaultValue,
         new CString("Off"), nullptr, 0, defaultValue, constraints);
 }
 
-TEST(PPDXBooleanControlTest, EachStateHasItsOwnCode) {
-    auto const boolean = NewBoolean(true);
-    EXPECT_EQ(boolean->Type(), kBooleanType);
-    EXPECT_EQ(Emitted(*boolean), "%%BeginFeature: *Collate True\non\n%%EndFeature\n");
-    boolean->SetValue(false);
-    EXPECT_EQ(Emitted(*boolean), "%%BeginFeature: *Collate False\n\n%%EndFeature\n");
-    boolean->ResetToDefaultValue();
-    EXPECT_TRUE(boolean->IsTrue());
-}
-
 TEST(PPDXBooleanControlTest, EveryValueIsReportedFromTheStart) {
     TakeReportedChanges();
     UIConstraints constraints;
@@ -39,42 +29,6 @@ TEST(PPDXBooleanControlTest, EveryValueIsReportedFromTheStart) {
     boolean->SetValue(true);
     EXPECT_NE(constraints.GetConstraintStrings().Find("True"), -1);
     EXPECT_EQ(TakeReportedChanges(), (Changes{"*Collate=False", "*Collate=True"}));
-}
-
-TEST(PPDXBooleanControlTest, TextThatBeginsWithTrueMeansTrue) {
-    struct {
-        char const* text;
-        bool value;
-    } const cases[] = {
-        {"True", true},   {"TRUE", true}, {"true and more", true}, {"Tru", false},
-        {"False", false}, {"", false},    {" True", false},        {"1", false},
-    };
-    for (auto const& [text, value] : cases) {
-        auto const boolean = NewBoolean(!value);
-        boolean->SetCurrentControlWithCFString(String(text));
-        EXPECT_EQ(boolean->IsTrue(), value) << text;
-        EXPECT_EQ(TextOf(boolean->CopyCurrentControlValueString()), value ? "True" : "False");
-    }
-}
-
-TEST(PPDXBooleanControlTest, ArchiveKeepsValueDefaultTextsAndCode) {
-    Settings settings;
-    auto const boolean = NewBoolean(true);
-    boolean->SetValue(false);
-    ASSERT_EQ(boolean->Save(settings, 5001), 0);
-
-    TakeReportedChanges();
-    PPDXBooleanControl restored(settings, 5001, nullptr);
-    EXPECT_EQ(restored.Type(), kBooleanType);
-    EXPECT_FALSE(restored.IsTrue());
-    EXPECT_TRUE(restored.DefaultState());
-    EXPECT_STREQ(restored.TrueDisplayText(), "On");
-    EXPECT_STREQ(restored.FalseDisplayText(), "Off");
-    EXPECT_EQ(TakeReportedChanges(), Changes{"*Collate=False"});
-    EXPECT_EQ(Emitted(restored), Emitted(*boolean));
-    restored.ResetToDefaultValue();
-    boolean->ResetToDefaultValue();
-    EXPECT_EQ(Emitted(restored), Emitted(*boolean));
 }
 
 TEST(PPDXBooleanControlTest, RestoreTakesTheValueSilently) {

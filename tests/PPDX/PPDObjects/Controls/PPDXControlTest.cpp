@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <numeric>
 
 #include "ZUBUtils/PPDUtils/Settings.h"
@@ -53,24 +52,6 @@ std::string Injected(PPDXControl const& control, std::string const& code, char c
     return text;
 }
 
-TEST(PPDXControlTest, FlagsAreWalkedInOrderAndTestedExactly) {
-    PlainControl control("*Key", Words({"Setup", "MacIS", "DriverUserDisplayHidden"}), "");
-    EXPECT_EQ(FlagsOf(control),
-              (std::vector<std::string>{"Setup", "MacIS", "DriverUserDisplayHidden"}));
-    EXPECT_EQ(control.ControlFlagCount(), 3);
-    EXPECT_TRUE(control.IsSetup());
-    EXPECT_TRUE(control.IsMacImgShift());
-    EXPECT_TRUE(control.IsNoVelonDriverUI());
-    EXPECT_FALSE(control.IsMacVJN());
-    EXPECT_FALSE(control.FindControlFlag("setup"));
-    EXPECT_FALSE(control.FindControlFlag("Set"));
-    EXPECT_FALSE(control.FindControlFlag(nullptr));
-
-    PlainControl bare("*Key", Words({}), "");
-    EXPECT_EQ(bare.FirstControlFlag(), nullptr);
-    EXPECT_EQ(bare.NextControlFlag(), nullptr);
-}
-
 TEST(PPDXControlTest, ShortcutsMayNameAllButTheReservedKeywords) {
     for (auto* keyword : {"*ZUChromVale", "*ZU_PROP_CV_CRD", "*ZU_PROP_LOCAL_ZULANDSCAPE"}) {
         EXPECT_FALSE(PPDXControl::ValidKeyword(keyword)) << keyword;
@@ -79,32 +60,6 @@ TEST(PPDXControlTest, ShortcutsMayNameAllButTheReservedKeywords) {
         EXPECT_TRUE(PPDXControl::ValidKeyword(keyword)) << keyword;
     }
     EXPECT_FALSE(PPDXControl::ValidKeyword(nullptr));
-}
-
-TEST(PPDXControlTest, FeatureTextHasTheSameLengthWithAndWithoutAPlaceForIt) {
-    struct {
-        char const* code;  // null for none
-        bool framed;
-        std::string text;
-    } const cases[] = {
-        {"a\nb", true, "%%BeginFeature: *Key Opt\na\nb%%EndFeature\n"},
-        {"", true, "%%BeginFeature: *Key Opt\n\n%%EndFeature\n"},
-        {nullptr, true, "%%BeginFeature: *Key Opt\n\n%%EndFeature\n"},
-        {"a\nb", false, "a\nb"},
-        {nullptr, false, "\n"},
-    };
-    PlainControl const control("*Key", Words({}), "");
-    for (auto const& [code, framed, text] : cases) {
-        auto const* const bytes = reinterpret_cast<unsigned char const*>(code);
-        long const length = code != nullptr ? static_cast<long>(std::strlen(code)) : 7;
-        std::string written(text.size(), '?');
-        EXPECT_EQ(control.GeneratePSOutputData(nullptr, bytes, length, "Opt", framed),
-                  static_cast<long>(text.size()));
-        EXPECT_EQ(control.GeneratePSOutputData(reinterpret_cast<unsigned char*>(written.data()),
-                                               bytes, length, "Opt", framed),
-                  static_cast<long>(text.size()));
-        EXPECT_EQ(written, text);
-    }
 }
 
 TEST(PPDXControlTest, InjectReplacesEveryMarkerByTheValue) {

@@ -3,16 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <random>
 
 #include "PPDX/PPDObjects/Controls/PPDXBooleanControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXCustomPageSizeControl.h"
-#include "PPDX/PPDObjects/Controls/PPDXFloatRangeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXRangeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXSpecialOption.h"
 #include "PPDX/PPDObjects/DisplayOptions.h"
-#include "ZUBUtils/PPDUtils/Settings.h"
 #include "tests/PPDX/PPDObjects/Controls/ControlHelpers.h"
 
 namespace {
@@ -48,10 +45,6 @@ class PPDXControlsTest : public testing::Test {
     PPDXRangeControl* AddRange(char const* keyword, State state = {}) {
         return Add<PPDXRangeControl>(state, keyword, CFSTR("R"), mFlags, nullptr, 0, 0, 9, 1, 4,
                                      state.visible);
-    }
-    PPDXFloatRangeControl* AddFloatRange(char const* keyword, State state = {}) {
-        return Add<PPDXFloatRangeControl>(state, keyword, CFSTR("F"), mFlags, nullptr, 0, 0, 9, 1,
-                                          4, state.visible);
     }
     PPDXCustomPageSizeControl* AddPageSize(char const* keyword) {
         return Add<PPDXCustomPageSizeControl>(State{}, keyword, mFlags);
@@ -107,23 +100,6 @@ TEST_F(PPDXControlsTest, DisplayOptionDecidesWhatAWalkSeesAndWhatIsCounted) {
     DisplayOptionsScope const scope(static_cast<_DISPLAY_OPTIONS_>(7));
     EXPECT_EQ(mControls.PopupCount(), 0);
     EXPECT_TRUE(mControls.NoPopups());
-}
-
-TEST_F(PPDXControlsTest, EachKindHasItsOwnWalkWithoutAFilter) {
-    auto* const popup = AddPopup("*P", {.visible = false, .placed = false});
-    auto* const boolean = AddBoolean("*B");
-    auto* const range = AddRange("*R");
-    auto* const first = AddFloatRange("*F1");
-    auto* const second = AddFloatRange("*F2", {.visible = false});
-    EXPECT_EQ(mControls.NextPopupControl(), nullptr);
-    EXPECT_EQ(mControls.FirstFloatRangeControl(), first);
-    EXPECT_EQ(mControls.FirstPopupControl(), popup);
-    EXPECT_EQ(mControls.FirstBooleanControl(), boolean);
-    EXPECT_EQ(mControls.FirstRangeControl(), range);
-    EXPECT_EQ(mControls.NextRangeControl(), nullptr);
-    EXPECT_EQ(mControls.NextFloatRangeControl(), second);
-    EXPECT_EQ(mControls.NextFloatRangeControl(), nullptr);
-    EXPECT_EQ(mControls.NextFloatRangeControl(), nullptr);
 }
 
 TEST_F(PPDXControlsTest, FindSeesWhatIsDisplayedAndTypedFindsSeeAll) {
@@ -222,65 +198,6 @@ TEST_F(PPDXControlsTest, EmptyLeavesOutPageSizesAndSpecialOptions) {
     DisplayOptions::Options(kDisplayOrphans);
     EXPECT_FALSE(mControls.Empty());
     EXPECT_EQ(mControls.BooleanCount(), 1);
-}
-
-TEST_F(PPDXControlsTest, ArchiveKeepsEveryKindAtItsPlace) {
-    DisplayOptions::Options(kDisplayAll);
-    AddRange("*R");
-    AddPageSize("*CustomPageSize");
-    AddPopup("*P")->SetValue(2);
-    AddFloatRange("*F", {.visible = false});
-    AddBoolean("*B")->SetValue(true);
-    AddSpecial("*S");
-    Settings settings;
-    ASSERT_EQ(mControls.Save(settings), 0);
-
-    PPDXControls restored(settings, nullptr);
-    EXPECT_EQ(Walked(restored), "*R2 *P5 *F3 *B4 *S6 ");
-    EXPECT_EQ(restored.FindPopup("*P", true)->GetValue(), 2);
-    EXPECT_TRUE(restored.FindBoolean("*B", true)->IsTrue());
-    DisplayOptions::Options(kDisplayAll);
-    CNTL_TYPE type;
-    for (auto* control = restored.First(type); control; control = restored.Next(type)) {
-        mOwned.emplace_back(control);
-    }
-}
-
-TEST_F(PPDXControlsTest, RestoreSetsTheValuesOfTheSameControlsByPosition) {
-    Settings settings;
-    AddRange("*R")->SetValue(7);
-    AddPageSize("*CustomPageSize");
-    auto* const popup = AddPopup("*P");
-    popup->SetValue(2);
-    ASSERT_EQ(mControls.Save(settings), 0);
-    popup->SetValue(1);
-    mControls.FirstRangeControl()->SetValue(1);
-    EXPECT_EQ(mControls.Restore(settings), 0);
-    EXPECT_EQ(popup->GetValue(), 2);
-    EXPECT_EQ(mControls.FirstRangeControl()->GetValue(), 7);
-    AddRange("*New");
-    EXPECT_EQ(mControls.Restore(settings), -5751);
-}
-
-TEST_F(PPDXControlsTest, DamagedArchivesGiveWhatIsThere) {
-    constexpr unsigned long kPopupEntry = 0x506F7043;  // PopC
-    Settings settings;
-    AddPopup("*P1");
-    AddPopup("*P2");
-    ASSERT_EQ(mControls.Save(settings), 0);
-    settings.Remove(kPopupEntry, 5001);
-    DisplayOptions::Options(kDisplayAll);
-    for (std::int32_t const count : {0x7FFFFFFF, 2, 1, 0, -1}) {
-        settings.Add(5000, 5002, &count, sizeof count);
-        PPDXControls restored(settings, nullptr);
-        mOwned.emplace_back(restored.FirstPopupControl());
-        EXPECT_EQ(Walked(restored), count > 1 ? "*P2"
-                                                "5 "
-                                              : "")
-            << count;
-    }
-    settings.Add(5000, 5002, "xxx", 3);
-    EXPECT_EQ(PPDXControls(settings, nullptr).PopupCount(), 0);
 }
 
 }  // namespace

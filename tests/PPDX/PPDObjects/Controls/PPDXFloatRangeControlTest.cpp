@@ -6,35 +6,14 @@
 #include <cfloat>
 #include <limits>
 
-#include "ZUBUtils/PPDUtils/Settings.h"
 #include "tests/PPDX/PPDObjects/Controls/ControlHelpers.h"
 
 namespace {
 
-std::unique_ptr<PPDXFloatRangeControl> NewGamma(double minimum, double maximum, double value,
-                                                std::string const& code = "") {
+std::unique_ptr<PPDXFloatRangeControl> NewGamma(double minimum, double maximum, double value) {
     PointerList flags;
-    return std::make_unique<PPDXFloatRangeControl>(
-        "*Gamma", CFSTR("Gamma"), flags, code.empty() ? nullptr : Code(code),
-        static_cast<long>(code.size()), minimum, maximum, 0.25, value, true);
-}
-
-TEST(PPDXFloatRangeControlTest, ValueIsClampedButNotSnapped) {
-    auto const gamma = NewGamma(0.5, 2, 9);
-    EXPECT_EQ(gamma->Type(), kFloatRangeType);
-    EXPECT_EQ(gamma->GetValue(), 9.0F);
-    struct {
-        char const* text;
-        char const* result;
-    } const cases[] = {{"0.6", "0.600"},     {"0.1", "0.500"}, {"2.5", "2.000"},
-                       {"1.23456", "1.235"}, {"x", "0.500"},   {"1e300", "2.000"},
-                       {"-1e300", "0.500"}};
-    for (auto const& [text, result] : cases) {
-        gamma->SetCurrentControlWithCFString(String(text));
-        EXPECT_EQ(TextOf(gamma->CopyCurrentControlValueString()), result) << text;
-    }
-    gamma->ResetToDefaultValue();
-    EXPECT_EQ(gamma->GetValue(), 2.0F);
+    return std::make_unique<PPDXFloatRangeControl>("*Gamma", CFSTR("Gamma"), flags, nullptr, 0,
+                                                   minimum, maximum, 0.25, value, true);
 }
 
 TEST(PPDXFloatRangeControlTest, NumbersOutOfReachOfAFloatBecomeFinite) {
@@ -48,35 +27,6 @@ TEST(PPDXFloatRangeControlTest, NumbersOutOfReachOfAFloatBecomeFinite) {
     gamma->SetValue(FLT_MAX);
     EXPECT_EQ(TextOf(gamma->CopyCurrentControlValueString()),
               "340282346638528859811704183484516925440.000");
-}
-
-TEST(PPDXFloatRangeControlTest, CodeHasFourDecimalsAndNineCharacters) {
-    auto const gamma = NewGamma(-500, 50000, 1.5, "{<*Gamma>}\n");
-    EXPECT_EQ(Emitted(*gamma), "%%BeginFeature: *Gamma    1.5000\n{   1.5000}\n%%EndFeature\n");
-    gamma->SetValue(-400.125F);
-    EXPECT_EQ(Emitted(*gamma), "%%BeginFeature: *Gamma -400.1250\n{-400.1250}\n%%EndFeature\n");
-    gamma->SetValue(12345.5F);
-    EXPECT_EQ(Emitted(*gamma), "%%BeginFeature: *Gamma 12345.5000\n{12345.5000}\n%%EndFeature\n");
-    EXPECT_EQ(Emitted(*NewGamma(0, 2, 0)), "%%BeginFeature: *Gamma    0.0000\n\n%%EndFeature\n");
-}
-
-TEST(PPDXFloatRangeControlTest, ArchiveKeepsAllNumbers) {
-    Settings settings;
-    auto const gamma = NewGamma(0.5, 2.5, 1.5);
-    gamma->SetValue(0.6F);
-    ASSERT_EQ(gamma->Save(settings, 5001), 0);
-    PPDXFloatRangeControl restored(settings, 5001);
-    EXPECT_EQ(restored.Type(), kFloatRangeType);
-    EXPECT_EQ(restored.GetValue(), 0.6F);
-    EXPECT_EQ(restored.MinVal(), 0.5F);
-    EXPECT_EQ(restored.MaxVal(), 2.5F);
-    EXPECT_EQ(restored.Increment(), 0.25F);
-    EXPECT_EQ(restored.DefaultValue(), 1.5F);
-
-    auto const other = NewGamma(0, 9, 9);
-    EXPECT_EQ(other->Restore(settings, 5001), 0);
-    EXPECT_EQ(other->GetValue(), 0.6F);
-    EXPECT_EQ(other->Restore(settings, 5002), -5751);
 }
 
 }  // namespace

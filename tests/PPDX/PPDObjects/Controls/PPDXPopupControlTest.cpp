@@ -16,7 +16,6 @@ constexpr long kID = 5001;
 constexpr unsigned long kItemNameEntry = 0x5043464E;       // PCFN
 constexpr unsigned long kItemPlainNameEntry = 0x5043494E;  // PCIN
 constexpr unsigned long kItemSelectedEntry = 0x50434953;   // PCIS
-constexpr unsigned long kItemCountEntry = 0x50434943;      // PCIC
 
 std::unique_ptr<PPDXPopupControl> NewSlots(PopupTraits const& traits = {}) {
     return NewPopup("*InputSlot",
@@ -39,31 +38,6 @@ std::string StateOf(PPDXPopupControl& popup) {
 
 void Set(PPDXPopupControl& popup, char const* value) {
     popup.SetCurrentControlWithCFString(String(value));
-}
-
-TEST(PPDXPopupControlTest, DefaultIsSelectedFromTheStart) {
-    auto const popup = NewSlots({.defaultKeyword = "Upper"});
-    EXPECT_EQ(popup->Type(), kPopupType);
-    EXPECT_EQ(StateOf(*popup), "010 Upper");
-    EXPECT_EQ(popup->GetValue(), 2);
-    EXPECT_EQ(popup->DefaultValue(), 2);
-
-    auto const open = NewSlots();
-    EXPECT_EQ(StateOf(*open), "000 (null) no code");
-    EXPECT_EQ(open->DefaultValue(), 0);
-    EXPECT_EQ(StateOf(*NewSlots({.defaultKeyword = "Gone"})), "000 (null) no code");
-}
-
-TEST(PPDXPopupControlTest, CodeIsThatOfTheCurrentItemInItsFrame) {
-    auto const popup = NewSlots({.defaultKeyword = "Lower"});
-    EXPECT_EQ(Emitted(*popup), "%%BeginFeature: *InputSlot Lower\nl\n%%EndFeature\n");
-    popup->SetValue(2);
-    EXPECT_EQ(Emitted(*popup), "%%BeginFeature: *InputSlot Upper\n\n%%EndFeature\n");
-    EXPECT_EQ(popup->GetKeywordPSData("Auto", nullptr), 47);
-    EXPECT_EQ(popup->GetKeywordPSData("auto", nullptr), 0);
-    EXPECT_EQ(popup->GetKeywordPSData(nullptr, nullptr), 0);
-    popup->FirstItem()->mPSLength = -5;
-    EXPECT_EQ(popup->GetKeywordPSData("Auto", nullptr), 46);
 }
 
 TEST(PPDXPopupControlTest, SelectingByKeywordFollowsTheKindOfTheControl) {
@@ -122,18 +96,6 @@ TEST(PPDXPopupControlTest, OnlyChangesByValueAreReportedToJobProperties) {
     EXPECT_NE(constraints.GetConstraintStrings().Find("Lower"), -1);
 }
 
-TEST(PPDXPopupControlTest, ValueTextTakesExactKeywordsOnly) {
-    auto const popup = NewSlots({.defaultKeyword = "Upper"});
-    for (auto* text : {"lower", "Low", "Lower ", "Lower tray", ""}) {
-        Set(*popup, text);
-        EXPECT_EQ(StateOf(*popup), "010 Upper") << text;
-    }
-    popup->SetCurrentControlWithCFString(nullptr);
-    Set(*popup, "Lower");
-    EXPECT_EQ(StateOf(*popup), "001 Lower");
-    EXPECT_EQ(popup->ItemCount(), 3);
-}
-
 TEST(PPDXPopupControlTest, KeywordBeyondASCIIIsMacRomanInItsValueText) {
     auto const popup = NewPopup("*Key", {{"Caf\x8E", nullptr, nullptr}, {"X", nullptr, nullptr}},
                                 {.defaultKeyword = "Caf\x8E"});
@@ -154,27 +116,6 @@ TEST(PPDXPopupControlTest, OfTwoItemsWithOneKeywordAValueGoesToTheFirst) {
     auto const multiple = NewPopup("*Key", {{"A", "One", nullptr}, {"A", "Two", nullptr}},
                                    {.defaultKeyword = "A", .multiple = true});
     EXPECT_EQ(StateOf(*multiple), "10 A");
-}
-
-TEST(PPDXPopupControlTest, ProfileOptionsTakeProfilesThatThePPDDoesNotKnow) {
-    for (auto* keyword : {"*ZUSimulation", "*ZUOutProfile", "*ZURGBOverride"}) {
-        auto const popup =
-            NewPopup(keyword, {{"None", "No profile", nullptr}, {"SWOP", "Web", "s"}},
-                     {.defaultKeyword = "None"});
-        Set(*popup, "wEB");
-        EXPECT_EQ(StateOf(*popup), "01 SWOP");
-        Set(*popup, "House 2");
-        EXPECT_EQ(StateOf(*popup), "001 House 2");
-        Set(*popup, "Gr\u00FCn");
-        EXPECT_EQ(popup->GetValue(), 4);
-        EXPECT_EQ(Emitted(*popup),
-                  std::string("%%BeginFeature: ") + keyword + " Gr\u00FCn\n\n%%EndFeature\n");
-        Set(*popup, "hOUSE 2");
-        EXPECT_EQ(popup->GetValue(), 3);
-        Set(*popup, "GR\u00DCN");
-        EXPECT_EQ(popup->GetValue(), 4);
-        EXPECT_EQ(popup->ItemCount(), 4);
-    }
 }
 
 TEST(PPDXPopupControlTest, ProfileNameOfMoreThan63BytesIsDropped) {
@@ -223,25 +164,6 @@ TEST(PPDXPopupControlTest, RebuildCutsALongNameIn8BitTextOnly) {
     EXPECT_EQ(CFStringGetLength(popup->CFStringUserName()), 300);
 }
 
-TEST(PPDXPopupControlTest, ArchiveKeepsItemsSelectionAndDefault) {
-    Settings settings;
-    auto const popup = NewSlots({.defaultKeyword = "Auto", .multiple = true, .installable = true});
-    popup->SetKeywordSelect("Lower", true);
-    ASSERT_EQ(popup->Save(settings, kID), 0);
-
-    UIConstraints constraints;
-    PPDXPopupControl restored(settings, kID, &constraints);
-    EXPECT_EQ(restored.Type(), kPopupType);
-    EXPECT_EQ(StateOf(restored), "101 Lower");
-    EXPECT_EQ(Emitted(restored), Emitted(*popup));
-    EXPECT_STREQ(restored.GetDefaultKeyword(), "Auto");
-    EXPECT_STREQ(restored.GetKeywordLocalName("Upper"), "Upper tray");
-    EXPECT_TRUE(restored.CanSelectMultipleItems());
-    EXPECT_TRUE(popup->IsInstallableOption());
-    EXPECT_FALSE(restored.IsInstallableOption());
-    EXPECT_NE(constraints.GetConstraintStrings().Find("Lower"), -1);
-}
-
 TEST(PPDXPopupControlTest, ArchiveWithoutASelectionGivesTheDefault) {
     Settings settings;
     auto const popup = NewSlots({.defaultKeyword = "Upper"});
@@ -259,15 +181,6 @@ TEST(PPDXPopupControlTest, ArchivedPlainNameServesWhereThereIsNoOther) {
     PPDXPopupControl restored(settings, kID, nullptr);
     EXPECT_STREQ(restored.GetKeywordLocalName("Auto"), "Plain");
     EXPECT_STREQ(restored.GetKeywordLocalName("Upper"), "Upper tray");
-}
-
-TEST(PPDXPopupControlTest, DamagedItemCountMakesNoEndlessList) {
-    Settings settings;
-    ASSERT_EQ(NewSlots()->Save(settings, kID), 0);
-    for (std::int32_t const count : {0x7FFFFFFF, -1}) {
-        settings.Add(kItemCountEntry, kID, &count, sizeof count);
-        EXPECT_LT(PPDXPopupControl(settings, kID, nullptr).ItemCount(), 100);
-    }
 }
 
 TEST(PPDXPopupControlTest, RestoreTakesTheFlagsAndSelectsTheLastOne) {

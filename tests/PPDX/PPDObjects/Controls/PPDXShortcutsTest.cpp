@@ -59,19 +59,6 @@ TEST_F(PPDXShortcutsTest, WalkBeginsAtTheFirstPopupAndPassesPopupsAndBooleans) {
     EXPECT_EQ(shortcuts.Find(nullptr, false), nullptr);
 }
 
-TEST_F(PPDXShortcutsTest, FixedShortcutsAreThoseOfThePPDAlone) {
-    PPDXShortcuts shortcuts(mList);
-    EXPECT_EQ(GetPageSizeShortcut(&shortcuts), mSize.get());
-    EXPECT_EQ(GetDuplexShortcut(&shortcuts), mDuplex.get());
-    EXPECT_EQ(GetInputSlotShortcut(&shortcuts), nullptr);
-    EXPECT_EQ(GetOrientationShortcut(&shortcuts), nullptr);
-    EXPECT_EQ(GetMediaSourceShortcut(&shortcuts), nullptr);
-    EXPECT_EQ(FirstShortcut(nullptr), nullptr);
-    EXPECT_EQ(GetShortcutCount(nullptr), 0);
-    EXPECT_TRUE(IsShortcutsListEmpty(nullptr));
-    EXPECT_FALSE(IsShortcutsListEmpty(&shortcuts));
-}
-
 TEST_F(PPDXShortcutsTest, ArchiveKeepsTheWalkAndANullForWhatHasGone) {
     Settings settings;
     ASSERT_EQ(PPDXShortcuts(mList).Save(settings), 0);

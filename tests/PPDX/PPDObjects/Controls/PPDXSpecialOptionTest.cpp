@@ -13,20 +13,6 @@ std::string ValueOf(PPDXSpecialOption& option) {
     return TextOf(option.CopyCurrentControlValueString());
 }
 
-TEST(PPDXSpecialOptionTest, HoldsACopyOfItsTextThatNobodySets) {
-    PointerList flags;
-    char text[] = "2.1";
-    PPDXSpecialOption option("*ZUServer", CFSTR("Server"), flags, text, nullptr, 0, false);
-    text[0] = '9';
-    option.SetCurrentControlWithCFString(String("3"));
-    EXPECT_EQ(option.Type(), kSpecialOptionType);
-    EXPECT_EQ(ValueOf(option), "2.1");
-    EXPECT_EQ(option.PostScript(nullptr), 0);
-    EXPECT_FALSE(option.IsVisible());
-    option.ResetToDefaultValue();
-    EXPECT_STREQ(option.GetValue()->GetCharData(), "");
-}
-
 TEST(PPDXSpecialOptionTest, ArchiveKeepsTheTextAndItsAbsence) {
     Settings settings;
     PointerList flags;
