@@ -6,11 +6,11 @@
 #include <new>
 #include <string_view>
 
+#include "PPDX/PPDObjects/Controls/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/PPDDelimiters.h"
 #include "PPDX/PPDObjects/PPDFile.h"
 #include "PPDX/PPDObjects/PPDStream.h"
 #include "PPDX/PPDObjects/PPDXErrorCode.h"
-#include "PPDX/PPDObjects/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/PPDXErrors.h"
 #include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/BoyerMoore.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "PPDX/PPDObjects/PPDXElement.h"
+#include "PPDX/PPDObjects/Controls/PPDXElement.h"
 
 // A named group of options. A plain group is only a name; roll-downs and scroll panes hold others.
 class PPDXGroup : public PPDXElement {

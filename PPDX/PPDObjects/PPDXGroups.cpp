@@ -5,7 +5,7 @@
 #include <cstring>
 #include <new>
 
-#include "PPDX/PPDObjects/DisplayOptions.h"
+#include "PPDX/PPDObjects/Controls/DisplayOptions.h"
 #include "PPDX/PPDObjects/PPDXGroup.h"
 #include "PPDX/PPDObjects/PPDXRollDown.h"
 #include "PPDX/PPDObjects/PPDXScrollPane.h"

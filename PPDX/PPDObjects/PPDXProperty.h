@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "PPDX/PPDObjects/PPDXElement.h"
+#include "PPDX/PPDObjects/Controls/PPDXElement.h"
 
 class PPDXScrollPane;
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "PPDX/PPDObjects/DisplayOptions.h"
+#include "PPDX/PPDObjects/Controls/DisplayOptions.h"
 #include "PPDX/PPDObjects/PPDX.h"
 #include "ZUBUtils/PPDUtils/PointerList.h"
 

@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "PPDX/PPDObjects/DisplayOptions.h"
+#include "PPDX/PPDObjects/Controls/DisplayOptions.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "host/PPDCommand.h"
 #include "host/TreeJson.h"

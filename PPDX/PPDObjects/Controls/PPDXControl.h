@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "PPDX/PPDObjects/PPDXElement.h"
+#include "PPDX/PPDObjects/Controls/PPDXElement.h"
 #include "ZUBUtils/PPDUtils/PointerList.h"
 #include "platform/CoreFoundation.h"
 

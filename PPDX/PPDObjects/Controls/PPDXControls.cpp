@@ -5,13 +5,13 @@
 #include <cstring>
 
 #include "PPDX/PPDObjects/Controls/ControlRecord.h"
+#include "PPDX/PPDObjects/Controls/DisplayOptions.h"
 #include "PPDX/PPDObjects/Controls/PPDXBooleanControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXCustomPageSizeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXFloatRangeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXRangeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXSpecialOption.h"
-#include "PPDX/PPDObjects/DisplayOptions.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "platform/CollectionManager.h"
 

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
-#include "PPDX/PPDObjects/PPDXElement.h"
+#include "PPDX/PPDObjects/Controls/PPDXElement.h"
 #include "VelonFeatures/Project/Core/ControlLookup.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "VelonFeatures/Project/Core/PPDTree.h"

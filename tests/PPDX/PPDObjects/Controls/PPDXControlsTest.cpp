@@ -5,11 +5,11 @@
 
 #include <random>
 
+#include "PPDX/PPDObjects/Controls/DisplayOptions.h"
 #include "PPDX/PPDObjects/Controls/PPDXBooleanControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXCustomPageSizeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXRangeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXSpecialOption.h"
-#include "PPDX/PPDObjects/DisplayOptions.h"
 #include "tests/PPDX/PPDObjects/Controls/ControlHelpers.h"
 
 namespace {

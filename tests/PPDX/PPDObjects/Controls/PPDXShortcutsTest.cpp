@@ -3,10 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include "PPDX/PPDObjects/Controls/DisplayOptions.h"
 #include "PPDX/PPDObjects/Controls/PPDXBooleanControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/Controls/PPDXRangeControl.h"
-#include "PPDX/PPDObjects/DisplayOptions.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "tests/PPDX/PPDObjects/Controls/ControlHelpers.h"
 

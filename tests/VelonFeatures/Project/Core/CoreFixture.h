@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "PPDX/PPDObjects/Controls/DisplayOptions.h"
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
-#include "PPDX/PPDObjects/DisplayOptions.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "VelonFeatures/Project/Core/BundleIdentity.h"
 #include "VelonFeatures/Project/Core/ControlLookup.h"

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "PPDX/PPDObjects/DisplayOptions.h"
+#include "PPDX/PPDObjects/Controls/DisplayOptions.h"
 #include "platform/CoreFoundation.h"
 
 class CString;

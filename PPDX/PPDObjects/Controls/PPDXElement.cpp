@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "PPDX/PPDObjects/PPDXElement.h"
+#include "PPDX/PPDObjects/Controls/PPDXElement.h"
 
 #include <memory>
 #include <utility>
