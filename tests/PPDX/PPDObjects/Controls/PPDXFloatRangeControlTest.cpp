@@ -16,6 +16,24 @@ std::unique_ptr<PPDXFloatRangeControl> NewGamma(double minimum, double maximum, 
                                                    minimum, maximum, 0.25, value, true);
 }
 
+TEST(PPDXFloatRangeControlTest, ValueIsClampedButNotSnapped) {
+    auto const gamma = NewGamma(0.5, 2, 9);
+    EXPECT_EQ(gamma->Type(), kFloatRangeType);
+    EXPECT_EQ(gamma->GetValue(), 9.0F);
+    struct {
+        char const* text;
+        char const* result;
+    } const cases[] = {{"0.6", "0.600"},     {"0.1", "0.500"}, {"2.5", "2.000"},
+                       {"1.23456", "1.235"}, {"x", "0.500"},   {"1e300", "2.000"},
+                       {"-1e300", "0.500"}};
+    for (auto const& [text, result] : cases) {
+        gamma->SetCurrentControlWithCFString(String(text));
+        EXPECT_EQ(TextOf(gamma->CopyCurrentControlValueString()), result) << text;
+    }
+    gamma->ResetToDefaultValue();
+    EXPECT_EQ(gamma->GetValue(), 2.0F);
+}
+
 TEST(PPDXFloatRangeControlTest, NumbersOutOfReachOfAFloatBecomeFinite) {
     using Double = std::numeric_limits<double>;
     auto const gamma = NewGamma(-Double::infinity(), 1e300, Double::quiet_NaN());
