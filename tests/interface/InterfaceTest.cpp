@@ -24,6 +24,7 @@
 #include "PPDX/PPDObjects/PPDXScrollPane.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "VelonFeatures/Project/Core/PPDTree.h"
+#include "VelonFeatures/Project/Core/PlugIn/ProjectPDE.h"
 #include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
 #include "VelonFeatures/Project/Core/PrinterAccess.h"
 #include "VelonFeatures/Project/Core/PrinterInfoTicket.h"
@@ -39,6 +40,7 @@
 #include "constraints/UIConstraints.h"
 #include "platform/CollectionManager.h"
 #include "platform/MemoryManager.h"
+#include "platform/ProcessManager.h"
 #include "tests/VelonFeatures/Project/Core/CoreFixture.h"
 #include "tests/interface/InterfacePPD.h"
 #include "twoway/PPDLookups.h"
@@ -450,7 +452,8 @@ class CoreInterfaceTest : public CoreFixture {
   protected:
     CoreInterfaceTest() {
         mSession.SetPPD(TestSession::Head() + TestSession::Popup("Duplex"));
-        EXPECT_EQ(Initialize(mProject), noErr);
+        std::uint32_t flags = 0;
+        EXPECT_EQ(mProject.Initialize(&flags, 0, nullptr, mSession.Get()), noErr);
     }
     ~CoreInterfaceTest() override { mProject.Close(); }
 
