@@ -535,7 +535,7 @@ TEST_F(CoreInterfaceTest, TicketsAndData) {
     CFArrayAppendValue(keywords, CFSTR("*Duplex"));
     EXPECT_TRUE(job.SavePPDForKeys(ppd, client, keywords));
     EXPECT_TRUE(job.RestorePPDForKeys(ppd, client, keywords));
-    CFRef<CFURLRef> const url(FileURL(mSession.Path("demo.ppd")));
+    CFRef<CFURLRef> const url(FileURL(mSession.PPDPath()));
     EXPECT_TRUE(job.SavePPD(ppd, client, url));
     PPDPtr const restored(job.RestorePPD(client, url));
     EXPECT_NE(restored, nullptr);
