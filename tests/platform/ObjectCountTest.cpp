@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <functional>
+#include <memory>
+#include <utility>
 
 #include "platform/CollectionManager.h"
 #include "platform/PrintManager.h"
@@ -10,65 +12,59 @@ namespace {
 
 using ObjectCountTest = OwnershipTest;
 
-struct Creation {
-    char const* name;
-    std::function<void const*()> create;
-    std::function<void(void const*)> dispose;
-};
-
-void const* NewTicket() {
-    static PMTicketRef sTicket;
-    PMTicketCreate(CFSTR("t"), &sTicket);
-    return sTicket == 0 ? nullptr : &sTicket;
-}
+using Owner = std::shared_ptr<void const>;
 
 template <typename Object>
-Object* Unconst(void const* object) {
-    return static_cast<Object*>(const_cast<void*>(object));
+Owner Owned(Object* object, void (*dispose)(Object*)) {
+    return object == nullptr ? Owner() : Owner(object, dispose);
+}
+Owner Owned(void const* object) {
+    return object == nullptr ? Owner() : Owner(object, CFRelease);
 }
 
-Creation const kCreations[] = {
-    {"string", [] { return CFStringCreateWithCString(nullptr, "a", 0); }, CFRelease},
-    {"mutable string", [] { return CFStringCreateMutable(nullptr, 0); }, CFRelease},
-    {"data", [] { return CFDataCreate(nullptr, nullptr, 0); }, CFRelease},
-    {"array", [] { return CFArrayCreateMutable(nullptr, 0); }, CFRelease},
-    {"dictionary", [] { return CFDictionaryCreateMutable(nullptr, 0); }, CFRelease},
-    {"URL", [] { return CFURLCreateFromFileSystemRepresentation(nullptr, Bytes("/"), 1, true); },
-     CFRelease},
-    {"UUID", [] { return CFUUIDCreate(nullptr); }, CFRelease},
-    {"handle", [] { return NewHandle(1); },
-     [](void const* made) { DisposeHandle(Unconst<char*>(made)); }},
-    {"collection", [] { return NewCollection(); },
-     [](void const* made) { DisposeCollection(Unconst<OpaqueCollection>(made)); }},
-    {"converter",
-     [] {
-         TECObjectRef converter = nullptr;
-         TECCreateConverter(&converter, 0, 256);
-         return converter;
-     },
-     [](void const* made) { TECDisposeConverter(Unconst<OpaqueTECObject>(made)); }},
-    {"session",
-     [] {
-         PMPrintSession session = nullptr;
-         PMCreateSession(&session);
-         return session;
-     },
-     [](void const* made) { PMDisposeSession(Unconst<OpaquePMPrintSession>(made)); }},
-    {"ticket", NewTicket,
-     [](void const* made) { PMTicketReleaseAndClear(Unconst<PMTicketRef>(made)); }},
+Owner NewConverter() {
+    TECObjectRef converter = nullptr;
+    TECCreateConverter(&converter, 0, 256);
+    return Owned(converter, TECDisposeConverter);
+}
+
+Owner NewSession() {
+    PMPrintSession session = nullptr;
+    PMCreateSession(&session);
+    return Owned(session, PMDisposeSession);
+}
+
+Owner NewTicket() {
+    static PMTicketRef sTicket;
+    PMTicketCreate(CFSTR("t"), &sTicket);
+    return sTicket == 0 ? Owner() : Owner(&sTicket, PMTicketReleaseAndClear);
+}
+
+std::pair<char const*, std::function<Owner()>> const kCreations[] = {
+    {"string", [] { return Owned(CFStringCreateWithCString(nullptr, "a", 0)); }},
+    {"data", [] { return Owned(CFDataCreate(nullptr, nullptr, 0)); }},
+    {"array", [] { return Owned(CFArrayCreateMutable(nullptr, 0)); }},
+    {"dictionary", [] { return Owned(CFDictionaryCreateMutable(nullptr, 0)); }},
+    {"URL", [] { return Owned(FileURL("/", true).Release()); }},
+    {"UUID", [] { return Owned(CFUUIDCreate(nullptr)); }},
+    {"handle", [] { return Owned(NewHandle(1), DisposeHandle); }},
+    {"collection", [] { return Owned(NewCollection(), DisposeCollection); }},
+    {"converter", NewConverter},
+    {"session", NewSession},
+    {"ticket", NewTicket},
 };
 
 TEST_F(ObjectCountTest, EveryKindOfObjectIsCountedAndCanFailToBeMade) {
-    for (auto const& creation : kCreations) {
+    for (auto const& [name, create] : kCreations) {
         long const before = LiveObjectCount();
         FailCreationAfter(0);
-        EXPECT_EQ(creation.create(), nullptr) << creation.name;
-        EXPECT_EQ(LiveObjectCount(), before) << creation.name;
-        auto const* made = creation.create();  // only one fails
-        ASSERT_NE(made, nullptr) << creation.name;
-        EXPECT_GT(LiveObjectCount(), before) << creation.name;
-        creation.dispose(made);
-        EXPECT_EQ(LiveObjectCount(), before) << creation.name;
+        EXPECT_EQ(create(), nullptr) << name;
+        EXPECT_EQ(LiveObjectCount(), before) << name;
+        Owner made = create();  // only one fails
+        ASSERT_NE(made, nullptr) << name;
+        EXPECT_GT(LiveObjectCount(), before) << name;
+        made.reset();
+        EXPECT_EQ(LiveObjectCount(), before) << name;
     }
 }
 

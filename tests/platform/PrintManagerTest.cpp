@@ -23,29 +23,10 @@ class PrintManagerTest : public OwnershipTest {
     PMTicketRef mTicket = 0;
 };
 
-TEST_F(PrintManagerTest, SessionLeadsToATicketByTheNumberInItsData) {
-    EXPECT_EQ(PMSessionSetTicket(mSession, CFSTR("PMPrintSettingsTicket"), mTicket), noErr);
-    CFTypeRef data = nullptr;
-    EXPECT_EQ(PMSessionGetDataFromSession(mSession, Str("PMPrintSettingsTicket"), &data), noErr);
-    ASSERT_EQ(CFGetTypeID(data), CFNumberGetTypeID());
-    std::int32_t number = 0;
-    EXPECT_TRUE(CFNumberGetValue(static_cast<CFNumberRef>(data), kCFNumberSInt32Type, &number));
-    EXPECT_EQ(number, mTicket);
-
-    EXPECT_EQ(PMSessionGetDataFromSession(mSession, CFSTR("absent"), &data), kPMKeyNotFound);
-    EXPECT_EQ(data, nullptr);
-    EXPECT_EQ(PMSessionSetDataInSession(mSession, CFSTR("PMPrintSettingsTicket"), nullptr), noErr);
-    EXPECT_EQ(PMSessionGetDataFromSession(mSession, CFSTR("PMPrintSettingsTicket"), &data),
-              kPMKeyNotFound);
-    EXPECT_EQ(PMSessionGetDataFromSession(nullptr, CFSTR("x"), &data), kPMInvalidPrintSession);
-}
-
 TEST_F(PrintManagerTest, PrinterTellsItsNameAndItsURLs) {
     PMPrinter printer = nullptr;
     CFURLRef url = nullptr;
     EXPECT_EQ(PMSessionGetCurrentPrinter(mSession, &printer), kPMNoSuchPrinter);
-    EXPECT_EQ(PMPrinterGetName(nullptr), nullptr);
-    EXPECT_EQ(PMPrinterCopyDeviceURI(nullptr, &url), kPMNoSuchPrinter);
 
     auto const ppd = FileURL("/tmp/a.ppd");
     ASSERT_EQ(PMSessionSetCurrentPrinter(mSession, CFSTR("Tolvane 1"), ppd, nullptr), noErr);
@@ -54,8 +35,6 @@ TEST_F(PrintManagerTest, PrinterTellsItsNameAndItsURLs) {
     EXPECT_EQ(PMPrinterCopyDescriptionURL(printer, CFSTR("PMPPDDescriptionType"), &url), noErr);
     EXPECT_EQ(url, ppd.Get());
     CFRelease(url);
-    EXPECT_EQ(PMPrinterCopyDescriptionURL(printer, CFSTR("other"), &url), paramErr);
-    EXPECT_EQ(url, nullptr);
     EXPECT_NE(PMPrinterCopyDeviceURI(printer, &url), noErr);
     EXPECT_EQ(url, nullptr);
     EXPECT_EQ(PMSessionSetCurrentPrinter(mSession, nullptr, nullptr, nullptr), noErr);
@@ -110,16 +89,12 @@ TEST_F(PrintManagerTest, TypedReadersRefuseItemsOfAnotherType) {
         EXPECT_EQ(PMTicketGetItem(mTicket, key, 0, 0, nullptr),
                   key == keys[5] ? kPMKeyNotFound : noErr);
     }
-    CFTypeRef item = nullptr;
-    EXPECT_EQ(PMTicketGetItem(mTicket, keys[4], 0, 0, &item), noErr);
-    EXPECT_EQ(item, kCFBooleanTrue);
     double const large = 1e12;
     CFRef<CFNumberRef> const real(CFNumberCreate(nullptr, kCFNumberFloat64Type, &large));
     PMTicketSetItem(mTicket, client, CFSTR("large"), real, false);
     std::int32_t number = 77;
     EXPECT_EQ(PMTicketGetSInt32(mTicket, 0, 0, CFSTR("large"), &number), kPMDataFormatError);
     EXPECT_EQ(number, 0);
-    EXPECT_EQ(PMTicketSetCFString(mTicket, client, CFSTR("null"), nullptr, false), paramErr);
 }
 
 TEST_F(PrintManagerTest, LockedItemsCanNeitherBeSetNorReleased) {
@@ -136,7 +111,6 @@ TEST_F(PrintManagerTest, LockedItemsCanNeitherBeSetNorReleased) {
     CFDictionaryRef items = nullptr;
     EXPECT_EQ(PMTicketCopyItems(mTicket, &items), noErr);
     EXPECT_EQ(PMTicketReleaseItem(mTicket, CFSTR("other")), noErr);
-    EXPECT_EQ(PMTicketReleaseItem(mTicket, CFSTR("other")), kPMKeyNotFound);
     EXPECT_EQ(CFDictionaryGetCount(items), 2);
     CFRelease(items);
 }
@@ -144,7 +118,6 @@ TEST_F(PrintManagerTest, LockedItemsCanNeitherBeSetNorReleased) {
 TEST_F(PrintManagerTest, AReleasedTicketIsUnknown) {
     PMTicketRef other = 0;
     ASSERT_EQ(PMTicketCreate(CFSTR("t"), &other), noErr);
-    EXPECT_NE(other, mTicket);
     PMTicketRef const number = other;
     EXPECT_EQ(PMTicketReleaseAndClear(&other), noErr);
     EXPECT_EQ(other, 0);

@@ -69,13 +69,6 @@ std::multiset<std::uint32_t> Walk() {
     return found;
 }
 
-TEST_F(ProcessManagerTest, AWalkMeetsEveryProcessOnce) {
-    Child const child("/bin/sleep");
-    auto const found = Walk();
-    EXPECT_EQ(found.count(static_cast<std::uint32_t>(getpid())), 1U);
-    EXPECT_EQ(found.count(child.Number().lowLongOfPSN), 1U);
-}
-
 TEST_F(ProcessManagerTest, NamesAreWholeAlsoWhereTheKernelCutsThem) {
     TemporaryFolder const folder;
     for (std::string const name : {"short name)", "exactly15bytes_", "Job Properties Viewer 4.2"}) {
@@ -94,9 +87,11 @@ TEST_F(ProcessManagerTest, NamesAreWholeAlsoWhereTheKernelCutsThem) {
     }
 }
 
-TEST_F(ProcessManagerTest, AnEndedProcessIsGoneBeforeItIsWaitedFor) {
+TEST_F(ProcessManagerTest, AWalkMeetsARunningProcessOnceAndAnEndedOneNeverThoughNobodyWaitedForIt) {
     Child const child("/bin/sleep");
     auto const number = child.Number();
+    EXPECT_EQ(Walk().count(number.lowLongOfPSN), 1U);
+    EXPECT_EQ(Walk().count(static_cast<std::uint32_t>(getpid())), 1U);
     EXPECT_EQ(KillProcess(&number), noErr);
     EXPECT_EQ(child.SignalThatEndedIt(), SIGTERM);
     EXPECT_EQ(KillProcess(&number), procNotFound);
@@ -114,22 +109,6 @@ TEST_F(ProcessManagerTest, NumbersThatNameNoProcessAreRefused) {
         EXPECT_EQ(GetProcessInformation(&number, &info), procNotFound);
         EXPECT_EQ(info.processName[0], 0);
     }
-    EXPECT_EQ(KillProcess(nullptr), procNotFound);
-}
-
-TEST_F(ProcessManagerTest, TheOwnNameIsTheOneThatTheHostSets) {
-    ProcessSerialNumber self{};
-    EXPECT_EQ(GetCurrentProcess(&self), noErr);
-    EXPECT_EQ(NameOf(self), "platform_test");
-    SetCurrentProcessName("Vorschau für das Drucken aller Seiten");
-    EXPECT_EQ(NameOf(self), "Vorschau für das Drucken aller Seiten");
-    ProcessInfoRec info;
-    EXPECT_EQ(GetProcessInformation(&self, &info), noErr);
-    EXPECT_EQ(info.processName[0], 38);
-    EXPECT_NE(NameOf({0, static_cast<std::uint32_t>(getppid())}),
-              "Vorschau für das Drucken aller Seiten");
-    SetCurrentProcessName(nullptr);
-    EXPECT_EQ(NameOf(self), "platform_test");
 }
 
 }  // namespace

@@ -2,12 +2,16 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -56,6 +60,37 @@ inline std::string Text(CFDataRef data) {
 inline CFRef<CFURLRef> FileURL(std::string const& path, bool isDirectory = false) {
     return CFRef<CFURLRef>(CFURLCreateFromFileSystemRepresentation(
         nullptr, Bytes(path), static_cast<CFIndex>(path.size()), isDirectory));
+}
+
+// The deleter that calls a function.
+template <auto kFunction>
+struct Calls {
+    void operator()(auto* object) const { kFunction(object); }
+};
+
+// What a shell command prints.
+inline std::string OutputOf(std::string const& command) {
+    std::unique_ptr<FILE, Calls<pclose>> const output(popen(command.c_str(), "r"));
+    std::string text;
+    for (int c = std::fgetc(output.get()); c != EOF; c = std::fgetc(output.get())) {
+        text += static_cast<char>(c);
+    }
+    return text;
+}
+
+// Calls `work` where no file may grow beyond `size` bytes, which stands in for a full disk: a write
+// stops in the middle. `handler` is for the signal that comes with it.
+template <typename Work>
+bool OnSmallDisk(rlim_t size, decltype(SIG_DFL) handler, Work&& work) {
+    struct rlimit old {};
+    getrlimit(RLIMIT_FSIZE, &old);
+    auto const oldHandler = std::signal(SIGXFSZ, handler);
+    struct rlimit const small = {size, old.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    bool const result = work();
+    setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, oldHandler);
+    return result;
 }
 
 // Every test gives back what it made.

