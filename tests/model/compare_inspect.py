@@ -13,7 +13,7 @@ import random_ppd
 from comparing import Call, Dice, Result, keep, own_folder, run, run_command
 from inspect_model import ALL_FIELDS, Reader
 
-FRAGMENTS = ["ZUB", "DEMO.PPD", "zub", '"X.', "X.PPD\"", "NAME BEHIND IT ALL",
+FRAGMENTS = ["ZUB", "DEMO.PPD", ".PPD", "zub", '"X.', "X.PPD\"", "NAME BEHIND IT ALL",
              "", "ZüB", "4.3", "日"]
 
 
@@ -28,7 +28,7 @@ def make_case(seed, whole):
         call.arguments += ["--parse-options", str(options)]
     if dice.chance(0.3):
         call.arguments += ["--extensions", str(dice.rng.randint(-1, 2))]
-    if dice.chance(0.2):
+    if dice.chance(0.3):
         accept = dice.rng.sample(FRAGMENTS, dice.rng.randint(1, 3))
         for fragment in accept:
             call.arguments += ["--accept", fragment]

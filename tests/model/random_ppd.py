@@ -673,12 +673,14 @@ class Maker(Dice):
             self.put_on_border(entries, CHUNK)
             if self.chance(0.2):
                 self.put_on_border(entries, 2 * CHUNK)
-        elif where < 0.33:
+        elif where < 0.36:
             named = [n for n, e in enumerate(entries)
                      if e[0].startswith(b"*PCFileName:")]
             if named:
-                self.pad(entries, named[0], self.rng.randint(0, 50),
-                         SCAN_LIMIT)
+                line = entries[named[0]][0]
+                self.pad(entries, named[0], self.pick([
+                    self.rng.randint(0, 50), line.find(b"ZUB") + 3,
+                    line.find(b".PPD") + 4]), SCAN_LIMIT)
         if self.chance(0.08):
             entries[-1][1] = b""
         data = bytearray(b"".join(line + end for line, end, _ in entries))

@@ -1,9 +1,10 @@
 # SPDX-License-Identifier: Apache-2.0
 """Random extended PPD files full of rules about options.
 
-The same seed always gives the same bytes. A file is of one of three moods:
+The same seed always gives the same bytes. A file is of one of four moods:
 "mixed" has rules of all forms, "sizes" has a print size that follows the page
-size, and "dense" has so many rules that a search for a way out is long.
+size, "dense" has so many rules that a search for a way out is long, and "wide"
+has a conflict with about as many ways on as a search looks at.
 """
 
 from comparing import LAYOUT, Dice
@@ -23,7 +24,8 @@ RULES = [b"*UIConstraints:", b"*UIConstraints:", b"*%ZUBUIConstraints:",
 class Maker(Dice):
     def __init__(self, seed):
         super().__init__(f"rules {seed}")
-        self.mood = self.pick(["mixed"] * 4 + ["sizes"] * 2 + ["dense"] * 2)
+        self.mood = self.pick(["mixed"] * 4 + ["sizes"] * 2 + ["dense"] * 2 +
+                              ["wide"])
         self.options = {}
 
     def between(self, low, high):
@@ -161,6 +163,18 @@ class Maker(Dice):
                  self.chance(share)]
         self.rng.shuffle(lines)
         return parts, lines
+
+    def wide(self):
+        count = self.between(126, 130)
+        options = [b"b%d" % n for n in range(count + 1)]
+        parts = [self.popup(b"*A", [b"a1", b"a2"]),
+                 self.popup(b"*X", [b"x"]), self.block(
+                     b"*B", b"PickOne", [b"*DefaultB: b0"] +
+                     [b"*B " + o + b'/Name: ""' for o in options], b"Roll")]
+        # The first way on may be free, or a later one.
+        lines = [b"*UIConstraints: *B " + o + b" *X x"
+                 for o in options[self.pick([1, 1, 2, 3]):]]
+        return parts, [b"*UIConstraints: *A a1 *B b0"] + lines
 
     # -- the whole
 
