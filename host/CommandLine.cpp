@@ -222,8 +222,11 @@ void DescribeRecord(CLI::App& app, PrintOptions& options) {
 void DescribePrint(CLI::App& app, PrintOptions& options) {
     app.add_option("--ppd", options.ppd, "The printer's PPD")->required()->type_name("PPD");
     CLI::Option* const document =
-        app.add_option("DOCUMENT", options.document, "The PostScript document that is printed");
-    app.add_option("-o", options.output, "Write the document with the job merged into it")
+        app.add_option("DOCUMENT", options.document,
+                       "The PostScript document that is printed; - is standard input");
+    app.add_option("-o", options.output,
+                   "Write the document with the job merged into it; - is standard output, to which "
+                   "nothing else goes then")
         ->needs(document)
         ->type_name("FILE");
     AddSettings(app, options.settings);

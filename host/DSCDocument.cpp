@@ -5,6 +5,7 @@
 #include <charconv>
 #include <initializer_list>
 #include <set>
+#include <utility>
 
 #include "VelonFeatures/Project/Core/PostScriptInjectionSite.h"
 #include "host/HostFiles.h"
@@ -14,7 +15,9 @@ namespace {
 
 constexpr std::string_view kSignature = "%!";
 constexpr std::string_view kConforming = "%!PS-Adobe-";
-constexpr char kEndOfTransmission = 4;  // some systems put one ahead of a document
+constexpr char kEndOfTransmission = 4;  // some systems put one ahead of a document or behind it
+constexpr std::string_view kUniversalExit = "\x1b%-12345X";
+constexpr std::string_view kJobLanguage = "@PJL";
 
 constexpr int kHeaderSites[] = {kNoteCommentSite, kDriverCommentSite, kLayoutCommentSite};
 
@@ -56,6 +59,33 @@ std::string_view WordAt(std::string_view text, std::size_t number) {
     }
 }
 
+// Where PostScript begins behind the lines that lead into it.
+std::size_t BehindPreamble(std::string_view text) {
+    std::size_t at = 0;
+    bool isOutside = false;  // of any language
+    for (;;) {
+        std::string_view const rest = text.substr(at);
+        if (rest.starts_with(kEndOfTransmission)) {
+            ++at;
+        } else if (rest.starts_with(kUniversalExit)) {
+            isOutside = true;
+            at += kUniversalExit.size();
+        } else if (isOutside && rest.starts_with(kJobLanguage)) {
+            at += std::min(rest.find('\n'), rest.size() - 1) + 1;
+        } else if (isOutside && !rest.empty() && IsLineEnd(rest.front())) {
+            ++at;
+        } else {
+            return at;
+        }
+    }
+}
+
+// Without the marks of the transmission's end and the line ends around them.
+std::string_view WithoutEndOfTransmission(std::string_view text) {
+    std::size_t const behind = text.find_last_not_of("\r\n\x04") + 1;
+    return text.substr(0, text.find(kEndOfTransmission, behind));
+}
+
 }  // namespace
 
 // Goes through the document once and notes where its sections are.
@@ -63,7 +93,8 @@ class DSCDocument::Reader {
   public:
     explicit Reader(DSCDocument& document) : mDocument(document), mText(document.mText) {}
 
-    void Run() {
+    void Run(std::size_t begin) {
+        mNext = begin;
         ReadHeader();
         while (mNext < mText.size()) {
             TakeLine();
@@ -98,8 +129,20 @@ class DSCDocument::Reader {
             [line](std::string_view section) { return line.starts_with(section); });
     }
 
-    // The next line with its end.
+    // The next line with its end. The document ends where a line leaves PostScript.
     std::string_view NextLine() {
+        std::string_view const line = SkipLine();
+        std::size_t const exit = line.find(kUniversalExit);
+        if (exit == std::string_view::npos) {
+            return line;
+        }
+        mText = mText.substr(0, mLine + exit);
+        mNext = mText.size();
+        return line.substr(0, exit);
+    }
+
+    // The same for a line of data, whatever it holds.
+    std::string_view SkipLine() {
         mLine = mNext;
         mNext = std::min(mText.find_first_of("\r\n", mLine), mText.size());
         bool const isPair = mText.substr(mNext, 2) == "\r\n";
@@ -163,6 +206,8 @@ class DSCDocument::Reader {
         } else if (line.starts_with("%%EndFeature") && !mKeyword.empty()) {
             mDocument.mFeatures.push_back({mFeatureBegin, mNext, mKeyword});
             mKeyword.clear();
+        } else if (line.starts_with("%%IncludeFeature:") && mInSetup && mKeyword.empty()) {
+            mDocument.mFeatures.push_back({mLine, mNext, std::string(WordAt(line, 1))});
         }
     }
 
@@ -172,11 +217,11 @@ class DSCDocument::Reader {
         std::size_t count = 0;
         auto const result = std::from_chars(number.data(), number.data() + number.size(), count);
         if (result.ec != std::errc()) {
-            while (mNext < mText.size() && !NextLine().starts_with("%%End")) {
+            while (mNext < mText.size() && !SkipLine().starts_with("%%End")) {
             }
         } else if (WordAt(line, 3) == "Lines") {
             for (; count > 0 && mNext < mText.size(); --count) {
-                NextLine();
+                SkipLine();
             }
         } else {
             mNext += std::min(count, mText.size() - mNext);
@@ -185,6 +230,7 @@ class DSCDocument::Reader {
 
     // Where sections are to be made that aren't there.
     void Settle() {
+        mText = WithoutEndOfTransmission(mText);
         if (!mDocument.mTrailer.exists) {
             mDocument.mTrailer.at = std::min(mEndOfFile, mText.size());
         }
@@ -194,6 +240,9 @@ class DSCDocument::Reader {
             std::size_t const behindProlog =
                 mPrologEnd != std::string::npos ? mPrologEnd : BehindHeader();
             mDocument.mSetupEnd.at = mFirstPage != std::string::npos ? mFirstPage : behindProlog;
+        }
+        for (Place* const place : {&mDocument.mCommentsEnd, &mDocument.mSetupEnd}) {
+            place->at = std::min(place->at, mText.size());
         }
     }
 
@@ -228,17 +277,22 @@ Outcome DSCDocument::Read(std::string const& path) {
                                                   data.Receive(), &error)) {
         return Outcome::Failed("can't read " + path + ": error " + std::to_string(error));
     }
-    mText.assign(reinterpret_cast<char const*>(CFDataGetBytePtr(data)),
-                 static_cast<std::size_t>(CFDataGetLength(data)));
-    std::string_view start = mText;
-    start.remove_prefix(start.starts_with(kEndOfTransmission) ? 1 : 0);
+    return Take({reinterpret_cast<char const*>(CFDataGetBytePtr(data)),
+                 static_cast<std::size_t>(CFDataGetLength(data))},
+                path);
+}
+
+Outcome DSCDocument::Take(std::string text, std::string const& name) {
+    mText = std::move(text);
+    std::size_t const begin = BehindPreamble(mText);
+    std::string_view const start = std::string_view(mText).substr(begin);
     if (!start.starts_with(kSignature)) {
-        return Outcome::Failed(path + " is no PostScript document");
+        return Outcome::Failed(name + " is no PostScript document");
     }
     if (!start.starts_with(kConforming)) {
-        return Outcome::Failed(path + " doesn't follow the document structuring conventions");
+        return Outcome::Failed(name + " doesn't follow the document structuring conventions");
     }
-    Reader(*this).Run();
+    Reader(*this).Run(begin);
     return Outcome::Done();
 }
 

@@ -66,8 +66,9 @@ struct PrintOptions {
     std::string bundle;  // empty: the built one
     int commits = 1;
 
-    std::string document;  // empty for none
-    std::string output;    // where the document goes with the job in it; empty for nowhere
+    std::string document;  // empty for none, "-" for standard input
+    // Where the document goes with the job in it; empty for nowhere, "-" for standard output.
+    std::string output;
 
     std::string tickets;  // a file that keeps the tickets between runs; empty for none
     // What the operating system's own panes would put into the tickets. None leaves what the

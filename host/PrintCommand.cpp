@@ -4,12 +4,12 @@
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "ZUBUtils/PPDUtils/TextConverter.h"
 #include "host/ControlSettings.h"
-#include "host/DSCDocument.h"
 #include "host/DialogSession.h"
 #include "host/HostFiles.h"
 #include "host/JobDataFile.h"
 #include "host/JsonText.h"
 #include "host/PPDCommand.h"
+#include "host/PrintedDocument.h"
 #include "platform/CFRef.h"
 
 PrintCommand::PrintCommand(PrintOptions const& options, std::ostream& out, std::ostream& err)
@@ -17,10 +17,10 @@ PrintCommand::PrintCommand(PrintOptions const& options, std::ostream& out, std::
 
 Outcome PrintCommand::Run() {
     std::string path;
-    DSCDocument document;
+    PrintedDocument document(mOptions);
     Outcome outcome = HostFiles::CheckReadable(mOptions.ppd);
-    if (outcome.Ok() && !mOptions.output.empty()) {
-        outcome = document.Read(mOptions.document);
+    if (outcome.Ok()) {
+        outcome = document.Open();
     }
     if (outcome.Ok()) {
         outcome = RunDialog(path);
@@ -29,10 +29,10 @@ Outcome PrintCommand::Run() {
     if (outcome.Ok() && !path.empty()) {
         outcome = job.Read(path);
     }
-    if (outcome.Ok() && !mOptions.output.empty()) {
-        outcome = HostFiles::Write(mOptions.output, document.Merge(job.Pairs()));
+    if (outcome.Ok() && document.HasOutput()) {
+        outcome = document.Write(job.Pairs(), mOut);
     }
-    if (outcome.Ok()) {
+    if (outcome.Ok() && !document.TakesStandardOutput()) {
         Report(path, job);
     }
     return outcome;

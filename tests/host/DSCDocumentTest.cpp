@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/DSCDocument.h"
 
-#include <fstream>
+#include <filesystem>
 
 #include "tests/host/HostFixture.h"
 
@@ -75,6 +75,33 @@ TEST_F(DSCDocumentTest, LinesMayEndAnyWayAndBytesStay) {
               "\x04%!PS-Adobe-3.0\n%%EndComments\n%%BeginSetup\n%%EndSetup\n%%Trailer\n");
 }
 
+TEST_F(DSCDocumentTest, WhatLeadsIntoPostScriptAndOutOfItStaysAround) {
+    std::string const exit = "\x1b%-12345X";
+    std::string const pjl =
+        exit + "@PJL JOB\r\n\n@PJL SET COPIES=2\n@PJL ENTER LANGUAGE = POSTSCRIPT\n";
+    std::string const document = "%!PS-Adobe-3.0\n%%EndComments\n%%BeginSetup\n%%EndSetup\n";
+    std::string const data = "%%BeginData: 1 Binary Lines\n" + exit + "\n%%EndData\n";
+    std::string const other = exit + "@PJL EOJ\n" + exit + "%!PS-Adobe-3.0\n%%Trailer\n" + exit;
+    struct Case {
+        std::string ahead;
+        std::string text;
+        std::string behind;
+    };
+    for (Case const& row : std::vector<Case>{
+             {pjl, data + "showpage\n", "\x04" + other},
+             {exit, "showpage\n", exit + "@PJL EOJ\n" + exit},
+             {"\x04" + exit, "showpage\n", "%%EOF\n\x04" + exit},
+             {"", "showpage\n", "\x04\r\n\x04"},
+             {"", "(\x04) show\n", "\x04"},
+         }) {
+        EXPECT_EQ(Merge(row.ahead + document + row.text + row.behind, {{73, "T\n"}}),
+                  row.ahead + document + row.text + "T\n%%Trailer\n" + row.behind);
+    }
+    // Nothing is left between header and exit.
+    EXPECT_EQ(Merge("%!PS-Adobe-3.0\x04" + exit, {{73, "T\n"}}),
+              "%!PS-Adobe-3.0\n%%EndComments\n%%BeginSetup\n%%EndSetup\nT\n%%Trailer\n\x04" + exit);
+}
+
 TEST_F(DSCDocumentTest, FeaturesThatTheJobTakesOverLeaveTheSetup) {
     auto const feature = [](std::string const& name) {
         return "%%BeginFeature: " + name + "\ncode\n%%EndFeature\n";
@@ -88,6 +115,14 @@ TEST_F(DSCDocumentTest, FeaturesThatTheJobTakesOverLeaveTheSetup) {
                     job),
               head + feature("*Duplex On") + "%%BeginSetup\n" + kept + "%%EndSetup\n%%Page: 1 1\n" +
                   feature("*Duplex On") + "%%Trailer\n");
+    // So do the lines that ask for one.
+    std::string const asked = "%%IncludeFeature: *Duplex On\n";
+    std::string const others = "%%IncludeFeature: *PageSize A4\n%%IncludeFeature: *DuplexMode On\n";
+    EXPECT_EQ(
+        Merge(head + "%%BeginSetup\n" + asked + others + asked + "%%EndSetup\n%%Page: 1 1\n" +
+                  asked + "%%Trailer\n",
+              job),
+        head + "%%BeginSetup\n" + others + "%%EndSetup\n%%Page: 1 1\n" + asked + "%%Trailer\n");
 }
 
 TEST_F(DSCDocumentTest, AFeatureThatReachesOverTheSetupStays) {
@@ -141,30 +176,6 @@ TEST_F(DSCDocumentTest, WhatIsNoSuchDocumentIsRefused) {
         EXPECT_NE(result.err.find(document), std::string::npos) << result.err;
         EXPECT_FALSE(std::filesystem::exists(PathOf("out.ps")));
     }
-    EXPECT_EQ(2, Run({"print", "--ppd", ppd, "-o", PathOf("out.ps")}).status);
-    EXPECT_EQ(1, Run({"print", "--ppd", ppd, PathOf("missing.ps"), "-o", PathOf("out.ps")}).status);
-}
-
-TEST_F(DSCDocumentTest, ThePrintedDocumentHoldsTheJob) {
-    std::string const mark = UniqueName("Tumble");
-    std::string const ppd = Write(UniqueName("dsc-test") + ".ppd", Head() + Duplex(mark));
-    std::string const document = Write("document.ps", "%!PS-Adobe-3.0\n%%EndComments\nshowpage\n");
-    // Into the document's own place, too.
-    EXPECT_EQ(
-        0,
-        Run({"print", "--ppd", ppd, "--set", "*Duplex=" + mark, document, "-o", document}).status);
-    std::ifstream file(document);
-    std::string const merged{std::istreambuf_iterator<char>(file), {}};
-    EXPECT_NE(merged.find("%%BeginSetup\n%%BeginFeature: *Duplex " + mark +
-                          "\ntrue settumble\n%%EndFeature\n"),
-              std::string::npos)
-        << merged;
-    EXPECT_NE(merged.find("%%ZUBDriver\n%%EndComments\n"), std::string::npos) << merged;
-    EXPECT_EQ(1U, JobsWith(mark).size());
-    EXPECT_EQ(1, Run({"print", "--ppd", ppd, "--set", "*Duplex=" + mark, document, "-o",
-                      PathOf("no/folder/out.ps")})
-                     .status);
-    JobsWith(mark);
 }
 
 }  // namespace

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "host/PrintedDocument.h"
+
+#include <filesystem>
+#include <iostream>
+#include <iterator>
+#include <system_error>
+
+#include "host/HostFiles.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr char const* kStandardStream = "-";
+constexpr char const* kStandardInput = "/dev/stdin";
+constexpr char const* kStandardOutput = "/dev/stdout";
+constexpr int kMostLinks = 40;  // as many as the kernel follows
+
+// Where a file is or would be made. A link that leads to nothing yet is followed too.
+fs::path Resolved(fs::path path) {
+    std::error_code error;
+    for (int links = 0; links < kMostLinks && fs::is_symlink(path, error); ++links) {
+        fs::path const target = fs::read_symlink(path, error);
+        path = target.is_absolute() ? target : path.parent_path() / target;
+    }
+    // A bare name has no folder that could be resolved.
+    fs::path const absolute = fs::absolute(path, error);
+    fs::path const resolved = fs::weakly_canonical(absolute, error);
+    return error ? absolute : resolved;
+}
+
+bool IsSameFile(std::string const& one, std::string const& other) {
+    std::error_code error;
+    return fs::equivalent(one, other, error) || Resolved(one) == Resolved(other);
+}
+
+}  // namespace
+
+PrintedDocument::PrintedDocument(PrintOptions const& options) : mOptions(options) {}
+
+bool PrintedDocument::IsStandardInput() const {
+    return mOptions.document == kStandardStream || mOptions.document == kStandardInput;
+}
+
+bool PrintedDocument::TakesStandardOutput() const {
+    return mOptions.output == kStandardStream || mOptions.output == kStandardOutput;
+}
+
+Outcome PrintedDocument::Open() {
+    if (Outcome outcome = CheckOutput(); !outcome.Ok()) {
+        return outcome;
+    }
+    if (IsStandardInput()) {
+        return HasOutput() ? mDocument.Take({std::istreambuf_iterator<char>(std::cin), {}},
+                                            "standard input")
+                           : Outcome::Done();
+    }
+    if (HasOutput()) {
+        return mDocument.Read(mOptions.document);
+    }
+    return mOptions.document.empty() ? Outcome::Done()
+                                     : HostFiles::CheckReadable(mOptions.document);
+}
+
+Outcome PrintedDocument::CheckOutput() const {
+    if (!HasOutput()) {
+        return Outcome::Done();
+    }
+    if (TakesStandardOutput()) {
+        return mOptions.pairs ? Outcome{ExitStatus::kUsage,
+                                        "--pairs and the document can't both go to standard output"}
+                              : Outcome::Done();
+    }
+    struct Row {
+        char const* what;
+        std::string path;
+    };
+    for (Row const& row :
+         {Row{"the PPD", mOptions.ppd},
+          Row{"the document", IsStandardInput() ? kStandardInput : mOptions.document},
+          Row{"the tickets file", mOptions.tickets}}) {
+        if (!row.path.empty() && IsSameFile(mOptions.output, row.path)) {
+            return {ExitStatus::kUsage, "-o " + mOptions.output + " would overwrite " + row.what};
+        }
+    }
+    return Outcome::Done();
+}
+
+Outcome PrintedDocument::Write(std::vector<JobDataFile::Pair> const& pairs,
+                               std::ostream& out) const {
+    std::string const merged = mDocument.Merge(pairs);
+    if (TakesStandardOutput()) {
+        out << merged;
+        return Outcome::Done();
+    }
+    return HostFiles::Write(mOptions.output, merged);
+}
