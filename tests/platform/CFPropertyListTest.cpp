@@ -100,6 +100,7 @@ TEST_F(CFPropertyListTest, RefusesWhatIsNoPropertyListAndSaysWhy) {
         "<plist><truth/></plist>",
         "<plist><dict><key>a</key></dict></plist>",
         "<plist><dict><true/><key>a</key></dict></plist>",
+        "<plist><dict><string>a</string><true/></dict></plist>",
         "<plist><string>\xC3</string></plist>",
         "<plist><string>\x01</string></plist>",
         "<plist><integer>+-1</integer></plist>",
