@@ -3,7 +3,8 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
+
+#include "ZUBUtils/PPDUtils/TextHash.h"
 
 namespace {
 
@@ -56,7 +57,7 @@ long CStringSoup::size() const {
 }
 
 std::uint32_t CStringSoup::HashOf(std::string_view text) {
-    return static_cast<std::uint32_t>(std::hash<std::string_view>()(text));
+    return static_cast<std::uint32_t>(TextHash()(text));
 }
 
 std::size_t CStringSoup::SlotOf(std::string_view text, std::uint32_t hash) const {

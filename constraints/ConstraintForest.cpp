@@ -1,12 +1,22 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "constraints/ConstraintForest.h"
 
-#include <cstddef>
+namespace {
 
-#include "constraints/KeyConstraintTree.h"
+void WriteOut(RulePartner const& partner, ItemConstraintList& list) {
+    if (partner.list == nullptr) {
+        list.insert({partner.key, partner.item});
+        return;
+    }
+    for (long const option : partner.list->Options()) {
+        list.insert({partner.key, option});
+    }
+}
 
-ConstraintForest::~ConstraintForest() {
-    clear();
+}  // namespace
+
+long ConstraintForest::AddOptionList(std::vector<std::int32_t> options) {
+    return mTable.AddList(std::move(options));
 }
 
 void ConstraintForest::insert(long key, long item, long key2, long item2, ConstraintType) {
@@ -17,36 +27,52 @@ void ConstraintForest::insert(long key, long item, std::pair<long, long> rule) {
     if (key < 0) {
         return;
     }
-    auto const index = static_cast<std::size_t>(key);
-    if (index >= mTrees.size()) {
-        mTrees.resize(index + 1);
+    mTable.Add(key, item, rule.first, rule.second);
+    if (KeyConstraintTree* const tree = TreeOf(key)) {
+        for (long const option : mTable.Options(item)) {
+            for (long const option2 : mTable.Options(rule.second)) {
+                tree->insert(option, {rule.first, option2});
+            }
+        }
     }
-    if (mTrees[index] == nullptr) {
-        mTrees[index] = new KeyConstraintTree(key);
-    }
-    mTrees[index]->insert(item, rule);
-}
-
-KeyConstraintTree* ConstraintForest::TreeOf(long key) const {
-    auto const index = static_cast<std::size_t>(key);  // a negative key is beyond every end
-    return index < mTrees.size() ? mTrees[index] : nullptr;
 }
 
 ItemConstraintList* ConstraintForest::GetConstraintList(long key, long item) const {
-    KeyConstraintTree const* tree = TreeOf(key);
-    return tree == nullptr ? nullptr : tree->GetItemConstraintList(item);
+    if (KeyConstraintTree const* const tree = TreeOf(key)) {
+        return tree->GetItemConstraintList(item);
+    }
+    if (!mTable.Knows(key)) {
+        return nullptr;
+    }
+    auto list = std::make_unique<ItemConstraintList>(item);
+    for (RulePartner const& partner : GetPartners(key, item)) {
+        WriteOut(partner, *list);
+    }
+    return list.release();
+}
+
+std::vector<RulePartner> ConstraintForest::GetPartners(long key, long item) const {
+    std::vector<RulePartner> partners;
+    if (KeyConstraintTree const* const tree = TreeOf(key)) {
+        std::unique_ptr<ItemConstraintList const> const list(tree->GetItemConstraintList(item));
+        for (auto const& [key2, item2] : list->Pairs()) {
+            partners.push_back({key2, item2, nullptr});
+        }
+    } else if (item >= -1) {
+        partners = mTable.Partners(key, item);
+    }
+    return partners;
 }
 
 bool ConstraintForest::DisableConstraints(long key, long item, long key2, long item2) {
     if (key == -1) {
-        for (KeyConstraintTree* tree : mTrees) {
-            if (tree != nullptr) {
-                tree->DisableConstraints(item, key2, item2);
-            }
+        MakeAllTrees();
+        for (auto const& [each, tree] : mTrees) {
+            tree->DisableConstraints(item, key2, item2);
         }
         return true;
     }
-    KeyConstraintTree* tree = TreeOf(key);
+    KeyConstraintTree* const tree = MakeTree(key);
     if (tree == nullptr) {
         return false;
     }
@@ -58,14 +84,13 @@ bool ConstraintForest::DisableConstraints(long key, long item, long key2, long i
 
 bool ConstraintForest::EnableConstraints(long key, long item, long key2, long item2) {
     if (key == -1) {
-        for (KeyConstraintTree* tree : mTrees) {
-            if (tree != nullptr) {
-                tree->EnableConstraints(-1, key2, item2);
-            }
+        MakeAllTrees();
+        for (auto const& [each, tree] : mTrees) {
+            tree->EnableConstraints(-1, key2, item2);
         }
         return true;
     }
-    KeyConstraintTree* tree = TreeOf(key);
+    KeyConstraintTree* const tree = MakeTree(key);
     if (tree == nullptr) {
         return false;
     }
@@ -75,9 +100,33 @@ bool ConstraintForest::EnableConstraints(long key, long item, long key2, long it
     return true;
 }
 
-void ConstraintForest::clear() {
-    for (KeyConstraintTree* tree : mTrees) {
-        delete tree;
+KeyConstraintTree* ConstraintForest::TreeOf(long key) const {
+    auto const found = mTrees.find(key);
+    return found == mTrees.end() ? nullptr : found->second.get();
+}
+
+KeyConstraintTree* ConstraintForest::MakeTree(long key) {
+    KeyConstraintTree* const existing = TreeOf(key);
+    if (existing != nullptr || !mTable.Knows(key)) {
+        return existing;
     }
+    auto tree = std::make_unique<KeyConstraintTree>(key);
+    for (long const item : mTable.Items(key)) {
+        std::unique_ptr<ItemConstraintList const> const list(GetConstraintList(key, item));
+        for (auto const& rule : list->Pairs()) {
+            tree->insert(item, rule);
+        }
+    }
+    return (mTrees[key] = std::move(tree)).get();
+}
+
+void ConstraintForest::MakeAllTrees() {
+    for (long const key : mTable.Keys()) {
+        MakeTree(key);
+    }
+}
+
+void ConstraintForest::clear() {
+    mTable.clear();
     mTrees.clear();
 }

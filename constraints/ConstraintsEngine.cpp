@@ -3,17 +3,15 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 #include <map>
-#include <memory>
-#include <set>
 
 #include "constraints/ConstraintForest.h"
 #include "constraints/KeyForest.h"
 
 namespace {
 
-using Pairs = std::vector<std::pair<long, long>>;
-using Rules = std::unique_ptr<ItemConstraintList const>;
+using Partners = std::vector<RulePartner>;
 
 constexpr std::int32_t kMaxDepth = 128;
 constexpr std::size_t kMaxQueue = 128;
@@ -31,10 +29,10 @@ class MergedSelection {
         }
     }
 
-    bool Holds(std::pair<long, long> pair) const {
-        auto const changed = mChanged.find(pair.first);
-        return changed == mChanged.end() ? mSelection.Lookup(pair) >= 0
-                                         : changed->second == pair.second;
+    // The option of the key, or -1.
+    long ItemOf(long key) const {
+        auto const changed = mChanged.find(key);
+        return changed == mChanged.end() ? mSelection.GetItem(key) : changed->second;
     }
 
   private:
@@ -42,29 +40,41 @@ class MergedSelection {
     std::map<long, long> mChanged;  // option by key
 };
 
-// `blocked` is sorted.
-void AddAlternatives(std::pair<long, long> conflict, std::vector<long> const& options,
-                     Pairs const& blocked, KVCache& alternatives) {
-    std::for_each(options.rbegin(), options.rend(), [&](long option) {
-        std::pair<long, long> const pair(conflict.first, option);
-        if (pair != conflict && !std::binary_search(blocked.begin(), blocked.end(), pair)) {
-            alternatives.add(pair);
-        }
-    });
-}
-
-bool AnyIn(KVCache const& cache, Pairs const& rules) {
-    return std::any_of(rules.begin(), rules.end(),
-                       [&cache](auto const& rule) { return cache.Lookup(rule) >= 0; });
-}
-
-bool AllIn(Pairs const& rules, KVCache const& cache) {
-    for (long position = 0; position < cache.size(); ++position) {
-        if (std::find(rules.begin(), rules.end(), cache.GetKV(position)) == rules.end()) {
-            return false;
+// Whether an option of `key` is ruled out by these partners, which are sorted, each once.
+bool IsBlocked(Partners const& partners, long key, long option) {
+    auto const first =
+        std::lower_bound(partners.begin(), partners.end(),
+                         RulePartner{key, std::numeric_limits<long>::min(), nullptr});
+    for (auto at = first; at != partners.end() && at->key == key && at->list != nullptr; ++at) {
+        if (at->Names(option)) {
+            return true;
         }
     }
-    return true;
+    return std::binary_search(first, partners.end(), RulePartner{key, option, nullptr});
+}
+
+// What could stand in place of a conflict, from the last option back.
+std::vector<long> AlternativesTo(std::pair<long, long> conflict, std::vector<long> const& options,
+                                 Partners const& blocked) {
+    std::vector<long> open;
+    std::copy_if(options.rbegin(), options.rend(), std::back_inserter(open), [&](long option) {
+        return option != conflict.second && !IsBlocked(blocked, conflict.first, option);
+    });
+    return open;
+}
+
+// Whether a pair of the cache is among those that the partner stands for.
+bool NamesAnyOf(RulePartner const& partner, KVCache const& cache) {
+    if (partner.list == nullptr) {
+        return cache.Lookup({partner.key, partner.item}) >= 0;
+    }
+    for (long position = 0; position < cache.size(); ++position) {
+        auto const [key, item] = cache.GetKV(position);
+        if (key == partner.key && partner.Names(item)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace
@@ -85,37 +95,44 @@ _KVErrorSet ConstraintsEngine::Test(KVCache const* delta) const {
     MergedSelection const merged(*mCurrent, *delta);
     for (long position = 0; position < delta->size(); ++position) {
         auto const [key, item] = delta->GetKV(position);
-        Rules const rules(RulesOf(key, item));
-        Pairs blocked;  // a sorted copy of the rules, made for the first conflict
-        for (auto rule = rules->Pairs().rbegin(); rule != rules->Pairs().rend(); ++rule) {
-            if (!merged.Holds(*rule)) {
-                continue;
-            }
-            if (blocked.empty()) {
-                blocked = rules->Pairs();
+        Partners const partners = mForest == nullptr ? Partners() : mForest->GetPartners(key, item);
+        Partners blocked;  // a sorted copy of them, each once, made for the first conflict
+        std::pair<long, long> former(-1, -1);
+        std::vector<long> alternatives;  // to the former conflict; a rule may be written often
+        for (auto partner = partners.rbegin(); partner != partners.rend(); ++partner) {
+            std::pair<long, long> const selected(partner->key, merged.ItemOf(partner->key));
+            long times = partner->Times(selected.second);
+            if (times > 0 && blocked.empty()) {
+                blocked = partners;
                 std::sort(blocked.begin(), blocked.end());
+                blocked.erase(std::unique(blocked.begin(), blocked.end()), blocked.end());
             }
-            errors.conflicts.add(*rule);
-            AddAlternatives(*rule, OptionsOf(rule->first), blocked, errors.alternatives);
+            for (; times > 0; --times) {
+                if (selected != former) {
+                    alternatives = AlternativesTo(selected, OptionsOf(selected.first), blocked);
+                    former = selected;
+                }
+                errors.conflicts.add(selected);
+                for (long const option : alternatives) {
+                    errors.alternatives.add({selected.first, option});
+                }
+            }
         }
     }
     return errors;
 }
 
 bool ConstraintsEngine::HasConflict(std::pair<long, long> pair) const {
-    if (mForest == nullptr || mCurrent == nullptr) {
-        return false;
-    }
-    return mForest->AnyRule(pair.first, pair.second, [this, pair](auto const& rule) {
-        return rule.first == pair.first ? rule == pair : mCurrent->Lookup(rule) >= 0;
-    });
+    return mCurrent != nullptr &&
+           AnyPartner(pair.first, pair.second, [this, pair](RulePartner const& partner) {
+               return partner.Names(partner.key == pair.first ? pair.second
+                                                              : mCurrent->GetItem(partner.key));
+           });
 }
 
-// Never null; the caller deletes it.
-ItemConstraintList* ConstraintsEngine::RulesOf(long key, long item) const {
-    ItemConstraintList* rules =
-        mForest == nullptr ? nullptr : mForest->GetConstraintList(key, item);
-    return rules == nullptr ? new ItemConstraintList(item) : rules;
+template <typename Fits>
+bool ConstraintsEngine::AnyPartner(long key, long item, Fits fits) const {
+    return mForest != nullptr && mForest->AnyPartner(key, item, fits);
 }
 
 std::vector<long> const& ConstraintsEngine::OptionsOf(long key) const {
@@ -211,9 +228,11 @@ void ConstraintsEngine::purge() {
 
 KVCache ConstraintsEngine::ListCurrentConstraints(long key) const {
     KVCache constrained;
+    if (mCurrent == nullptr) {
+        return constrained;
+    }
     for (long option : OptionsOf(key)) {
-        Rules const rules(RulesOf(key, option));
-        if (mCurrent != nullptr && AnyIn(*mCurrent, rules->Pairs())) {
+        if (AnyPartner(key, option, [this](auto const& p) { return NamesAnyOf(p, *mCurrent); })) {
             constrained.add({key, option});
         }
     }
@@ -224,12 +243,24 @@ KVCache ConstraintsEngine::ListScreenedConstraints(KVCache const& screen, bool e
                                                    long key) const {
     KVCache constrained;
     for (long option : OptionsOf(key)) {
-        Rules const rules(RulesOf(key, option));
-        if (AnyIn(screen, rules->Pairs()) && (!exact || AllIn(rules->Pairs(), screen))) {
+        if (AnyPartner(key, option, [&](auto const& p) { return NamesAnyOf(p, screen); }) &&
+            (!exact || HasRulesAgainstAll(key, option, screen))) {
             constrained.Insert(key, option);
         }
     }
     return constrained;
+}
+
+bool ConstraintsEngine::HasRulesAgainstAll(long key, long item, KVCache const& screen) const {
+    for (long position = 0; position < screen.size(); ++position) {
+        auto const [key2, item2] = screen.GetKV(position);
+        if (!AnyPartner(key, item, [key2 = key2, item2 = item2](RulePartner const& partner) {
+                return partner.key == key2 && partner.Names(item2);
+            })) {
+            return false;
+        }
+    }
+    return true;
 }
 
 KVCache ConstraintsEngine::ListBlockingConstraints(long key1, long item1, long key2) const {
@@ -242,16 +273,22 @@ KVCache ConstraintsEngine::ListBlockingConstraints(long key1, long item1, long k
     std::copy_if(options1.begin(), options1.end(), std::inserter(want, want.end()),
                  [item1](long option) { return option >= 0 && option != item1; });
     for (long option2 : OptionsOf(key2)) {
-        Rules const rules(RulesOf(key2, option2));
-        std::set<long> have;
-        for (auto const& [key, option] : rules->Pairs()) {
-            if (key == key1) {
-                have.insert(option);
-            }
-        }
-        if (have == want) {
+        if (OptionsRuledOut(key2, option2, key1) == want) {
             blocking.add({key2, option2});
         }
     }
     return blocking;
+}
+
+std::set<long> ConstraintsEngine::OptionsRuledOut(long key, long item, long key2) const {
+    std::set<long> options;
+    AnyPartner(key, item, [&options, key2](RulePartner const& partner) {
+        if (partner.key == key2 && partner.list == nullptr) {
+            options.insert(partner.item);
+        } else if (partner.key == key2) {
+            options.insert(partner.list->Sorted().begin(), partner.list->Sorted().end());
+        }
+        return false;  // go on: all of them count
+    });
+    return options;
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <queue>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -10,7 +11,6 @@
 #include "constraints/_KVErrorSet.h"
 
 class ConstraintForest;
-class ItemConstraintList;
 class KeyForest;
 
 // Answers what a proposed change of options runs into, and looks for further changes that clear
@@ -59,7 +59,12 @@ class ConstraintsEngine {
     KVCache ListBlockingConstraints(long key1, long item1, long key2) const;
 
   private:
-    ItemConstraintList* RulesOf(long key, long item) const;
+    // Whether `fits` holds for anything that the option has a rule against; takes a RulePartner.
+    template <typename Fits>
+    bool AnyPartner(long key, long item, Fits fits) const;
+    bool HasRulesAgainstAll(long key, long item, KVCache const& screen) const;
+    // The options of key2 that the option has a rule against.
+    std::set<long> OptionsRuledOut(long key, long item, long key2) const;
     std::vector<long> const& OptionsOf(long key) const;
     bool IsLocked(std::pair<long, long> pair) const;
     bool TryAlternatives(KVCache& delta, KVCache& alternatives, bool keepDelta);

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "constraints/UIConstraints.h"
 
-#include <algorithm>
-#include <iterator>
-
 #include "constraints/ConstraintsEngine.h"
 
 namespace {
@@ -50,33 +47,41 @@ void UIConstraints::Resolve() {
     }
     mStrings.Insert(kNone);
     mStrings.Insert(kFalse);
-    for (SpecialConstraint const& rule : mDeferred) {
-        Expand(rule);
+    ListsByKey lists;
+    for (auto const& [key1, option1, key2, option2, requirement] : mDeferred) {
+        long const item1 = ItemMeant(requirement, key1, option1, lists);
+        long const item2 = ItemMeant(requirement, key2, option2, lists);
+        if (item1 != -1 && item2 != -1) {
+            ForestOf(requirement).insert(key1, item1, {key2, item2});
+        }
     }
     mDeferred.clear();
 }
 
-void UIConstraints::Expand(SpecialConstraint const& rule) {
-    ConstraintForest& forest = ForestOf(rule.requirement);
-    std::vector<long> const options1 = OptionsMeant(rule.key1, rule.option1);
-    std::vector<long> const options2 = OptionsMeant(rule.key2, rule.option2);
-    for (long option1 : options1) {
-        for (long option2 : options2) {
-            forest.insert(rule.key1, option1, {rule.key2, option2});
+long UIConstraints::ItemMeant(bool requirement, long key, long option, ListsByKey& lists) {
+    if (option != mStrings.Find(kBlank)) {
+        return option;
+    }
+    auto const [known, isNew] = lists.try_emplace({requirement, key}, -1);
+    if (isNew) {
+        std::vector<std::int32_t> options = OptionsMeant(key);
+        if (!options.empty()) {
+            known->second = ForestOf(requirement).AddOptionList(std::move(options));
         }
     }
+    return known->second;
 }
 
-std::vector<long> UIConstraints::OptionsMeant(long key, long option) const {
-    if (option != mStrings.Find(kBlank)) {
-        return {option};
-    }
-    std::vector<long> options;
+std::vector<std::int32_t> UIConstraints::OptionsMeant(long key) const {
+    std::vector<std::int32_t> options;
     if (std::vector<long> const* items = mKeyForest.GetItems(key)) {
         long const none = mStrings.Find(kNone);
         long const off = mStrings.Find(kFalse);
-        std::copy_if(items->begin(), items->end(), std::back_inserter(options),
-                     [none, off](long item) { return item != none && item != off; });
+        for (long const item : *items) {
+            if (item != none && item != off) {
+                options.push_back(static_cast<std::int32_t>(item));
+            }
+        }
     }
     return options;
 }

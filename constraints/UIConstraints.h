@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
+#include <map>
+#include <utility>
 #include <vector>
 
 #include "constraints/CStringSoup.h"
@@ -40,7 +43,7 @@ class UIConstraints {
     // "False".
     void Add(char const* key1, char const* option1, char const* key2, char const* option2,
              bool requirement);
-    // Writes the rules with an empty option out over the options known by now.
+    // Lets the rules with an empty option stand for the options known by now.
     void Resolve();
     // Makes the option the selected one of its key.
     void UpdateKVCache(char const* key, char const* option);
@@ -63,8 +66,11 @@ class UIConstraints {
   private:
     ConstraintsEngine& Engine();
     ConstraintForest& ForestOf(bool requirement);
-    std::vector<long> OptionsMeant(long key, long option) const;
-    void Expand(SpecialConstraint const& rule);
+    // What stands in a rule for this option, or for all that a blank one means; -1 when a blank one
+    // means none. `lists` has what was found for the keys before, by forest and key.
+    using ListsByKey = std::map<std::pair<bool, long>, long>;
+    long ItemMeant(bool requirement, long key, long option, ListsByKey& lists);
+    std::vector<std::int32_t> OptionsMeant(long key) const;
 
     ConstraintForest mConstraintForest;
     ConstraintForest mRequiresForest;

@@ -15,7 +15,6 @@ class GroupName {
     CFStringRef Translation() const { return mTranslation; }
     char const* TranslationText() const { return mTranslationText.GetCharData(); }
     bool IsVisible() const { return mVisible; }
-    bool IsNamed(char const* keyword) const;  // exact; false without a keyword
 
   private:
     CString mKeyword;

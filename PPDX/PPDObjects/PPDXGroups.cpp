@@ -48,10 +48,7 @@ PPDXGroup* Restored(Settings& settings, long id) {
     return nullptr;
 }
 
-bool Matches(PPDXGroup const& group, char const* keyword, bool exact) {
-    if (exact) {
-        return group == keyword;
-    }
+bool Contains(PPDXGroup const& group, char const* keyword) {
     return group.Keyword() != nullptr && std::strstr(group.Keyword(), keyword) != nullptr;
 }
 
@@ -71,6 +68,9 @@ void PPDXGroups::Add(PPDXGroup* group) {
     if (group == nullptr || !mList.PushBack(group)) {
         return;
     }
+    if (group->Keyword() != nullptr) {
+        mByKeyword.try_emplace(group->Keyword(), group);
+    }
     ++mCount;
     mOrphans += group->IsOrphan() ? 1 : 0;
     mHidden += group->IsVisible() ? 0 : 1;
@@ -80,9 +80,13 @@ PPDXGroup* PPDXGroups::Find(char const* keyword, bool const& exact) const {
     if (keyword == nullptr) {
         return nullptr;
     }
+    if (exact) {
+        auto const found = mByKeyword.find(keyword);
+        return found == mByKeyword.end() ? nullptr : found->second;
+    }
     for (ConstPointerListItr at = mList.Begin(); at != mList.End(); ++at) {
         auto* group = static_cast<PPDXGroup*>(const_cast<void*>(*at));
-        if (Matches(*group, keyword, exact)) {
+        if (Contains(*group, keyword)) {
             return group;
         }
     }

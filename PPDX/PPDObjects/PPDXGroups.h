@@ -2,8 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
+#include <unordered_map>
 
 #include "ZUBUtils/PPDUtils/PointerList.h"
+#include "ZUBUtils/PPDUtils/TextHash.h"
 
 class PPDXGroup;
 class Settings;
@@ -22,7 +25,8 @@ class PPDXGroups {
     // Counts the group by its state at this moment: its parent must be set before.
     void Add(PPDXGroup* group);
     // The first group with this keyword, or whose keyword contains the text when `exact` is false.
-    // Sees every group, and leaves the cursor alone.
+    // Sees every group, and leaves the cursor alone. An exact lookup doesn't depend on the length
+    // of the list; the groups must live then.
     PPDXGroup* Find(char const* keyword, bool const& exact) const;
     // Walk the groups that the display option lets through; null at the end.
     PPDXGroup* First();
@@ -38,6 +42,8 @@ class PPDXGroups {
     PPDXGroup* Displayed();  // from the cursor on
 
     PointerList mList;
+    // The first group of each keyword, which is the group's own.
+    std::unordered_map<std::string_view, PPDXGroup*, TextHash> mByKeyword;
     PointerListItr mCursor;
     std::int32_t mCount = 0;
     std::int32_t mOrphans = 0;

@@ -14,10 +14,7 @@ namespace {
 
 constexpr ArchiveTags::List kRecords = ArchiveTags::kPages;
 
-bool Matches(PPDXProperty const& property, char const* keyword, bool exact) {
-    if (exact) {
-        return property == keyword;
-    }
+bool Contains(PPDXProperty const& property, char const* keyword) {
     return property.Keyword() != nullptr && std::strstr(property.Keyword(), keyword) != nullptr;
 }
 
@@ -34,8 +31,12 @@ PPDXProperties::PPDXProperties(Settings& settings) {
 }
 
 void PPDXProperties::Add(PPDXProperty* property) {
-    if (property != nullptr) {
-        mList.PushBack(property);
+    if (property == nullptr) {
+        return;
+    }
+    PointerListItr const position = mList.InsertBefore(mList.End(), property);
+    if (!position.IsNull() && property->Keyword() != nullptr) {
+        mByKeyword.try_emplace(property->Keyword(), position);
     }
 }
 
@@ -43,8 +44,13 @@ PPDXProperty* PPDXProperties::Find(char const* keyword, bool const& exact) {
     if (keyword == nullptr) {
         return nullptr;
     }
+    if (exact) {
+        auto const found = mByKeyword.find(keyword);
+        mCursor = found == mByKeyword.end() ? mList.End() : found->second;
+        return static_cast<PPDXProperty*>(*mCursor);
+    }
     PPDXProperty* property = First();
-    while (property != nullptr && !Matches(*property, keyword, exact)) {
+    while (property != nullptr && !Contains(*property, keyword)) {
         property = Next();
     }
     return property;

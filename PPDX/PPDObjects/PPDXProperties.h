@@ -2,8 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
+#include <unordered_map>
 
 #include "ZUBUtils/PPDUtils/PointerList.h"
+#include "ZUBUtils/PPDUtils/TextHash.h"
 
 class PPDXProperty;
 class Settings;
@@ -20,7 +23,8 @@ class PPDXProperties {
 
     void Add(PPDXProperty* property);
     // The first page with this keyword, or whose keyword contains the text when `exact` is false.
-    // Moves the cursor.
+    // Moves the cursor to it, or to the end. An exact lookup doesn't depend on the length of the
+    // list; the pages must live then.
     PPDXProperty* Find(char const* keyword, bool const& exact);
     PPDXProperty* First();
     PPDXProperty* Next();
@@ -31,6 +35,8 @@ class PPDXProperties {
 
   private:
     PointerList mList;
+    // Where the first page of each keyword stands; the keyword is the page's own.
+    std::unordered_map<std::string_view, PointerListItr, TextHash> mByKeyword;
     PointerListItr mCursor;
 };
 

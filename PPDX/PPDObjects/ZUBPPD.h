@@ -3,10 +3,12 @@
 
 #include <cstdint>
 #include <string_view>
+#include <unordered_map>
 
 #include "PPDX/PPDObjects/Controls/DisplayOptions.h"
 #include "PPDX/PPDObjects/PPDX.h"
 #include "ZUBUtils/PPDUtils/PointerList.h"
+#include "ZUBUtils/PPDUtils/TextHash.h"
 
 class GroupName;
 class PPDXControl;
@@ -258,6 +260,8 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     CString* mExtensionVersion = nullptr;          // owned
     PointerList mShortcutNames;                    // CString*, owned; emptied after a parse
     PointerList mGroupNames;                       // GroupName*, owned; emptied after a parse
+    // The first of mGroupNames of each keyword.
+    std::unordered_map<std::string_view, GroupName const*, TextHash> mGroupNamesByKeyword;
     bool mCustomPaper = false;
     UIConstraints* mConstraints = nullptr;  // owned
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cstring>
+#include <memory>
 #include <new>
 #include <string_view>
-#include <unordered_set>
 
 #include "PPDX/PPDObjects/Controls/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/GroupName.h"
@@ -138,22 +138,25 @@ PPDXErrorObj* ZUBPPD::AddRollDown(GroupName const& name, char const* parent, boo
 // ---- The pool of group names ----
 
 void ZUBPPD::AddGroupNameToList(char const* keyword, CFStringRef translation, bool visible) {
-    if (mGroups->Find(keyword, true) == nullptr) {
-        mGroupNames.PushBack(new GroupName(keyword, translation, visible));
+    if (mGroups->Find(keyword, true) != nullptr) {
+        return;
+    }
+    auto name = std::make_unique<GroupName>(keyword, translation, visible);
+    if (mGroupNames.PushBack(name.get())) {
+        GroupName const* const added = name.release();
+        if (added->Keyword() != nullptr) {
+            mGroupNamesByKeyword.try_emplace(added->Keyword(), added);
+        }
     }
 }
 
 GroupName const* ZUBPPD::FindGroupNameFromList(char const* keyword) const {
-    for (auto at = mGroupNames.Begin(); at != mGroupNames.End(); ++at) {
-        auto* const name = static_cast<GroupName const*>(*at);
-        if (name->IsNamed(keyword)) {
-            return name;
-        }
-    }
-    return nullptr;
+    auto const found = mGroupNamesByKeyword.find(keyword);
+    return found == mGroupNamesByKeyword.end() ? nullptr : found->second;
 }
 
 void ZUBPPD::ClearGroupNameList() {
+    mGroupNamesByKeyword.clear();
     for (; !mGroupNames.Empty(); mGroupNames.PopBack()) {
         delete static_cast<GroupName*>(mGroupNames.Back());
     }
@@ -181,18 +184,9 @@ void ZUBPPD::CollectOrphanGroups() {
     if (!ParseOrphans()) {
         return;
     }
-    // A file can declare names by the ten thousand: a walk of the groups for each would show.
-    std::unordered_set<std::string_view> known;
-    DisplayOptionsScope const all(kDisplayAll);
-    for (auto* group = mGroups->First(); group != nullptr; group = mGroups->Next()) {
-        if (group->Keyword() != nullptr) {
-            known.insert(group->Keyword());
-        }
-    }
     for (auto at = mGroupNames.Begin(); at != mGroupNames.End(); ++at) {
         auto const& name = *static_cast<GroupName const*>(*at);
-        bool const nameless = name.Keyword() == nullptr || *name.Keyword() == '\0';
-        if (nameless || known.insert(name.Keyword()).second) {
+        if (mGroups->Find(name.Keyword(), true) == nullptr) {
             AddPlainGroup(name);
         }
     }

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
+
+#include "ZUBUtils/PPDUtils/TextHash.h"
 
 class PPDXControl;
 
@@ -19,12 +20,5 @@ class KeywordIndex {
     std::vector<PPDXControl*> const& Find(char const* keyword) const;
 
   private:
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const {
-            return std::hash<std::string_view>()(text);
-        }
-    };
-
-    std::unordered_map<std::string, std::vector<PPDXControl*>, Hash, std::equal_to<>> mControls;
+    std::unordered_map<std::string, std::vector<PPDXControl*>, TextHash, std::equal_to<>> mControls;
 };
