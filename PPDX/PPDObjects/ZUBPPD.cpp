@@ -188,6 +188,9 @@ void ZUBPPD::ParseFile() {
     if (headerError != nullptr) {
         AddError(headerError.release());
     }
+    if (stream.ReadFailed()) {
+        AddError(kFileNotReadable, true);
+    }
 }
 
 void ZUBPPD::ReadLines() {
