@@ -146,8 +146,7 @@ void ControlSettings::ApplyPaperFeed(std::string const& keyword) {
     char const* const chosen = slot->CurrentKeyword();
     bool const isChosen = std::ranges::find(mChosen, slot) != mChosen.end();
     if (isChosen && (chosen == nullptr || keyword != chosen)) {
-        Warn(std::string(kInputSlot) + " doesn't take " + (chosen != nullptr ? Text(chosen) : "") +
-             ": the paper feed " + keyword + " wins");
+        Warn("the paper feed " + keyword + " wins over " + kInputSlot + "=" + Text(chosen));
     }
     slot->SetKeywordSelect(keyword.c_str(), true);
     Note(*slot);

@@ -67,13 +67,14 @@ PPDXGroups::PPDXGroups(Settings& settings) {
     }
 }
 
-void PPDXGroups::Add(PPDXGroup* group) {
+bool PPDXGroups::Add(PPDXGroup* group) {
     if (group == nullptr || !mList.PushBack(group)) {
-        return;
+        return false;
     }
     ++mCount;
     mOrphans += group->IsOrphan() ? 1 : 0;
     mHidden += group->IsVisible() ? 0 : 1;
+    return true;
 }
 
 PPDXGroup* PPDXGroups::Find(char const* keyword, bool const& exact) const {

@@ -33,10 +33,8 @@ PPDXProperties::PPDXProperties(Settings& settings) {
     }
 }
 
-void PPDXProperties::Add(PPDXProperty* property) {
-    if (property != nullptr) {
-        mList.PushBack(property);
-    }
+bool PPDXProperties::Add(PPDXProperty* property) {
+    return property != nullptr && mList.PushBack(property);
 }
 
 PPDXProperty* PPDXProperties::Find(char const* keyword, bool const& exact) {

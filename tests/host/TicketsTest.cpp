@@ -99,7 +99,7 @@ TEST_F(TicketsTest, AChoiceOfTheInputSlotDropsTheKeptPaperFeed) {
     EXPECT_EQ("None", print({"--set", "*InputSlot=None"}, ""));
     EXPECT_EQ("None", print({}, "")) << "and stays dropped";
     EXPECT_EQ("On", print({"--paper-feed", "On", "--set", "*InputSlot=None"},
-                          "*InputSlot doesn't take None: the paper feed On wins"));
+                          "the paper feed On wins over *InputSlot=None"));
     EXPECT_EQ("On", print({"--paper-feed", "Tray9"}, ppd + " has no paper feed Tray9"));
 }
 

@@ -136,6 +136,9 @@ class Case(Dice):
             return call, dialog
         call.set_some(self, dialog.ppd.controls, self.pick((0, 0, 1, 2, 4)),
                       dialog.set_value)
+        if paper_feed is None and any(
+                a.startswith("*InputSlot=") for a in call.arguments):
+            dialog.drop_paper_feed()
         for _ in range(commits if call.status == 0 else 0):
             call.document = document(dialog.commit())
         return call, dialog

@@ -187,6 +187,13 @@ class Dialog:
     def set_value(self, keyword, text):
         return self.ppd.set_value(keyword, text)
 
+    def drop_paper_feed(self):
+        """A choice of the slot counts, not what an earlier run left."""
+        self.paper_feed = b""
+        settings = dict(self.tickets.get(SETTINGS, {}))
+        settings.pop(FEED_KEY, None)
+        self.tickets = {**self.tickets, SETTINGS: settings}
+
     # -- a commit
 
     def add(self, site, data):
