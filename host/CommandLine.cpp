@@ -151,7 +151,8 @@ void DescribeSolve(CLI::App& app, SolveOptions& options) {
 void DescribePrinter(CLI::App& app, PrintOptions& options) {
     AddText(app, "--printer", options.printer, "Printer name")->capture_default_str();
     app.add_option("--make-and-model", options.makeAndModel,
-                   "Make and model; the PPD's *ModelName, else Demo, without it")
+                   "Make and model; without it the PPD's *ModelName, else the tickets file's, "
+                   "else Demo")
         ->check(TextCheck());
     app.add_option("--device-uri", options.deviceURI, "Device URI")
         ->check(URICheck())
@@ -230,6 +231,9 @@ void DescribePrint(CLI::App& app, PrintOptions& options) {
         ->needs(document)
         ->type_name("FILE");
     AddSettings(app, options.settings);
+    app.add_flag("--strict", options.strict,
+                 "Write nothing, with status 1, when a choice isn't taken as it is or stands "
+                 "against another");
     app.add_flag(
         "--pairs", options.pairs,
         "Print the pairs of the job data file as JSON, [{\"site\": 81, \"text\": \"...\"}], "

@@ -1,29 +1,93 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/ControlSettings.h"
 
+#include <algorithm>
+
+#include "PPDX/PPDObjects/Controls/PPDText.h"
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
+#include "ZUBUtils/PPDUtils/PlainText.h"
+#include "constraints/ConstraintsEngine.h"
+#include "constraints/UIConstraints.h"
 #include "host/JsonText.h"
+#include "host/TakenChoice.h"
 #include "platform/CFRef.h"
 
 namespace {
 
-// The colour profile options take, beside what they have, any text that fits.
-bool TakesAsNew(PPDXControl& control, CFStringRef asked) {
+constexpr char kInputSlot[] = "*InputSlot";
+constexpr char kPrintSize[] = "*ZUPrintSize";
+constexpr char kPageSize[] = "*PageSize";
+constexpr char kCustomPrintSize[] = "CustomPrintSize";
+constexpr char kSameAsPageSize[] = "SameAsPageSize";
+
+using Pair = std::pair<long, long>;
+
+// A profile that isn't the PPD's own and would end what it stands in.
+bool IsUnfitProfile(PPDXControl& control, CFStringRef asked, std::string const& text) {
     auto* const popup = dynamic_cast<PPDXPopupControl*>(&control);
-    char text[PPDXPopupControl::kUnknownValueSize];
-    return popup != nullptr && popup->TakesUnknownValues() &&
-           CFStringGetCString(asked, text, sizeof text, kCFStringEncodingUTF8);
+    return popup != nullptr && popup->TakesUnknownValues() && !IsPlainProfileText(text) &&
+           !popup->HasValue(asked);
 }
 
-// A boolean takes any text and a number any number. The others must then stand at what was asked,
-// or at least have moved: some choices also go by a second name.
-bool Took(PPDXControl& control, CFStringRef asked, CFStringRef before, CFStringRef after) {
-    bool const choosy = control.Type() == kPopupType || control.Type() == kSpecialOptionType;
-    return !choosy || CFEqual(after, asked) || !CFEqual(after, before) ||
-           TakesAsNew(control, asked);
+bool HasItem(PPDXPopupControl& popup, char const* keyword) {
+    _PopupItem const* item = popup.FirstItem();
+    while (item != nullptr && !item->HasKeyword(keyword)) {
+        item = popup.NextItem();
+    }
+    return item != nullptr;
+}
+
+// What is selected as the rules see it: while the print size follows the page size, the real size
+// counts where the print size has such an option.
+KVCache RuledSelection(ZUBPPD& ppd, PPDXControl* printSize) {
+    UIConstraints& constraints = *ppd.GetUIConstraints();
+    CStringSoup const& texts = constraints.GetConstraintStrings();
+    KVCache selection = constraints.GetSelection();
+    auto* const popup = dynamic_cast<PPDXPopupControl*>(printSize);
+    if (popup == nullptr || !popup->IsKeywordSelected(kSameAsPageSize)) {
+        return selection;
+    }
+    long const real =
+        ppd.CustomPaper() ? texts.Find(kCustomPrintSize) : selection.GetItem(texts.Find(kPageSize));
+    char const* const size = real < 0 ? nullptr : texts.Find(real);
+    if (HasItem(*popup, size)) {
+        selection.Insert(texts.Find(kPrintSize), real);
+    }
+    return selection;
+}
+
+// The selected pairs that a rule sets against the choice, whichever of the two the rule begins
+// with; those of the choice's own rules first.
+std::vector<Pair> Blockers(UIConstraints& constraints, KVCache const& selection, Pair choice) {
+    ConstraintForest const& rules = constraints.GetConstraintForest();
+    std::vector<Pair> found;
+    auto const add = [&](Pair pair) {
+        if (pair.first != choice.first && std::ranges::find(found, pair) == found.end()) {
+            found.push_back(pair);
+        }
+    };
+    KVCache chosen;
+    chosen.add(choice);
+    ConstraintsEngine const all(&selection, &rules, &constraints.GetKeyForest(), nullptr);
+    KVCache const conflicts = all.Test(&chosen).conflicts;
+    for (long position = 0; position < conflicts.size(); ++position) {
+        add(conflicts.GetKV(position));
+    }
+    ConstraintsEngine const back(&chosen, &rules, &constraints.GetKeyForest(), nullptr);
+    for (long position = 0; position < selection.size(); ++position) {
+        if (back.HasConflict(selection.GetKV(position))) {
+            add(selection.GetKV(position));
+        }
+    }
+    return found;
+}
+
+std::string Text(char const* bytes) {
+    CFRef<CFStringRef> const text(CopyPPDText(bytes));
+    return text ? JsonText::ToUTF8(text) : std::string();
 }
 
 }  // namespace
@@ -40,12 +104,15 @@ Outcome ControlSettings::Apply(std::vector<ControlSetting> const& settings) {
     return Outcome::Done();
 }
 
-Outcome ControlSettings::Apply(ControlSetting const& setting) {
+PPDXControl* ControlSettings::Find(char const* keyword) const {
     DisplayOptionsScope const all(kDisplayAll);
     CNTL_TYPE type = kControlType;
     PPDXControls* const controls = mPPD.GetControls();
-    PPDXControl* const control =
-        controls == nullptr ? nullptr : controls->Find(setting.keyword.c_str(), type, true);
+    return controls == nullptr ? nullptr : controls->Find(keyword, type, true);
+}
+
+Outcome ControlSettings::Apply(ControlSetting const& setting) {
+    PPDXControl* const control = Find(setting.keyword.c_str());
     if (control == nullptr) {
         return Outcome::Failed(mFile + " has no control " + setting.keyword);
     }
@@ -56,12 +123,67 @@ Outcome ControlSettings::Apply(ControlSetting const& setting) {
 void ControlSettings::Set(PPDXControl& control, ControlSetting const& setting) {
     CFRef<CFStringRef> const asked = JsonText::FromUTF8(setting.value);
     CFRef<CFStringRef> const before(control.CopyCurrentControlValueString());
-    control.SetCurrentControlWithCFString(asked);
-    CFRef<CFStringRef> const after(control.CopyCurrentControlValueString());
-    if (!Took(control, asked, before, after)) {
-        mErr << "zubprint: warning: " << setting.keyword << " doesn't take " << setting.value
-             << (after ? " and stays at " + JsonText::ToUTF8(after)
-                       : std::string(" and stays unset"))
-             << '\n';
+    Note(control);
+    if (!IsUnfitProfile(control, asked, setting.value)) {
+        control.SetCurrentControlWithCFString(asked);
+        if (StandsAt(control, setting.value)) {
+            return;
+        }
     }
+    CFRef<CFStringRef> const after(control.CopyCurrentControlValueString());
+    bool const stays = !after || !before || CFEqual(after, before);
+    Warn(setting.keyword + " doesn't take " + setting.value + " and " +
+         (stays ? "stays " : "is now ") + (stays && after ? "at " : "") +
+         (after ? JsonText::ToUTF8(after) : std::string("unset")));
+}
+
+void ControlSettings::ApplyPaperFeed(std::string const& keyword) {
+    auto* const slot = dynamic_cast<PPDXPopupControl*>(Find(kInputSlot));
+    if (slot == nullptr || !HasItem(*slot, keyword.c_str())) {
+        Warn(mFile + " has no paper feed " + keyword);
+        return;
+    }
+    char const* const chosen = slot->CurrentKeyword();
+    bool const isChosen = std::ranges::find(mChosen, slot) != mChosen.end();
+    if (isChosen && (chosen == nullptr || keyword != chosen)) {
+        Warn("the paper feed " + keyword + " wins over " + kInputSlot + "=" + Text(chosen));
+    }
+    slot->SetKeywordSelect(keyword.c_str(), true);
+    Note(*slot);
+}
+
+void ControlSettings::CheckRules() {
+    if (mPPD.GetUIConstraints() == nullptr || mChosen.empty()) {
+        return;
+    }
+    UIConstraints& constraints = *mPPD.GetUIConstraints();
+    CStringSoup const& texts = constraints.GetConstraintStrings();
+    KVCache const selection = RuledSelection(mPPD, Find(kPrintSize));
+    for (PPDXControl* const control : mChosen) {
+        long const key = texts.Find(control->Keyword());
+        long const option = selection.GetItem(key);
+        if (option < 0) {
+            continue;
+        }
+        std::string blockers;
+        for (auto const& [otherKey, other] : Blockers(constraints, selection, {key, option})) {
+            blockers += (blockers.empty() ? "" : ", ") + Text(texts.Find(otherKey)) + "=" +
+                        Text(texts.Find(other));
+        }
+        if (!blockers.empty()) {
+            Warn(Text(control->Keyword()) + "=" + Text(texts.Find(option)) + " stands against " +
+                 blockers);
+        }
+    }
+}
+
+void ControlSettings::Note(PPDXControl& control) {
+    if (std::ranges::find(mChosen, &control) == mChosen.end()) {
+        mChosen.push_back(&control);
+    }
+}
+
+void ControlSettings::Warn(std::string const& text) {
+    ++mWarnings;
+    mErr << Outcome::Warning(text);
 }

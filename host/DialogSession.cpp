@@ -39,7 +39,8 @@ DialogSession::~DialogSession() {
     gCommonPresetsPath = mFormerPresets;
 }
 
-Outcome DialogSession::Start(PrintOptions const& options, std::string const& makeAndModel,
+Outcome DialogSession::Start(PrintOptions const& options,
+                             std::optional<std::string> const& makeAndModel,
                              TicketFile const& kept) {
     SetCurrentProcessName(options.processName.c_str());
     SetMainBundleIdentifier(JsonText::FromUTF8(options.bundleID));
@@ -112,6 +113,14 @@ Outcome DialogSession::Initialize(std::string const& ppd) {
 
 ZUBPPD* DialogSession::PPD() const {
     return gPDEData == nullptr ? nullptr : gPDEData->GetPPD();
+}
+
+std::string DialogSession::PaperFeed() const {
+    if (gPDEData == nullptr) {
+        return {};
+    }
+    gPDEData->GetPrimaryPaperFeedFromOS();
+    return gPDEData->PaperFeed();
 }
 
 // A commit with a PPD has something to write, whatever the choices. That it was written shows in

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "host/LoadedPlugIn.h"
@@ -22,10 +23,12 @@ class DialogSession {
     ~DialogSession();
 
     // From the loading of the bundle to Initialize. Called once.
-    Outcome Start(PrintOptions const& options, std::string const& makeAndModel,
+    Outcome Start(PrintOptions const& options, std::optional<std::string> const& makeAndModel,
                   TicketFile const& kept);
     // The PPD whose controls the user sets; borrowed, null before Start and after a failed Commit.
     ZUBPPD* PPD() const;
+    // The paper source that the first Commit will take from the tickets, a keyword; empty for none.
+    std::string PaperFeed() const;
     Outcome Commit();
     Outcome KeepTickets(TicketFile& file) const { return mSession.Keep(file); }
     // The file that the last Commit wrote; empty if it wrote none.

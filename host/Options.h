@@ -55,9 +55,11 @@ struct PageLayout {
 struct PrintOptions {
     std::string ppd;
     std::vector<ControlSetting> settings;  // made after Initialize, in this order
+    bool strict = false;  // a choice that is warned of ends the run before anything is written
     bool pairs = false;
     std::string printer = "Demo";
-    std::optional<std::string> makeAndModel;  // none: the PPD's *ModelName, else "Demo"
+    // None: the PPD's *ModelName, else what the tickets file has, else "Demo".
+    std::optional<std::string> makeAndModel;
     std::string deviceURI = "ipp://localhost/printers/Demo";
     std::string processName = "zubprint";
     std::string bundleID = "com.zub.print";

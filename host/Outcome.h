@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -15,12 +14,19 @@ struct [[nodiscard]] Outcome {
 
     bool Ok() const { return status == ExitStatus::kDone; }
 
-    // The one line of standard error that tells of a failure.
+    // The one line of standard error that tells of a failure. Line ends in it become blanks, and
+    // what else a terminal might obey question marks.
     static std::string Line(std::string text) {
-        std::replace_if(
-            text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+        for (char& byte : text) {
+            if (byte == '\n' || byte == '\r') {
+                byte = ' ';
+            } else if (static_cast<unsigned char>(byte) < ' ' || byte == '\x7F') {
+                byte = '?';
+            }
+        }
         return "zubprint: " + text + '\n';
     }
+    static std::string Warning(std::string const& text) { return Line("warning: " + text); }
 
     static Outcome Done() { return {}; }
     static Outcome Failed(std::string text) { return {ExitStatus::kFailed, std::move(text)}; }

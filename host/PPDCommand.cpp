@@ -30,10 +30,11 @@ Outcome PPDCommand::Run() {
     if (!mAnyPPD && !ppd->IsValidPPD()) {
         return Outcome::NotOurs(mReadOptions.ppd + " isn't a PPD of the extension, or is broken");
     }
-    Outcome outcome =
-        ControlSettings(ppd.Get(), mReadOptions.ppd, mErr).Apply(mReadOptions.settings);
+    ControlSettings settings(ppd.Get(), mReadOptions.ppd, mErr);
+    Outcome outcome = settings.Apply(mReadOptions.settings);
     Json answer;
     if (outcome.Ok()) {
+        settings.CheckRules();
         outcome = Answer(ppd.Get(), answer);
     }
     if (outcome.Ok()) {

@@ -38,21 +38,22 @@ Outcome PrintCommand::Run() {
     return outcome;
 }
 
-std::string PrintCommand::MakeAndModel() const {
+// What the command line tells, which the PPD's name is part of.
+std::optional<std::string> PrintCommand::MakeAndModel() const {
     if (mOptions.makeAndModel) {
-        return *mOptions.makeAndModel;
+        return mOptions.makeAndModel;
     }
     ParsedPPD const ppd(mOptions.ppd, kParseAll, {});
     char const* const model = ppd->ModelName();
     TextConverter* const converter = ppd->GetTextConverter();
     if (model == nullptr) {
-        return "Demo";
+        return std::nullopt;
     }
     CFRef<CFStringRef> const text(
         converter != nullptr
             ? converter->ConvertToCFString(model, 0)
             : CFStringCreateWithCString(nullptr, model, kCFStringEncodingMacRoman));
-    return text ? JsonText::ToUTF8(text) : "Demo";
+    return text ? std::optional(JsonText::ToUTF8(text)) : std::nullopt;
 }
 
 // The dialog is over when this returns.
@@ -63,10 +64,16 @@ Outcome PrintCommand::RunDialog(std::string& path) {
             return outcome;
         }
     }
+    if (mOptions.strict) {
+        if (Outcome outcome = TryChoices(tickets); !outcome.Ok()) {
+            return outcome;
+        }
+    }
     DialogSession dialog;
     Outcome outcome = dialog.Start(mOptions, MakeAndModel(), tickets);
     if (outcome.Ok()) {
-        outcome = MakeChoices(dialog);
+        std::size_t warnings = 0;
+        outcome = MakeChoices(dialog, warnings);
     }
     for (int commit = 0; outcome.Ok() && commit < mOptions.commits; ++commit) {
         outcome = dialog.Commit();
@@ -79,7 +86,25 @@ Outcome PrintCommand::RunDialog(std::string& path) {
     return outcome;
 }
 
-Outcome PrintCommand::MakeChoices(DialogSession& dialog) {
+// A dialog writes the printer's record before it opens, and choices stand on what it restores: so
+// they are tried in one that leaves the records alone.
+Outcome PrintCommand::TryChoices(TicketFile const& tickets) {
+    PrintOptions options = mOptions;
+    options.address.reset();
+    options.noAddress = false;
+    DialogSession dialog;
+    std::size_t warnings = 0;
+    Outcome outcome = dialog.Start(options, MakeAndModel(), tickets);
+    if (outcome.Ok()) {
+        outcome = MakeChoices(dialog, warnings);
+    }
+    return outcome.Ok() && warnings > 0
+               ? Outcome::Failed(std::to_string(warnings) + " warnings for " + mOptions.ppd +
+                                 ", nothing is written")
+               : outcome;
+}
+
+Outcome PrintCommand::MakeChoices(DialogSession& dialog, std::size_t& warnings) {
     ZUBPPD* const ppd = dialog.PPD();
     if (ppd == nullptr) {
         return Outcome::Failed("the plug-in holds no PPD for " + mOptions.ppd);
@@ -87,7 +112,14 @@ Outcome PrintCommand::MakeChoices(DialogSession& dialog) {
     if (mOptions.customPaper) {
         ppd->SetCustomPaper(true);
     }
-    return ControlSettings(*ppd, mOptions.ppd, mErr).Apply(mOptions.settings);
+    ControlSettings settings(*ppd, mOptions.ppd, mErr);
+    Outcome outcome = settings.Apply(mOptions.settings);
+    if (std::string const feed = dialog.PaperFeed(); outcome.Ok() && !feed.empty()) {
+        settings.ApplyPaperFeed(feed);
+    }
+    settings.CheckRules();
+    warnings = settings.Warnings();
+    return outcome;
 }
 
 void PrintCommand::Report(std::string const& path, JobDataFile const& job) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <ostream>
 #include <string>
 
@@ -9,6 +11,7 @@
 
 class DialogSession;
 class JobDataFile;
+class TicketFile;
 
 // `zubprint print`: runs one dialog and prints what its last commit wrote.
 class PrintCommand {
@@ -19,9 +22,10 @@ class PrintCommand {
     Outcome Run();
 
   private:
-    std::string MakeAndModel() const;
+    std::optional<std::string> MakeAndModel() const;
     Outcome RunDialog(std::string& path);
-    Outcome MakeChoices(DialogSession& dialog);
+    Outcome TryChoices(TicketFile const& tickets);
+    Outcome MakeChoices(DialogSession& dialog, std::size_t& warnings);
     void Report(std::string const& path, JobDataFile const& job);
 
     PrintOptions const& mOptions;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/PrintSession.h"
 
-#include <optional>
+#include <algorithm>
 #include <utility>
 
 #include "VelonFeatures/Project/Core/TicketKeys.h"
@@ -65,8 +65,8 @@ PrintSession::~PrintSession() {
     }
 }
 
-Outcome PrintSession::Open(PrintOptions const& options, std::string const& makeAndModel,
-                           TicketFile const& kept) {
+Outcome PrintSession::Open(PrintOptions const& options,
+                           std::optional<std::string> const& makeAndModel, TicketFile const& kept) {
     OSStatus status = PMCreateSession(&mSession);
     if (status == noErr) {
         status = OpenPrinter(options);
@@ -151,12 +151,16 @@ OSStatus PrintSession::FillPrintSettings(PrintOptions const& options) {
         CFArrayAppendValue(feed, JsonText::FromUTF8(*options.paperFeed));
         CFArrayAppendValue(feed, JsonText::FromUTF8(*options.paperFeed));
         settings.Set(kPrimaryPaperFeedKey, feed.Get());
+    } else if (std::ranges::any_of(options.settings, [](ControlSetting const& setting) {
+                   return setting.keyword == "*InputSlot";
+               })) {
+        settings.Remove(kPrimaryPaperFeedKey);
     }
     return settings.Status();
 }
 
 OSStatus PrintSession::FillPrinterInfo(PrintOptions const& options,
-                                       std::string const& makeAndModel) {
+                                       std::optional<std::string> const& makeAndModel) {
     TicketWriter info(mPrinterInfo);
     if (!options.compiledPPD) {
         info.Remove(kCompiledPPDKey);
@@ -164,7 +168,7 @@ OSStatus PrintSession::FillPrinterInfo(PrintOptions const& options,
         // That the item is there tells of a PPD printer; nobody reads what it holds.
         info.Text(kCompiledPPDKey, "");
     }
-    info.Text(kMakeAndModelNameKey, options.makeAndModel, makeAndModel.c_str());
+    info.Text(kMakeAndModelNameKey, makeAndModel, "Demo");
     return info.Status();
 }
 

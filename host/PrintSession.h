@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "host/Options.h"
@@ -17,9 +18,9 @@ class PrintSession {
     PrintSession& operator=(PrintSession const&) = delete;
     ~PrintSession();
 
-    // Called once. The tickets start with what `kept` has. `makeAndModel` is the printer's where
-    // neither the options nor the kept tickets tell.
-    Outcome Open(PrintOptions const& options, std::string const& makeAndModel,
+    // Called once. The tickets start with what `kept` has. `makeAndModel` is what is known of the
+    // printer, the kept tickets' where nothing is. A choice of *InputSlot drops a kept paper feed.
+    Outcome Open(PrintOptions const& options, std::optional<std::string> const& makeAndModel,
                  TicketFile const& kept);
     // Keeps the tickets as they are now.
     Outcome Keep(TicketFile& file) const;
@@ -32,7 +33,8 @@ class PrintSession {
     OSStatus OpenPrinter(PrintOptions const& options);
     OSStatus MakeTickets(TicketFile const& kept);
     OSStatus FillPrintSettings(PrintOptions const& options);
-    OSStatus FillPrinterInfo(PrintOptions const& options, std::string const& makeAndModel);
+    OSStatus FillPrinterInfo(PrintOptions const& options,
+                             std::optional<std::string> const& makeAndModel);
     OSStatus FillPageFormat(PrintOptions const& options);
 
     PMPrintSession mSession = nullptr;  // owned, as the tickets

@@ -32,9 +32,10 @@ Json Names(PPDXElement& element) {
             {"name", JsonText::Text(element.CFStringUserName())}};
 }
 
-// Null for an orphan.
+// Null for an orphan, and where a parent is known by a name that leads nowhere.
 Json Parent(PPDXElement& element) {
-    return element.IsOrphan() ? Json() : JsonText::Bytes(element.GetParent()->Keyword());
+    PPDXElement const* const parent = element.GetParent();
+    return parent == nullptr ? Json() : JsonText::Bytes(parent->Keyword());
 }
 
 Json Flags(PPDXControl& control) {

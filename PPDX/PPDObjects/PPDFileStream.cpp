@@ -36,6 +36,7 @@ void PPDFileStream::Setup() {
     unsigned long size = mBuffer.size();
     OSErr const error = mFile->dataForkRead(mBuffer.data(), &size);
     bool const read = error == noErr || error == eofErr;
+    mReadFailed |= !read;
     PPDStream::Setup(mBuffer.data(), read ? static_cast<long>(size) : 0);
 }
 

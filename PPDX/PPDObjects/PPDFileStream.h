@@ -21,6 +21,9 @@ class PPDFileStream : public PPDStream {
     PPDFileStream& operator=(PPDFileStream const&) = delete;
     ~PPDFileStream() override;
 
+    // Whether the file couldn't be read to its end: what was delivered isn't all of it.
+    bool ReadFailed() const { return mReadFailed; }
+
     // As in PPDStream, over the borders of chunks. A last line without a line end isn't delivered.
     bool GetLine(char* line) override;
 
@@ -30,6 +33,7 @@ class PPDFileStream : public PPDStream {
 
     std::vector<char> mBuffer;
     bool mChunked;
-    PPDFile* mFile;             // not owned
+    PPDFile* mFile;  // not owned
+    bool mReadFailed = false;
     bool mLineFeedDue = false;  // the chunk ended in a carriage return that ended a line
 };

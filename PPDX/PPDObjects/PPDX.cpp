@@ -5,6 +5,7 @@
 #include <cstring>
 #include <new>
 #include <string_view>
+#include <utility>
 
 #include "PPDX/PPDObjects/Controls/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/PPDDelimiters.h"
@@ -202,9 +203,7 @@ char const* PPDLanguageEncoding(PPDX* ppd) {
 }
 
 void PPDX::AddError(PPDXErrorObj* error) {
-    if (mErrors != nullptr) {
-        mErrors->Add(error);
-    } else {
+    if (mErrors == nullptr || !mErrors->Add(error)) {
         delete error;
     }
 }
@@ -314,7 +313,7 @@ void PPDX::StoreLanguageText(PPDStream& line, CString*& field) {
 
 void PPDX::RenewTextConverter() {
     if (mLanguageVersion != nullptr && mLanguageEncoding != nullptr) {
-        delete mTextConverter;
+        delete std::exchange(mTextConverter, nullptr);
         mTextConverter = new (std::nothrow) TextConverter(this);
     }
 }

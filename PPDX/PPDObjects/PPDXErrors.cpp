@@ -3,10 +3,8 @@
 
 #include "PPDX/PPDObjects/Controls/PPDXErrorObj.h"
 
-void PPDXErrors::Add(PPDXErrorObj* error) {
-    if (error != nullptr) {
-        mList.PushBack(error);
-    }
+bool PPDXErrors::Add(PPDXErrorObj* error) {
+    return error != nullptr && mList.PushBack(error);
 }
 
 PPDXErrorObj* PPDXErrors::First() {

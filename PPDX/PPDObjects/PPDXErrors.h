@@ -15,7 +15,7 @@ class PPDXErrors {
     PPDXErrors& operator=(PPDXErrors const&) = delete;
     virtual ~PPDXErrors() = default;
 
-    void Add(PPDXErrorObj* error);
+    bool Add(PPDXErrorObj* error);  // false, and nothing added, for null and without memory
     PPDXErrorObj* First();
     PPDXErrorObj* Next();
     std::int32_t Count() const;

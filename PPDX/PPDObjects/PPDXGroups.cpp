@@ -64,16 +64,23 @@ PPDXGroups::PPDXGroups(Settings& settings) {
     }
 }
 
-void PPDXGroups::Add(PPDXGroup* group) {
-    if (group == nullptr || !mList.PushBack(group)) {
-        return;
+bool PPDXGroups::Add(PPDXGroup* group) {
+    if (group == nullptr) {
+        return false;
     }
-    if (group->Keyword() != nullptr) {
-        mByKeyword.try_emplace(group->Keyword(), group);
+    // The index comes first: where it throws, the caller still has the group to itself.
+    char const* const keyword = group->Keyword();
+    bool const isFirst = keyword != nullptr && mByKeyword.try_emplace(keyword, group).second;
+    if (!mList.PushBack(group)) {
+        if (isFirst) {
+            mByKeyword.erase(keyword);
+        }
+        return false;
     }
     ++mCount;
     mOrphans += group->IsOrphan() ? 1 : 0;
     mHidden += group->IsVisible() ? 0 : 1;
+    return true;
 }
 
 PPDXGroup* PPDXGroups::Find(char const* keyword, bool const& exact) const {

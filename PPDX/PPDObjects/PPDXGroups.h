@@ -23,7 +23,7 @@ class PPDXGroups {
     virtual ~PPDXGroups() = default;
 
     // Counts the group by its state at this moment: its parent must be set before.
-    void Add(PPDXGroup* group);
+    bool Add(PPDXGroup* group);  // false, and nothing added, for null and without memory
     // The first group with this keyword, or whose keyword contains the text when `exact` is false.
     // Sees every group, and leaves the cursor alone. An exact lookup doesn't depend on the length
     // of the list; the groups must live then.

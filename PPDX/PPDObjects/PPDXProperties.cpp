@@ -30,14 +30,20 @@ PPDXProperties::PPDXProperties(Settings& settings) {
     }
 }
 
-void PPDXProperties::Add(PPDXProperty* property) {
+bool PPDXProperties::Add(PPDXProperty* property) {
     if (property == nullptr) {
-        return;
+        return false;
     }
+    // The index comes first: where it throws, the caller still has the page to itself.
+    char const* const keyword = property->Keyword();
+    bool const isFirst = keyword != nullptr && mByKeyword.try_emplace(keyword).second;
     PointerListItr const position = mList.InsertBefore(mList.End(), property);
-    if (!position.IsNull() && property->Keyword() != nullptr) {
-        mByKeyword.try_emplace(property->Keyword(), position);
+    if (isFirst && position.IsNull()) {
+        mByKeyword.erase(keyword);
+    } else if (isFirst) {
+        mByKeyword[keyword] = position;
     }
+    return !position.IsNull();
 }
 
 PPDXProperty* PPDXProperties::Find(char const* keyword, bool const& exact) {

@@ -21,7 +21,7 @@ class PPDXProperties {
     PPDXProperties& operator=(PPDXProperties const&) = delete;
     virtual ~PPDXProperties() = default;
 
-    void Add(PPDXProperty* property);
+    bool Add(PPDXProperty* property);  // false, and nothing added, for null and without memory
     // The first page with this keyword, or whose keyword contains the text when `exact` is false.
     // Moves the cursor to it, or to the end. An exact lookup doesn't depend on the length of the
     // list; the pages must live then.

@@ -10,6 +10,7 @@
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/Controls/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/Controls/PPDXShortcuts.h"
+#include "PPDX/PPDObjects/OwnedBy.h"
 #include "PPDX/PPDObjects/PPDDelimiters.h"
 #include "PPDX/PPDObjects/PPDFile.h"
 #include "PPDX/PPDObjects/PPDFileStream.h"
@@ -129,14 +130,31 @@ void ZUBPPD::Build() {
     if (!IsValidPrinterName()) {
         return;
     }
-    mConstraints = new (std::nothrow) UIConstraints;
-    mProperties = new (std::nothrow) PPDXProperties;
-    mGroups = new (std::nothrow) PPDXGroups;
-    mControls = new (std::nothrow) PPDXControls;
-    if (mFile == nullptr) {
-        return;
+    // The destructor doesn't run for an object whose constructor throws.
+    try {
+        mConstraints = new (std::nothrow) UIConstraints;
+        mProperties = new (std::nothrow) PPDXProperties;
+        mGroups = new (std::nothrow) PPDXGroups;
+        mControls = new (std::nothrow) PPDXControls;
+        if (mFile != nullptr) {
+            Parse();
+            AddErrorsOfEmptyLists();
+        }
+    } catch (std::bad_alloc const&) {
+        RefuseForLackOfMemory();
     }
-    Parse();
+}
+
+void ZUBPPD::RefuseForLackOfMemory() {
+    mHeaderAccepted = false;
+    try {
+        AddError(kOutOfMemory, true);
+    } catch (std::bad_alloc const&) {
+        // That the header isn't accepted says it too.
+    }
+}
+
+void ZUBPPD::AddErrorsOfEmptyLists() {
     if (mProperties != nullptr && mProperties->Empty()) {
         AddError(kNoPages, false);
     }
@@ -164,7 +182,7 @@ void ZUBPPD::Parse() {
     try {
         ParseFile();
     } catch (std::bad_alloc const&) {
-        AddError(kOutOfMemory, true);
+        RefuseForLackOfMemory();
     }
     mCurrentStream = nullptr;
 }
@@ -187,6 +205,9 @@ void ZUBPPD::ParseFile() {
     SettleForwardReferences();
     if (headerError != nullptr) {
         AddError(headerError.release());
+    }
+    if (stream.ReadFailed()) {
+        AddError(kFileNotReadable, true);
     }
 }
 
@@ -308,10 +329,8 @@ PPDXErrorObj* ZUBPPD::ParseOpenGroup(PPDStream& line) {
     if (!translation) {
         return new PPDXErrorObj(kGroupWithoutName, kInstallableOptions, false);
     }
-    mInstallableRollDown = new (std::nothrow) PPDXRollDown(kInstallableOptions, translation, true);
-    if (mInstallableRollDown != nullptr) {
-        mGroups->Add(mInstallableRollDown);
-    }
+    mInstallableRollDown =
+        AddOwned(*mGroups, std::make_unique<PPDXRollDown>(kInstallableOptions, translation, true));
     return nullptr;
 }
 

@@ -184,6 +184,8 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     void BuildFromSettings(Settings& settings);
     bool SaveTree(Settings& settings);
     void RebuildTree(Settings& settings);
+    void AddErrorsOfEmptyLists();
+    void RefuseForLackOfMemory();
     void ParseFile();
     void ReadLines();
     bool ReadLine(char* text);  // the file's next line; false at its end, and outside of a parse

@@ -69,7 +69,7 @@ void ZUBPPD::BuildFromSettings(Settings& settings) {
         // The archive came from a file that passed.
         mHeaderAccepted = true;
     } catch (std::bad_alloc const&) {
-        AddError(kOutOfMemory, true);
+        RefuseForLackOfMemory();
     }
 }
 

@@ -6,6 +6,7 @@
 #include <memory>
 #include <new>
 #include <string_view>
+#include <utility>
 
 #include "PPDX/PPDObjects/CodeBlock.h"
 #include "PPDX/PPDObjects/Controls/PPDXBooleanControl.h"
@@ -13,6 +14,7 @@
 #include "PPDX/PPDObjects/Controls/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/Controls/PopupItem.h"
+#include "PPDX/PPDObjects/OwnedBy.h"
 #include "PPDX/PPDObjects/PPDDelimiters.h"
 #include "PPDX/PPDObjects/PPDStream.h"
 #include "PPDX/PPDObjects/PPDXErrorCode.h"
@@ -106,7 +108,7 @@ PPDXErrorObj* ZUBPPD::ParseControl(PPDStream& line) {
     FlagWords flags;
     for (char word[kTextSize]; NextToken(line, word, kWordDelimiters, true);) {
         if (word[0] != '\0') {
-            flags.words.PushBack(new CString(word));
+            PushOwned(flags.words, std::make_unique<CString>(word));
         }
     }
     return ParseFlaggedBlock(keyword, flags.words);
@@ -369,9 +371,10 @@ ZUBPPD::HeadResult ZUBPPD::TakePopupOption(PPDStream& line, char const* head, Po
     item->mLocalName = option.hasTranslation ? CopyTranslation(option.translation) : nullptr;
     item->mPSLength = static_cast<std::int32_t>(option.code.size);
     item->mPSCode = option.code.bytes.release();
-    if (block.items.PushBack(item.get())) {
-        static_cast<void>(item.release());
+    if (item->Keyword() == nullptr) {
+        throw std::bad_alloc();
     }
+    PushOwned(block.items, std::move(item));
     return HeadResult::kTaken;
 }
 
@@ -457,19 +460,21 @@ void ZUBPPD::SetupControl(PPDXGroup* group, PPDXControl* control, bool warn) {
     if (control == nullptr) {
         return;
     }
+    std::unique_ptr<PPDXControl> owned(control);
     if (group == nullptr && mInsideInstallableOptions) {
         group = mInstallableRollDown;
     }
     auto* const rollDown = dynamic_cast<PPDXRollDown*>(group);
-    if (rollDown != nullptr) {
-        if (rollDown->Controls() != nullptr) {
-            control->SetParent(rollDown);
-            rollDown->Controls()->Add(control);
-        }
-    } else if (warn && (group != nullptr || ParseOrphans())) {
+    PPDXControls* const siblings = rollDown != nullptr ? rollDown->Controls() : nullptr;
+    if (siblings != nullptr) {
+        control->SetParent(rollDown);
+    } else if (rollDown == nullptr && warn && (group != nullptr || ParseOrphans())) {
         AddError(kControlWithoutRollDown, control->Keyword(), false);
     }
-    mControls->Add(control);
+    AddOwned(*mControls, std::move(owned));
+    if (siblings != nullptr && !siblings->Add(control)) {
+        throw std::bad_alloc();
+    }
 }
 
 void ZUBPPD::ClearStringList(PointerList& strings) {

@@ -3,9 +3,11 @@
 #include <memory>
 #include <new>
 #include <string_view>
+#include <utility>
 
 #include "PPDX/PPDObjects/Controls/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/GroupName.h"
+#include "PPDX/PPDObjects/OwnedBy.h"
 #include "PPDX/PPDObjects/PPDDelimiters.h"
 #include "PPDX/PPDObjects/PPDStream.h"
 #include "PPDX/PPDObjects/PPDXErrorCode.h"
@@ -49,8 +51,8 @@ PPDXErrorObj* ZUBPPD::ParsePropertyPage(PPDStream& line) {
     if (!localName) {
         return new PPDXErrorObj(kPageWithoutName, false);
     }
-    mProperties->Add(new (std::nothrow) PPDXProperty(name, localName, visible,
-                                                     showInPrintProperties, showInApplication));
+    AddOwned(*mProperties, std::make_unique<PPDXProperty>(
+                               name, localName, visible, showInPrintProperties, showInApplication));
     return nullptr;
 }
 
@@ -110,13 +112,9 @@ PPDXErrorObj* ZUBPPD::AddScrollPane(GroupName const& name, char const* parent, b
     if (page == nullptr) {
         return new PPDXErrorObj(kUnknownParent, parent, false);
     }
-    auto* const pane =
-        new (std::nothrow) PPDXScrollPane(name.Keyword(), name.Translation(), visible);
-    if (pane != nullptr) {
-        pane->SetParent(page);
-        page->SetScrollDown(pane);
-        mGroups->Add(pane);
-    }
+    auto pane = std::make_unique<PPDXScrollPane>(name.Keyword(), name.Translation(), visible);
+    pane->SetParent(page);
+    page->SetScrollDown(AddOwned(*mGroups, std::move(pane)));
     return nullptr;
 }
 
@@ -125,12 +123,10 @@ PPDXErrorObj* ZUBPPD::AddRollDown(GroupName const& name, char const* parent, boo
     if (pane == nullptr) {
         return new PPDXErrorObj(kUnknownParent, parent, false);
     }
-    auto* const rollDown =
-        new (std::nothrow) PPDXRollDown(name.Keyword(), name.Translation(), visible);
-    if (rollDown != nullptr) {
-        rollDown->SetParent(pane);
-        pane->RollDowns()->Add(rollDown);
-        mGroups->Add(rollDown);
+    auto rollDown = std::make_unique<PPDXRollDown>(name.Keyword(), name.Translation(), visible);
+    rollDown->SetParent(pane);
+    if (!pane->RollDowns()->Add(AddOwned(*mGroups, std::move(rollDown)))) {
+        throw std::bad_alloc();
     }
     return nullptr;
 }
@@ -141,12 +137,10 @@ void ZUBPPD::AddGroupNameToList(char const* keyword, CFStringRef translation, bo
     if (mGroups->Find(keyword, true) != nullptr) {
         return;
     }
-    auto name = std::make_unique<GroupName>(keyword, translation, visible);
-    if (mGroupNames.PushBack(name.get())) {
-        GroupName const* const added = name.release();
-        if (added->Keyword() != nullptr) {
-            mGroupNamesByKeyword.try_emplace(added->Keyword(), added);
-        }
+    GroupName const* const added =
+        PushOwned(mGroupNames, std::make_unique<GroupName>(keyword, translation, visible));
+    if (added->Keyword() != nullptr) {
+        mGroupNamesByKeyword.try_emplace(added->Keyword(), added);
     }
 }
 
@@ -172,12 +166,8 @@ PPDXGroup* ZUBPPD::FindAndCreateParent(char const* name) {
 }
 
 PPDXGroup* ZUBPPD::AddPlainGroup(GroupName const& name) {
-    auto* const group =
-        new (std::nothrow) PPDXGroup(name.Keyword(), name.Translation(), name.IsVisible());
-    if (group != nullptr) {
-        mGroups->Add(group);
-    }
-    return group;
+    return AddOwned(*mGroups, std::make_unique<PPDXGroup>(name.Keyword(), name.Translation(),
+                                                          name.IsVisible()));
 }
 
 void ZUBPPD::CollectOrphanGroups() {

@@ -17,6 +17,7 @@
 #include "PPDX/PPDObjects/Controls/PPDXRangeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXShortcuts.h"
 #include "PPDX/PPDObjects/Controls/PPDXSpecialOption.h"
+#include "PPDX/PPDObjects/OwnedBy.h"
 #include "PPDX/PPDObjects/PPDDelimiters.h"
 #include "PPDX/PPDObjects/PPDStream.h"
 #include "PPDX/PPDObjects/PPDXErrorCode.h"
@@ -215,10 +216,7 @@ PPDXErrorObj* ZUBPPD::ParseShortcut(PPDStream& line) {
     if (!PPDXControl::ValidKeyword(keyword)) {
         return new PPDXErrorObj(kShortcutLeadsNowhere, keyword, false);
     }
-    auto name = std::make_unique<CString>(keyword);
-    if (mShortcutNames.PushBack(name.get())) {
-        static_cast<void>(name.release());
-    }
+    PushOwned(mShortcutNames, std::make_unique<CString>(keyword));
     return nullptr;
 }
 
@@ -227,7 +225,9 @@ void ZUBPPD::ResolveShortcuts() {
     for (auto at = mShortcutNames.Begin(); at != mShortcutNames.End(); ++at) {
         char const* const keyword = static_cast<CString const*>(*at)->GetCharData();
         if (PPDXControl* const control = FindControl(keyword)) {
-            controls.PushBack(control);
+            if (!controls.PushBack(control)) {
+                throw std::bad_alloc();
+            }
         } else {
             AddError(kShortcutLeadsNowhere, keyword, false);
         }

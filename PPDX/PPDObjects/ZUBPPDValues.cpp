@@ -107,9 +107,9 @@ bool ZUBPPD::IsKVConstrained(char const* key, char const* option) {
 }
 
 CFStringRef ZUBPPD::CopyRealPrintSize() {
+    if (mCustomPaper) {
+        return CFStringCreateCopy(nullptr, CFSTR("CustomPrintSize"));
+    }
     PPDXControl* const pageSize = FindControl(kPageSize);
-    CFRef<CFStringRef> size(pageSize != nullptr ? pageSize->CopyCurrentControlValueString()
-                                                : nullptr);
-    return size && mCustomPaper ? CFStringCreateCopy(nullptr, CFSTR("CustomPrintSize"))
-                                : size.Release();
+    return pageSize != nullptr ? pageSize->CopyCurrentControlValueString() : nullptr;
 }

@@ -126,6 +126,51 @@ TEST_F(InspectCommandTest, AChoiceThatIsntTakenOnlyWarns) {
     EXPECT_EQ("On", Control(json::parse(result.out), "*Duplex")["value"]);
 }
 
+TEST_F(InspectCommandTest, WhatAControlMakesOfAChoiceIsSaid) {
+    auto const range = [](std::string const& kind, std::string const& key) {
+        return "*%ZUBFlags " + key + ": Dynamic\n*%ZUBGroup " + key + ": Finish/F\n*%ZUB" + kind +
+               " " + key + "/R: (5;400;5;100) \"x\"\n";
+    };
+    std::string const ppd = Write(
+        "a.ppd", Head() + Duplex() + range("Range", "*ZUScale") + range("FloatRange", "*Gamma") +
+                     Collate() + "*%ParamCustomPrintSize Width: 1 points 72 900\n" +
+                     "*%ZUBSpecialOption *Special: 1.0\n*%ZUBFlags *ZUSimulation: Dynamic\n"
+                     "*OpenUI *ZUSimulation/S: PickOne\n*DefaultZUSimulation: A\\\n"
+                     "*ZUSimulation A\\/One: \"\"\n*CloseUI: *ZUSimulation\n");
+    struct {
+        char const* setting;
+        char const* end;  // of the warning; null for none
+    } const cases[] = {
+        {"*ZUScale=85", nullptr},
+        {"*ZUScale=87", "doesn't take 87 and is now 85"},
+        {"*ZUScale=999", "doesn't take 999 and is now 400"},
+        {"*ZUScale=abc", "doesn't take abc and is now 5"},
+        {"*ZUScale=85x", "doesn't take 85x and is now 85"},
+        {"*Gamma=7.5", nullptr},
+        {"*Gamma=4", "doesn't take 4 and is now 5.000"},
+        {"*Gamma=1e", "doesn't take 1e and is now 5.000"},
+        {"*CustomPrintSize=300 500.5", nullptr},
+        {"*CustomPrintSize=300,500", "doesn't take 300,500 and is now 300.000000 0.000000"},
+        {"*Collate=FALSE", nullptr},
+        {"*Collate=maybe", "doesn't take maybe and is now False"},
+        {"*Special=1.0", nullptr},
+        {"*Special=2.0", "doesn't take 2.0 and stays at 1.0"},
+        {"*ZUSimulation=A\\", nullptr},
+        {"*ZUSimulation=Mine (2)", nullptr},
+        {"*ZUSimulation=a\nb\x1B[2J", "doesn't take a b?[2J and stays at A\\"},
+        {"*ZUSimulation=a\\b", "doesn't take a\\b and stays at A\\"},
+        {"*ZUSimulation=a)", "doesn't take a) and stays at A\\"},
+    };
+    for (auto const& row : cases) {
+        std::string const setting = row.setting;
+        std::string const keyword = setting.substr(0, setting.find('='));
+        EXPECT_EQ(row.end == nullptr ? std::string()
+                                     : "zubprint: warning: " + keyword + " " + row.end + "\n",
+                  Run({"inspect", ppd, "--set", setting}).err)
+            << setting;
+    }
+}
+
 // The colour profiles can be named as people see them, and take what the PPD doesn't know.
 TEST_F(InspectCommandTest, AChoiceBySecondNameIsTakenWithoutWarning) {
     std::string const ppd = Write("a.ppd", Head() +

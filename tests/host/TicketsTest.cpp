@@ -66,6 +66,69 @@ TEST_F(TicketsTest, EachMakeAndModelHasItsOwnChoicesUnlessAllShareOneSet) {
     EXPECT_EQ(Print({"--common-presets", shared, "--make-and-model", "ZUB Two"})["*Duplex"], "On");
 }
 
+TEST_F(TicketsTest, ThePPDsOwnModelWinsOverTheOneThatTheFileKeeps) {
+    auto const print = [this](std::string const& model, std::vector<std::string> more) {
+        std::string const ppd = Write(UniqueName("model-test") + ".ppd",
+                                      Head() + "*ModelName: \"" + model + "\"\n" + Duplex(mMark));
+        more.insert(more.begin(), {"print", "--ppd", ppd, "--tickets", mTickets, "--pairs"});
+        return RunForJSON(more).dump();
+    };
+    print("ZUB One", {"--set", "*Duplex=" + mMark});
+    EXPECT_EQ(std::string::npos, print("ZUB Two", {}).find(mMark));
+    EXPECT_NE(std::string::npos, print("ZUB One", {}).find(mMark));
+    // A PPD without a model prints as the file's.
+    EXPECT_EQ(mMark, Print({})["*Duplex"]);
+}
+
+TEST_F(TicketsTest, AChoiceOfTheInputSlotDropsTheKeptPaperFeed) {
+    std::string slot = Head() + Duplex(mMark);
+    for (std::size_t at = 0; (at = slot.find("Duplex", at)) != std::string::npos; ++at) {
+        slot.replace(at, 6, "InputSlot");
+    }
+    std::string const ppd = Write(UniqueName("feed-test") + ".ppd", slot);
+    auto const print = [&](std::vector<std::string> more, std::string const& err) {
+        more.insert(more.begin(), {"print", "--ppd", ppd, "--tickets", mTickets, "--pairs"});
+        Result const result = Run(more);
+        EXPECT_EQ(err.empty() ? "" : "zubprint: warning: " + err + "\n", result.err);
+        std::string const head = "%%BeginFeature: *InputSlot ";
+        std::size_t const at = result.out.find(head) + head.size();
+        return result.out.substr(at, result.out.find("\\n", at) - at);
+    };
+    EXPECT_EQ("On", print({"--paper-feed", "On"}, ""));
+    EXPECT_EQ("On", print({}, ""));
+    EXPECT_EQ("None", print({"--set", "*InputSlot=None"}, ""));
+    EXPECT_EQ("None", print({}, "")) << "and stays dropped";
+    EXPECT_EQ("On", print({"--paper-feed", "On", "--set", "*InputSlot=None"},
+                          "the paper feed On wins over *InputSlot=None"));
+    EXPECT_EQ("On", print({"--paper-feed", "Tray9"}, ppd + " has no paper feed Tray9"));
+}
+
+TEST_F(TicketsTest, AChoiceThatARuleForbidsIsSaidAndStrictlyRefused) {
+    std::string const ppd = Write(
+        UniqueName("rules-test") + ".ppd",
+        Head() + Duplex(mMark) +
+            "*%ZUBFlags *Sort: Dynamic\n*%ZUBGroup *Sort: Finish/F\n"
+            "*OpenUI *Sort/Sort: Boolean\n*DefaultSort: True\n*Sort True/On: \"s\"\n"
+            "*Sort False/Off: \"\"\n*CloseUI: *Sort\n*UIConstraints: *Sort True *Duplex On\n");
+    auto const run = [&](std::vector<std::string> more) {
+        more.insert(more.begin(), {"print", "--ppd", ppd, "--tickets", mTickets, "--set",
+                                   "*Duplex=" + mMark, "--address", "host.invalid"});
+        return Run(more);
+    };
+    std::string const warning = "zubprint: warning: *Duplex=On stands against *Sort=True\n";
+    Result const refused = run({"--set", "*Duplex=On", "--strict"});
+    EXPECT_EQ(1, refused.status);
+    EXPECT_TRUE(refused.err.starts_with(warning)) << refused.err;
+    EXPECT_EQ(2, CountLines(refused.err));
+    EXPECT_FALSE(fs::exists(mTickets));
+    EXPECT_FALSE(ZUBTolvanePrinterPList().getIPEnabled(CFStringConstant("Demo")));
+    Result const warned = run({"--set", "*Duplex=On"});
+    EXPECT_EQ(0, warned.status);
+    EXPECT_EQ(warning, warned.err);
+    EXPECT_EQ(0, run({"--strict"}).status);
+    EXPECT_EQ(1, run({"--strict", "--set", "*Sort=maybe"}).status);
+}
+
 TEST_F(TicketsTest, TheOperatingSystemsValuesLieUnderTheirKeys) {
     std::string const arguments[] = {"--orientation", "2",     "--layout",   "3x2",
                                      "--paper-feed",  "Tray2", "--paper",    "A4",

@@ -53,7 +53,8 @@ class Case(Dice):
                 if self.chance(0.5):
                     settings["PCValue%d" % n] = self.pick(
                         ["12", "-1", " -1x", "-10", "", "Size of mine",
-                         "トレイ 2"] + ["w" * 240] * self.chance(0.05))
+                         "トレイ 2", "1\r2"] +
+                        ["w" * 240] * self.chance(0.05))
         if self.chance(0.6):
             count = self.pick([1, 2, 5, 12, 257])
             settings[".MMKey"] = count
@@ -63,6 +64,7 @@ class Case(Dice):
                         ["*ZUStored", "Key é"])
                     settings["MMValue%d" % n] = self.pick(
                         ["%d" % n, "two words", "値", "m" * 215, "m" * 216,
+                         "a\nb", "\x7f",
                          "é" * 110])
         if self.chance(0.7):
             settings.update(self.stored_choices())
@@ -100,7 +102,7 @@ class Case(Dice):
             host.custom_paper = True
         if commits > 1 or self.chance(0.6):
             name = self.pick(["Preview", "zub-print 2", "Éditeur ß", "a/B",
-                              "n" * 207, "n" * 208])
+                              "a\tb", "n" * 207, "n" * 208])
             # Tells the files of a run of several commits.
             host.process_name = name if commits == 1 else \
                 name[:20] + self.token
@@ -134,6 +136,9 @@ class Case(Dice):
             return call, dialog
         call.set_some(self, dialog.ppd.controls, self.pick((0, 0, 1, 2, 4)),
                       dialog.set_value)
+        if paper_feed is None and any(
+                a.startswith("*InputSlot=") for a in call.arguments):
+            dialog.drop_paper_feed()
         for _ in range(commits if call.status == 0 else 0):
             call.document = document(dialog.commit())
         return call, dialog

@@ -273,10 +273,12 @@ class RuleReader(Reader):
         print_size = self.find(self.controls, b"*ZUPrintSize")
         page_size = self.find(self.controls, b"*PageSize")
         real = page_size.value_text() if page_size else None
+        if custom_paper:
+            real = "CustomPrintSize"
         if real is None or not isinstance(print_size, Popup) or \
                 not print_size.is_selected(b"SameAsPageSize"):
             return self.store.is_constrained(key, option)
-        print_size.set_text("CustomPrintSize" if custom_paper else real)
+        print_size.set_text(real)
         answer = self.store.is_constrained(key, option)
         print_size.set_text("SameAsPageSize")
         return answer

@@ -5,6 +5,7 @@ Where a file reaches a place whose outcome isn't settled, the reader notes it
 with `doubt()`. The comparer then compares only what such a place can't touch.
 """
 
+import re
 import struct
 
 LF, CR, QUOTE, STAR, PERCENT, EOF_BYTE = 0x0A, 0x0D, 0x22, 0x2A, 0x25, 0xFF
@@ -312,8 +313,13 @@ class Item:
         self.code = code
         self.selected = False
 
-    def text(self):
-        """The keyword as a value: ASCII, or else Mac Roman."""
+    def text(self, profile=False):
+        """The keyword as a value: Mac Roman, a profile's UTF-8 if it is."""
+        if profile:
+            try:
+                return self.keyword.decode()
+            except UnicodeDecodeError:
+                pass
         return self.keyword.decode("mac_roman")
 
 
@@ -360,7 +366,7 @@ class Popup(Control):
         """True if taken, False if not, None if it can't be told."""
         free = self.keyword in FREE_CHOICE
         for item in self.items:
-            if item.text() == text or (
+            if item.text(free) == text or (
                     free and item.name is not None and
                     item.name.lower() == text.lower()):
                 self.select(item)
@@ -369,7 +375,7 @@ class Popup(Control):
             return False
         keyword = text.encode()
         if len(keyword) > 63:
-            return None
+            return False
         self.items.append(Item(keyword, text, None))
         if not self.select_keyword(keyword):
             self.select(next((i for i in self.items
@@ -379,7 +385,7 @@ class Popup(Control):
     def value_text(self):
         if self.current is None:
             return None
-        return self.current.text()
+        return self.current.text(self.keyword in FREE_CHOICE)
 
     def post_script(self):
         if self.current is None:
@@ -409,7 +415,7 @@ class Boolean(Control):
     def set_text(self, text):
         self.value = text[:4].lower() == "true"
         self.update_kv_cache(self.keyword, self.value_text().encode())
-        return True
+        return text.lower() in ("true", "false")
 
     def value_text(self):
         return "True" if self.value else "False"
@@ -423,6 +429,12 @@ class Boolean(Control):
         return {**super().describe(), "default": self.default,
                 "trueText": latin(on[0]), "falseText": latin(off[0]),
                 "trueCode": latin(on[1]), "falseCode": latin(off[1])}
+
+
+def number_in(text):
+    """The number that the whole text is, or None."""
+    return float(text) if re.fullmatch(r" *[+-]?(\d+\.?\d*|\.\d+)", text) \
+        else None
 
 
 def replace_ignoring_case(text, marker, value):
@@ -448,7 +460,7 @@ class Range(Control):
 
     def set_text(self, text):
         self.value = self.clamp(self.snap(to_long(text.encode())))
-        return True
+        return number_in(text) == self.value
 
     def snap(self, value):
         step = self.increment
@@ -487,7 +499,8 @@ class FloatRange(Range):
 
     def set_text(self, text):
         self.value = self.clamp(to_float(text.encode()))
-        return True
+        return number_in(text) is not None and \
+            to_float(text.encode()) == self.value
 
     def value_text(self):
         return "%.3f" % self.value
@@ -510,7 +523,9 @@ class CustomPageSize(Control):
         self.width = to_float(data)
         if b" " in data:
             self.height = to_float(data.partition(b" ")[2])
-        return True
+        width, blank, height = text.partition(" ")
+        return bool(blank) and None not in (number_in(width),
+                                            number_in(height))
 
     def value_text(self):
         return "%f %f" % (self.width, self.height)

@@ -46,9 +46,33 @@ CHOICES_KEY = "com.zub.print.pde.645EBB97-CCEC-44A1-ADE0-29E4901A642D.%s.PInf"
 
 
 def plain_feature(key, value):
-    """The short text, or nothing if it is too long."""
+    """The short text, or nothing if it is too long or may not stand there."""
+    if blanked(key + value) != key + value:
+        return b""
     text = b"%%BeginFeature: " + key + b" " + value + b"\n%%EndFeature\n"
     return text if len(text) < SHORT else b""
+
+
+def blanked(text):
+    """Control characters would end a comment."""
+    return bytes(32 if b < 32 or b == 127 else b for b in text)
+
+
+def is_fit_profile(control):
+    """A text from outside the PPD must not end what it stands in."""
+    if not isinstance(control, Popup) or control.keyword not in SPECIALS or \
+            control.current is None:
+        return True
+    text = control.current.keyword
+    code = next(i.code for i in control.items if i.keyword == text)
+    if blanked(text) != text:
+        return False
+    depth = 0
+    for byte in text:
+        depth += (byte == ord("(")) - (byte == ord(")"))
+        if depth < 0 or byte == ord("\\"):
+            return code is not None
+    return depth == 0 or code is not None
 
 
 def is_special(keyword):
@@ -156,11 +180,19 @@ class Dialog:
                 self.doubt("a special control at no value")
                 continue
             text = control.value_text()
-            control.items.append(Item(text.encode(), text, None))
-            control.select_keyword(text.encode())
+            repeated = control.current.keyword
+            control.items.append(Item(repeated, text, None))
+            control.select_keyword(repeated)
 
     def set_value(self, keyword, text):
         return self.ppd.set_value(keyword, text)
+
+    def drop_paper_feed(self):
+        """A choice of the slot counts, not what an earlier run left."""
+        self.paper_feed = b""
+        settings = dict(self.tickets.get(SETTINGS, {}))
+        settings.pop(FEED_KEY, None)
+        self.tickets = {**self.tickets, SETTINGS: settings}
 
     # -- a commit
 
@@ -169,7 +201,8 @@ class Dialog:
             self.pairs.append((site, data))
 
     def add_control(self, control):
-        self.add(FEATURE, control.post_script())
+        if is_fit_profile(control):
+            self.add(FEATURE, control.post_script())
 
     def commit(self):
         self.pairs = []
@@ -210,7 +243,7 @@ class Dialog:
                     self.orientation not in (1, 3):
                 self.add(FEATURE, N_UP_RESET)
         # Only ASCII letters have an upper case here.
-        name = self.host.process_name.encode().upper()
+        name = blanked(self.host.process_name.encode().upper())
         source = (b"%%BeginFeature: *ZUSourceAppType " + name +
                   b"\n\n%%EndFeature\n")
         if len(source) < SHORT:
@@ -244,6 +277,9 @@ class Dialog:
         for key, value in self.pc_pairs:
             text = plain_feature(b"*" + key.encode(), value.encode())
             if to_long(value.encode()) == -1:
+                continue
+            if blanked(key.encode() + value.encode()) != \
+                    key.encode() + value.encode():
                 continue
             if not text:
                 self.doubt("a PC pair that is too long")
@@ -299,7 +335,8 @@ class Dialog:
     def add_utf8_version(self):
         option = self.special_option(b"*ZUUTF8_Version")
         if option and len(option.value) <= 127:
-            self.add(COMMENT, b"%%ZUUTF8_Version: " + option.value + b" \n")
+            self.add(COMMENT, b"%%ZUUTF8_Version: " +
+                     blanked(option.value) + b" \n")
 
     # -- what stays
 

@@ -10,3 +10,11 @@ inline CFStringRef CopyPPDText(char const* text) {
     return string != nullptr ? string
                              : CFStringCreateWithCString(nullptr, text, kCFStringEncodingMacRoman);
 }
+
+// The same for a colour profile, whose name may have come from outside the PPD: UTF-8, or Mac Roman
+// when it isn't that.
+inline CFStringRef CopyProfileText(char const* text) {
+    CFStringRef const string = CFStringCreateWithCString(nullptr, text, kCFStringEncodingUTF8);
+    return string != nullptr ? string
+                             : CFStringCreateWithCString(nullptr, text, kCFStringEncodingMacRoman);
+}

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "PPDX/PPDObjects/Controls/ControlRecord.h"
 #include "PPDX/PPDObjects/Controls/ListFromJP.h"
@@ -146,7 +147,7 @@ PPDXControl::PPDXControl(char const* keyword, CFStringRef localName, PointerList
                          unsigned char* psData, long psLength, bool visible,
                          UIConstraints* constraints)
     : PPDXElement(keyword, localName, visible),
-      mFlags(flags),
+      mFlags(std::move(flags)),
       mPSCode(psData),
       mPSLength(psData != nullptr ? std::max(ClampTo32Bits(psLength), 0) : 0),
       mConstraints(constraints) {}

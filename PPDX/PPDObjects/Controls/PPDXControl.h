@@ -97,8 +97,8 @@ class PPDXControl : public PPDXElement {
   protected:
     PPDXControl() = default;
     // `localName` must not be null. The strings in `flags` and the malloc block `psData` pass to
-    // the control; the caller empties its list of flags. `constraints` is borrowed, may be null,
-    // and must outlive the control.
+    // the control; the list is empty then, also when a derived class's constructor throws.
+    // `constraints` is borrowed, may be null, and must outlive the control.
     PPDXControl(char const* keyword, CFStringRef localName, PointerList& flags,
                 unsigned char* psData, long psLength, bool visible, UIConstraints* constraints);
     // From the record `id`; what it lacks stays empty.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 #include "PPDX/PPDObjects/Controls/ControlRecord.h"
 #include "PPDX/PPDObjects/Controls/DisplayOptions.h"
@@ -102,17 +103,27 @@ PPDXControls::Kind PPDXControls::KindOf(PPDXControl* control) {
     return kKindCount;
 }
 
-void PPDXControls::Add(PPDXControl* control) {
+bool PPDXControls::Add(PPDXControl* control) {
     if (control == nullptr || !mAll.PushBack(control)) {
-        return;
+        return false;
     }
-    mIndex.Add(control);
     Kind const kind = KindOf(control);
-    if (kind == kKindCount) {
-        return;
+    try {
+        if (kind != kKindCount && !mKinds[kind].mList.PushBack(control)) {
+            throw std::bad_alloc();
+        }
+        mIndex.Add(control);
+    } catch (std::bad_alloc const&) {
+        mAll.PopBack();
+        if (kind != kKindCount && mKinds[kind].mList.Back() == control) {
+            mKinds[kind].mList.PopBack();
+        }
+        return false;
     }
-    mKinds[kind].mList.PushBack(control);
-    Increment(control, mKinds[kind].mCounts);
+    if (kind != kKindCount) {
+        Increment(control, mKinds[kind].mCounts);
+    }
+    return true;
 }
 
 void PPDXControls::Increment(PPDXControl* control, CountArray& counts) {

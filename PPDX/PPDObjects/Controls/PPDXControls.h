@@ -36,7 +36,7 @@ class PPDXControls {
 
     // Null is ignored, a duplicate isn't. Counts the control by its state at this moment: its
     // parent must be set before.
-    void Add(PPDXControl* control);
+    bool Add(PPDXControl* control);  // false, and nothing added, for null and without memory
 
     // Null at the end; `type` then stays as it was.
     PPDXControl* First(CNTL_TYPE& type);

@@ -39,12 +39,11 @@ CString* NameText(CFStringRef name, long size) {
 PPDXElement::PPDXElement() = default;
 
 PPDXElement::PPDXElement(char const* keyword, CFStringRef localName, bool const& visible)
-    : mLocalName(localName), mVisible(visible ? 1 : 0) {
+    : mKeyword(keyword != nullptr && *keyword != '\0' ? new CString(keyword) : nullptr),
+      mLocalName(localName),
+      mVisible(visible ? 1 : 0) {
     ZUB_ASSERT(localName != nullptr, "inLocalName != NULL", "PPDX/PPDObjects/PPDXElement", 86);
     CFRetain(mLocalName);
-    if (keyword != nullptr && *keyword != '\0') {
-        mKeyword = new CString(keyword);
-    }
 }
 
 PPDXElement::PPDXElement(Settings& settings, long const& id)

@@ -37,6 +37,12 @@ bool Equal(CFStringRef left, CFStringRef right, CFOptionFlags options) {
     return left != nullptr && CFStringCompare(left, right, options) == kCFCompareEqualTo;
 }
 
+// By its name for people, or by its keyword.
+bool IsProfile(_PopupItem const& item, CFStringRef value) {
+    return Equal(item.mLocalName, value, kCFCompareCaseInsensitive) ||
+           Equal(CFRef<CFStringRef>(CopyProfileText(item.Keyword())), value, 0);
+}
+
 void SaveItem(ControlRecord& record, _PopupItem const& item) {
     record.AddText(ArchiveTags::kItemKeyword, item.mKeyword);
     long nameSize = 0;
@@ -90,7 +96,13 @@ PPDXPopupControl::PPDXPopupControl(char const* keyword, CFStringRef localName, P
       mDefaultKeyword(defaultKeyword),
       mItems(std::move(items)) {
     SetType(kPopupType);
-    SetKeywordSelect(GetDefaultKeyword(), true);
+    try {
+        SetKeywordSelect(GetDefaultKeyword(), true);
+    } catch (...) {
+        // The items have passed to the control, the default keyword hasn't.
+        DeleteItems();
+        throw;
+    }
 }
 
 PPDXPopupControl::PPDXPopupControl(Settings& settings, long id, UIConstraints* constraints)
@@ -187,7 +199,15 @@ long PPDXPopupControl::PostScript(unsigned char* out) {
 }
 
 CFStringRef PPDXPopupControl::CopyCurrentControlValueString() {
-    return mCurrentItem != nullptr ? CopyPPDText(mCurrentItem->Keyword()) : nullptr;
+    if (mCurrentItem == nullptr) {
+        return nullptr;
+    }
+    return TakesUnknownValues() ? CopyProfileText(mCurrentItem->Keyword())
+                                : CopyPPDText(mCurrentItem->Keyword());
+}
+
+char const* PPDXPopupControl::CurrentKeyword() const {
+    return mCurrentItem != nullptr ? mCurrentItem->Keyword() : nullptr;
 }
 
 void PPDXPopupControl::SetCurrentControlWithCFString(CFStringRef value) {
@@ -207,7 +227,7 @@ bool PPDXPopupControl::TakesUnknownValues() const {
 }
 
 long PPDXPopupControl::IndexOfValue(CFStringRef value) {
-    bool const byName = TakesUnknownValues();
+    bool const isProfile = TakesUnknownValues();
     // Keywords are read as Mac Roman, in which every text has its bytes: comparing those saves a
     // string for each item.
     char keyword[kLongestKeyword];
@@ -217,8 +237,7 @@ long PPDXPopupControl::IndexOfValue(CFStringRef value) {
     long index = 0;
     for (PointerListItr it = mItems.Begin(); _PopupItem* const item = ItemAt(it); ++it) {
         ++index;
-        if ((byName && Equal(item->mLocalName, value, kCFCompareCaseInsensitive)) ||
-            (isKeyword && item->HasKeyword(keyword))) {
+        if (isProfile ? IsProfile(*item, value) : isKeyword && item->HasKeyword(keyword)) {
             return index;
         }
     }

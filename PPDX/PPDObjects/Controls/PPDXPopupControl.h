@@ -19,8 +19,8 @@ class PPDXPopupControl : public PPDXControl {
   public:
     PPDXPopupControl();
     // The items (_PopupItem*) and the default keyword, which may be null, pass to the control; the
-    // caller empties its list. The default is selected; without one nothing is. See PPDXControl
-    // for the rest.
+    // list is empty then. A constructor that throws has taken the items, not the keyword. The
+    // default is selected; without one nothing is. See PPDXControl for the rest.
     PPDXPopupControl(char const* keyword, CFStringRef localName, PointerList& flags, bool visible,
                      bool multiple, bool installable, PointerList& items, CString* defaultKeyword,
                      UIConstraints* constraints);
@@ -36,7 +36,8 @@ class PPDXPopupControl : public PPDXControl {
     long PostScript(unsigned char* out) override;  // 0 without a current item
     // Reads the flags of the items by position and selects the last one that is set.
     short Restore(Settings& settings, long id) override;
-    // The current item's keyword; null without a current item.
+    // The current item's keyword; null without a current item. In the three colour profile options
+    // a keyword beyond ASCII is read as UTF-8 first, here and where a value is looked for.
     CFStringRef CopyCurrentControlValueString() override;
     // Selects the first item of this keyword; an unknown one changes nothing. The three colour
     // profile options also take an item's local name, in any case, and of a text that they don't
@@ -48,6 +49,10 @@ class PPDXPopupControl : public PPDXControl {
     // bytes of UTF-8, terminator included.
     bool TakesUnknownValues() const;
     static constexpr long kUnknownValueSize = 64;
+    // Whether the value is that of an item, so that setting it makes no new one.
+    bool HasValue(CFStringRef value) { return value != nullptr && IndexOfValue(value) != 0; }
+    // The current item's keyword in its bytes, borrowed; null without one.
+    char const* CurrentKeyword() const;
     bool CanSelectMultipleItems() const { return mMultiple != 0; }
     long ItemCount() const { return static_cast<long>(mItems.Size()); }
     _PopupItem* FirstItem();  // null at the end; one walk at a time

@@ -58,10 +58,11 @@ bool CopyFile(char const* source, char const* target) {
     return !error;
 }
 
-// A control without a value, and one whose value has no room, stay as they are.
+// A control without a value, and one whose value has no room, stay as they are. The new item has
+// the bytes of the keyword that it repeats, so that the code which the PPD gives that one is found.
 void AppendPresentValue(PPDXPopupControl& popup, CFStringRef value) {
-    char text[kSpecialValueSize];
-    if (value == nullptr || !CFStringGetCString(value, text, sizeof text, kCFStringEncodingUTF8)) {
+    char const* const text = popup.CurrentKeyword();
+    if (value == nullptr || text == nullptr || std::strlen(text) >= kSpecialValueSize) {
         return;
     }
     auto item = std::make_unique<_PopupItem>();

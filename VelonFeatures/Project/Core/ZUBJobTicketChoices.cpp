@@ -128,8 +128,6 @@ ZUBPPD* ZUBJobTicket::RestorePPD(CFStringRef key, CFURLRef url) {
     }
     std::unique_ptr<ZUBPPD, ReleasePPD> ppd(new (std::nothrow)
                                                 ZUBPPD(settings, url, printers.PCFileNames()));
-    // An archive without a header has no error list, and the file's name wasn't looked at.
-    bool const isAccepted = ppd != nullptr && ppd->GetErrors() != nullptr &&
-                            ppd->IsValidPrinterName() && ppd->IsValidPPD();
+    bool const isAccepted = ppd != nullptr && ppd->IsValidPrinterName() && ppd->IsValidPPD();
     return isAccepted ? ppd.release() : nullptr;
 }

@@ -113,6 +113,27 @@ TEST(PPDFileStreamTest, UnchunkedStreamHoldsTheWholeFileButALastLineWithoutAnEnd
     EXPECT_EQ(LinesOf(stream).size(), 200U);
 }
 
+TEST(PPDFileStreamTest, AFileThatCannotBeReadToItsEndIsToldFromAShortOne) {
+    class TornFile : public PPDFile {
+      public:
+        using PPDFile::PPDFile;
+        OSErr dataForkRead(char* data, unsigned long* size) override {
+            return mReads++ == 0 ? PPDFile::dataForkRead(data, size) : static_cast<OSErr>(ioErr);
+        }
+
+      private:
+        int mReads = 0;
+    };
+    TemporaryFile const text("one\ntwo\n");
+    for (bool const isTorn : {false, true}) {
+        PPDFile whole(text.URL());
+        TornFile torn(text.URL());
+        PPDFileStream stream(isTorn ? &torn : &whole, true);
+        EXPECT_EQ(LinesOf(stream), (Lines{"one", "two"}));
+        EXPECT_EQ(isTorn, stream.ReadFailed());
+    }
+}
+
 TEST(FileMacTest, DataThatIsNotOpenGivesMinus38AndMissingFilesTheirError) {
     TemporaryFile const text("abc");
     PPDFile file(text.URL());

@@ -4,15 +4,19 @@
 #include <algorithm>
 #include <cctype>
 #include <cstring>
+#include <string>
 #include <string_view>
 
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "VelonFeatures/Project/Core/ControlLookup.h"
 #include "VelonFeatures/Project/Core/Job/ShortText.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "VelonFeatures/Project/Core/PDEData.h"
+#include "VelonFeatures/Project/Core/Warning.h"
 #include "VelonFeatures/Project/Core/ZUBJobTicket.h"
+#include "ZUBUtils/PPDUtils/PlainText.h"
 #include "platform/ProcessManager.h"
 
 namespace {
@@ -41,6 +45,22 @@ constexpr std::array<std::string_view, 4> kKeywordsWithOwnStep = {
 std::string_view KeywordOf(PPDXControl* control) {
     char const* const keyword = control->Keyword();
     return keyword == nullptr ? std::string_view() : std::string_view(keyword);
+}
+
+// Whether the profile that the option stands at would end its comment, or a string that it stands
+// in. A PPD's own option with code is the PPD's affair, but for control characters.
+bool IsUnfitProfile(PPDXControl* control) {
+    auto* const popup = dynamic_cast<PPDXPopupControl*>(control);
+    char const* const keyword =
+        popup != nullptr && popup->TakesUnknownValues() ? popup->CurrentKeyword() : nullptr;
+    if (keyword == nullptr || IsPlainProfileText(keyword)) {
+        return false;
+    }
+    _PopupItem const* item = popup->FirstItem();
+    while (!item->HasKeyword(keyword)) {
+        item = popup->NextItem();
+    }
+    return HasControlCharacters(keyword) || item->mPSCode == nullptr;
 }
 
 // The name of the printing application in capitals, terminated; "" when it can't be had.
@@ -121,6 +141,14 @@ void JobAssembly::AnnounceToWorkflow() {
     }
 }
 
+void JobAssembly::OutControl(PPDXControl* control) {
+    if (IsUnfitProfile(control)) {
+        Warn(std::string(control->Keyword()) + " is left out: its profile can't stand in a job");
+        return;
+    }
+    mTicket.Add(kFeatureSite, control);
+}
+
 void JobAssembly::OutFirstControl() {
     CNTL_TYPE type = kControlType;
     PPDXControl* const control = GetFirst(ControlsOf(mPPD), type);
@@ -128,7 +156,7 @@ void JobAssembly::OutFirstControl() {
         return;
     }
     if (type != kJobNoteType && KeywordOf(control) != "*Collate") {
-        mTicket.Add(kFeatureSite, control);
+        OutControl(control);
     }
     std::int32_t const orientation = mData.PageOrientation();
     bool const isPortrait = orientation == 1 || orientation == 3;
@@ -140,7 +168,11 @@ void JobAssembly::OutFirstControl() {
 void JobAssembly::OutSourceApplication() {
     char name[sizeof(ProcessInfoRec::processName)];
     GetProcessName(name);
-    AddShortText(mTicket, kFeatureSite, kSourceApplicationFormat, name);
+    if (HasControlCharacters(name)) {
+        Warn("control characters in the application's name become blanks");
+    }
+    AddShortText(mTicket, kFeatureSite, kSourceApplicationFormat,
+                 BlankControlCharacters(name).c_str());
 }
 
 // Goes on behind the first control, where OutFirstControl left the walk.
@@ -158,7 +190,7 @@ void JobAssembly::OutRemainingControl(PPDXControl* control) {
         control->Type() == kJobNoteType || HoldsSpecialChromvaleKeyword(control->Keyword()) ||
         std::ranges::find(kKeywordsWithOwnStep, keyword) != kKeywordsWithOwnStep.end();
     if (!isElsewhere) {
-        mTicket.Add(kFeatureSite, control);
+        OutControl(control);
     } else if (keyword == "*ZUOrientation" && !control->IsNoVelonDriverUI()) {
         mTicket.Add(kFeatureSite, kOrientationFalseText);
     }

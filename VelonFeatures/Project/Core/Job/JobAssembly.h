@@ -26,6 +26,9 @@ class JobAssembly {
     // The steps, in their order. What the PPD doesn't have is passed over.
     void TakePaperFeed();
     void AnnounceToWorkflow();
+    // Adds what the control would emit now; nothing for null, and for a colour profile that isn't
+    // fit to stand in the job.
+    void OutControl(PPDXControl* control);
     void OutFirstControl();
     void OutSourceApplication();
     void OutRemainingControls();

@@ -21,7 +21,9 @@
 #include "VelonFeatures/Project/Core/Job/ShortText.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "VelonFeatures/Project/Core/PDEData.h"
+#include "VelonFeatures/Project/Core/Warning.h"
 #include "VelonFeatures/Project/Core/ZUBJobTicket.h"
+#include "ZUBUtils/PPDUtils/PlainText.h"
 #include "platform/CFRef.h"
 #include "platform/TextEncodingConverter.h"
 
@@ -44,7 +46,6 @@ constexpr char kPrintSize[] = "*ZUPrintSize";
 constexpr std::size_t kPaperNameSize = 64;  // with the terminator, as the two below
 constexpr std::size_t kFilePathSize = 1024;
 constexpr std::size_t kUTF8VersionSize = 128;
-constexpr mode_t kFileMode = 0777;
 constexpr int kNoPCValue = -1;
 
 CFRef<CFStringRef> ValueOf(PPDXControl* control) {
@@ -91,6 +92,43 @@ std::string ToUTF8(CFStringRef string) {
     return text;
 }
 
+// Whether a pair that came from outside the PPD can stand in a comment.
+bool IsFit(std::string const& key, std::string const& value) {
+    bool const fit = !HasControlCharacters(key) && !HasControlCharacters(value);
+    if (!fit) {
+        Warn("the pair " + key + " is left out: it has control characters");
+    }
+    return fit;
+}
+
+// Whether nobody chose the value: it is the PPD's default, or can't be chosen.
+bool IsPPDsOwn(PPDXControl* control) {
+    if (auto* const popup = dynamic_cast<PPDXPopupControl*>(control)) {
+        char const* const keyword = popup->GetDefaultKeyword();
+        char const* const current = popup->CurrentKeyword();
+        return keyword != nullptr && current != nullptr && std::strcmp(keyword, current) == 0;
+    }
+    return dynamic_cast<PPDXSpecialOption*>(control) != nullptr;
+}
+
+// Makes an empty file at a path that a PPD may have named. Only a regular file of the user's own is
+// touched, whatever stands there; with `keep` one with content is left alone.
+void MakeEmptyFile(char const* path, bool keep) {
+    constexpr mode_t kMode = 0777;
+    // A pipe without a reader would make the dialog wait, a link would lead elsewhere.
+    int const file =
+        open(path, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, kMode);
+    if (file < 0) {
+        return;
+    }
+    struct stat found = {};
+    if (fstat(file, &found) == 0 && S_ISREG(found.st_mode) && found.st_uid == geteuid() &&
+        !(keep && found.st_size > 0) && ftruncate(file, 0) == 0) {
+        fchmod(file, kMode);
+    }
+    close(file);
+}
+
 }  // namespace
 
 // ---- The paper source of the operating system ----
@@ -110,7 +148,7 @@ void JobAssembly::OutStoredPairs() {
         OptionPair const& pair = mData.StoredPairs()[static_cast<std::size_t>(i)];
         CFRef<CFStringRef> const key(pair.CopyKey());
         CFRef<CFStringRef> const value(pair.CopyValue());
-        if (key && value) {
+        if (key && value && IsFit(ToUTF8(key), ToUTF8(value))) {
             AddShortText(mTicket, kFeatureSite, kPlainFeatureFormat, ToUTF8(key).c_str(),
                          ToUTF8(value).c_str());
         }
@@ -134,7 +172,8 @@ void JobAssembly::OutPCPairs() {
 bool JobAssembly::OutPCPair(OptionPair const& pair) {
     CFRef<CFStringRef> const key(pair.CopyKey());
     CFRef<CFStringRef> const value(pair.CopyValue());
-    if (!key || !value || NumberOf(ToUTF8(value)) == kNoPCValue) {
+    if (!key || !value || NumberOf(ToUTF8(value)) == kNoPCValue ||
+        !IsFit(ToUTF8(key), ToUTF8(value))) {
         return false;
     }
     std::string text = ShortText(kPCFeatureFormat, ToUTF8(key).c_str(), ToUTF8(value).c_str());
@@ -160,8 +199,7 @@ void JobAssembly::OutPCPrintSize() {
 
 void JobAssembly::OutSpecialControls() {
     for (char const* keyword : kSpecialChromvaleKeywords) {
-        mTicket.Add(kFeatureSite,
-                    FindAnyControl(mPPD, keyword));  // nothing for one that isn't there
+        OutControl(FindAnyControl(mPPD, keyword));
     }
 }
 
@@ -209,18 +247,16 @@ void JobAssembly::OutPrintSize() {
 
 // The file is made while the job is put together; who prints fills it.
 void JobAssembly::OutFileDestination() {
-    CFRef<CFStringRef> const name = ValueOf(FindAnyControl(mPPD, "*ZUMailboxName"));
+    PPDXControl* const destination = FindAnyControl(mPPD, "*ZUDestination");
+    PPDXControl* const mailbox = FindAnyControl(mPPD, "*ZUMailboxName");
+    CFRef<CFStringRef> const name = ValueOf(mailbox);
     char path[kFilePathSize];
-    if (!name || !SameText(ValueOf(FindAnyControl(mPPD, "*ZUDestination")), CFSTR("File")) ||
+    if (!name || !SameText(ValueOf(destination), CFSTR("File")) ||
         !CFStringGetCString(name, path, sizeof path, kCFStringEncodingUTF8)) {
         return;
     }
     mTicket.Add(kFilePathSite, path);
-    int const file = creat(path, kFileMode);
-    if (file >= 0) {
-        close(file);
-        chmod(path, kFileMode);
-    }
+    MakeEmptyFile(path, IsPPDsOwn(destination) && IsPPDsOwn(mailbox));
 }
 
 // ---- What the server can read ----
@@ -231,6 +267,10 @@ void JobAssembly::OutUTF8Version() {
         controls != nullptr ? controls->FindSpecialOption("*ZUUTF8_Version", true) : nullptr);
     char text[kUTF8VersionSize];
     if (version && CFStringGetCString(version, text, sizeof text, kCFStringEncodingASCII)) {
-        AddShortText(mTicket, kDriverCommentSite, kUTF8VersionFormat, text);
+        if (HasControlCharacters(text)) {
+            Warn("control characters in *ZUUTF8_Version become blanks");
+        }
+        AddShortText(mTicket, kDriverCommentSite, kUTF8VersionFormat,
+                     BlankControlCharacters(text).c_str());
     }
 }

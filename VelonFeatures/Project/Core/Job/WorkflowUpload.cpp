@@ -10,6 +10,8 @@
 #include "VelonFeatures/Project/Core/PDEData.h"
 #include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
 #include "VelonFeatures/Project/Core/TicketKeys.h"
+#include "VelonFeatures/Project/Core/Warning.h"
+#include "ZUBUtils/PPDUtils/PlainText.h"
 #include "platform/CFRef.h"
 
 namespace {
@@ -40,7 +42,7 @@ bool ReadField(PPDXControl* control, char* text, std::size_t size) {
     return true;
 }
 
-// UTF-8, empty for one that is too long.
+// UTF-8, empty for one that is too long; a blank for each control character.
 std::string JobName(PMPrintSession session) {
     char name[kFieldSize] = "";
     PrintSettingsTicket settings(session);
@@ -49,7 +51,10 @@ std::string JobName(PMPrintSession session) {
         !CFStringGetCString(text, name, sizeof name, kCFStringEncodingUTF8)) {
         return {};
     }
-    return name;
+    if (HasControlCharacters(name)) {
+        Warn("control characters in the job's name become blanks");
+    }
+    return BlankControlCharacters(name);
 }
 
 void TakeJobIdentifier(ZUBPPD* ppd, char const* identifier) {

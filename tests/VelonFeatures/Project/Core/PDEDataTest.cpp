@@ -51,6 +51,39 @@ TEST_F(PDEDataTest, KeepsThePrintersNameAndNeedsOne) {
     EXPECT_FALSE(PDEData(mSession.Get(), nullptr, nullptr).IsValid());
 }
 
+TEST_F(PDEDataTest, AProfileBeyondASCIIKeepsItsTextAndThePPDsOwnItsCode) {
+    struct {
+        char const* keyword;  // in the PPD
+        char const* asked;
+        char const* value;
+        char const* framed;  // the job has the keyword's own bytes
+    } const cases[] = {
+        {"B\x9Fro", "", "Büro", "B\x9Fro\ncode\n"},
+        {"Büro", "", "Büro", "Büro\ncode\n"},
+        {"None", "Büro", "Büro", "Büro\n\n"},
+    };
+    for (auto const& row : cases) {
+        std::string const option = std::string("*ZUOutProfile ") + row.keyword;
+        Open(TestSession::Head() +
+             "*%ZUBFlags *ZUOutProfile: Dynamic\n"
+             "*OpenUI *ZUOutProfile/P: PickOne\n*DefaultZUOutProfile: " +
+             row.keyword + "\n" + option + "/P: \"code\"\n*CloseUI: *ZUOutProfile\n");
+        PPDXControl* const control = ControlOf(*mPPD, "*ZUOutProfile");
+        std::string value = *row.asked != '\0' ? row.asked : row.value;
+        for (int dialog = 0; dialog < 3; ++dialog) {
+            control->SetCurrentControlWithCFString(CFRef<CFStringRef>(
+                CFStringCreateWithCString(nullptr, value.c_str(), kCFStringEncodingUTF8)));
+            mData->MakeJobNotesForSpecialControls();
+            value = ValueOf(*mPPD, "*ZUOutProfile");
+        }
+        EXPECT_EQ(row.value, value);
+        std::string code(static_cast<std::size_t>(control->PostScript(nullptr)), '\0');
+        control->PostScript(reinterpret_cast<unsigned char*>(code.data()));
+        EXPECT_EQ(std::string("%%BeginFeature: *ZUOutProfile ") + row.framed + "%%EndFeature\n",
+                  code);
+    }
+}
+
 TEST(JobKeywordsTest, KeywordsAreToldByTheWholeAPartOrTheirEnd) {
     EXPECT_TRUE(PDEData::isSpecialChromvaleControl("x*ZUSimulationSpeed"));
     EXPECT_FALSE(PDEData::isSpecialChromvaleControl("*ZUSim"));

@@ -1,5 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // What one commit puts into the job, and in which order.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
 #include "tests/VelonFeatures/Project/Core/Job/JobFixture.h"
 
 namespace {
@@ -217,6 +225,77 @@ TEST_F(JobAssemblyTest, NumbersKeepTheirDigitsWhateverTheirSize) {
          Range("ZUScale", "0;2147483647;1;2147483647") + SpecialOption("ZUUTF8_Version", "\xA5"));
     EXPECT_EQ(Texts{ScaleText("2147483647", "21474836.47")}, Features());
     EXPECT_EQ(Texts{"%%ZUBDriver\n"}, At(Job(), 501)) << "no version that isn't ASCII";
+}
+
+// Behind the end of a comment there would be PostScript.
+TEST_F(JobAssemblyTest, NoControlCharacterComesIntoTheJobFromOutsideThePPD) {
+    SetCurrentProcessName("Pre\nview");
+    Open(TestSession::Head("*%ZUVersion: 4\n") + TestSession::Popup("Duplex") +
+         TestSession::Popup("ZUOutProfile") + SpecialOption("ZUUTF8_Version", "1\x01.0"));
+    SetTwoWay(true);
+    SetStored(0, L"*Stored", L"a\nshowpage");
+    SetStored(1, L"*St\x7F", L"a");
+    mData->SetStoredPairCount(2);
+    SetPCValue(1, L"ZUPCName", L"b\rshowpage");
+    for (char const* profile : {"c\nshowpage", "c\\", "c) showpage (", "(c"}) {
+        Give("*ZUOutProfile", profile);
+        ::testing::internal::CaptureStderr();
+        TestSession::Pairs const job = Job();
+        std::string const warnings = ::testing::internal::GetCapturedStderr();
+        EXPECT_EQ((Texts{OptionA("Duplex"), SourceApplication("PRE VIEW")}), At(job, 81));
+        EXPECT_EQ("%%ZUUTF8_Version: 1 .0 \n", At(job, 501).back());
+        EXPECT_EQ(6, std::ranges::count(warnings, '\n')) << warnings;
+    }
+    Give("*ZUOutProfile", "c (2)");
+    EXPECT_EQ("%%BeginFeature: *ZUOutProfile c (2)\n\n%%EndFeature\n", At(Job(), 81).back());
+}
+
+TEST_F(JobAssemblyTest, OnlyAFileOfTheUsersOwnIsEmptiedForTheDestination) {
+    namespace fs = std::filesystem;
+    std::string const path = mSession.Path("printed.ps");
+    std::string const other = mSession.Path("other");
+    auto const open = [&](bool isChosen) {
+        std::string destination = TestSession::Popup("ZUDestination");
+        if (!isChosen) {
+            // The PPD's own default.
+            std::string const option = "*ZUDestination A";
+            destination.replace(destination.find(option), option.size(), "*ZUDestination File");
+            std::string const standard = "*DefaultZUDestination: A";
+            destination.replace(destination.find(standard), standard.size(),
+                                "*DefaultZUDestination: File");
+        }
+        Open(TestSession::Head() + destination + SpecialOption("ZUMailboxName", path));
+        if (isChosen) {
+            Give("*ZUDestination", "File");
+        }
+        EXPECT_EQ(Texts{path}, At(Job(), 900)) << "whatever comes of the file";
+    };
+    auto const write = [](std::string const& file) {
+        std::ofstream(file) << "content";
+        fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
+    };
+    write(path);
+    open(false);
+    EXPECT_EQ("content", ReadFile(path)) << "nobody chose it";
+    open(true);
+    EXPECT_EQ("", ReadFile(path));
+    EXPECT_EQ(fs::perms(0777), fs::status(path).permissions());
+    fs::remove(path);
+    write(other);
+    fs::create_symlink(other, path);
+    open(true);
+    EXPECT_EQ("content", ReadFile(other));
+    EXPECT_EQ(fs::perms(0600), fs::status(other).permissions());
+    fs::remove(path);
+    ASSERT_EQ(0, mkfifo(path.c_str(), 0600));
+    open(true);
+    int const reader = ::open(path.c_str(), O_RDONLY | O_NONBLOCK);
+    open(true);
+    close(reader);
+    EXPECT_EQ(fs::perms(0600), fs::status(path).permissions());
+    fs::remove(path);
+    open(false);
+    EXPECT_EQ(fs::perms(0777), fs::status(path).permissions());
 }
 
 TEST_F(JobAssemblyTest, APathWithoutRoomIsNoDestination) {

@@ -1,0 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+
+// Tells of something that the job lacks: one line on standard error, with a blank in the place of
+// each control character. The session goes on.
+void Warn(std::string const& text);
