@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
@@ -12,6 +13,7 @@
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
 #include "host/HostFiles.h"
 #include "host/JsonText.h"
+#include "host/RunNotes.h"
 #include "platform/CFRef.h"
 #include "platform/ProcessManager.h"
 #include "twoway/ZUBTolvanePrinterPList.h"
@@ -24,7 +26,7 @@ std::int16_t Pixels(std::uint32_t size) {
 
 }  // namespace
 
-DialogSession::DialogSession() : mFormerPresets(gCommonPresetsPath) {}
+DialogSession::DialogSession(RunNotes& notes) : mNotes(notes), mFormerPresets(gCommonPresetsPath) {}
 
 DialogSession::~DialogSession() {
     if (PrinterInfoTable const* const table = mPlugIn.Table()) {
@@ -60,6 +62,10 @@ Outcome DialogSession::Start(PrintOptions const& options, std::string const& mak
     if (outcome.Ok()) {
         outcome = Initialize(options.ppd);
     }
+    // Also where it was refused: the copy is made before that shows.
+    if (gPDEData != nullptr && gPDEData->HasTempPPD()) {
+        mNotes.Made(gPDEData->TempPPDPath());
+    }
     return outcome;
 }
 
@@ -68,12 +74,18 @@ Outcome DialogSession::WriteRecord(PrintOptions const& options) const {
         return Outcome::Done();
     }
     ZUBTolvanePrinterPList records;
+    char const* const home = std::getenv("HOME");
+    if (home == nullptr || *home != '/') {
+        return Outcome::Failed("can't write the record of the printer " + options.printer +
+                               ": HOME is no absolute path");
+    }
     bool const written = records.Add(JsonText::FromUTF8(options.printer),
                                      JsonText::FromUTF8(options.address.value_or("")),
                                      options.address.has_value()) &&
                          records.Save();
     return written ? Outcome::Done()
-                   : Outcome::Failed("can't write the record of the printer " + options.printer);
+                   : Outcome::Failed("can't write the record of the printer " + options.printer +
+                                     ": " + HostFiles::Reason(records.FileError()));
 }
 
 Outcome DialogSession::MakeContext() {
@@ -125,8 +137,15 @@ Outcome DialogSession::Commit() {
     std::string path = PathInTicket();
     bool const written = path != former;
     mJobDataPath = written ? std::move(path) : std::string();
+    if (written) {
+        mNotes.Made(mJobDataPath);
+    }
     return written || PPD() == nullptr ? Outcome::Done()
                                        : Outcome::Failed("can't write the job data file in /tmp");
+}
+
+CFTypeRef DialogSession::JobPairs() {
+    return gPDEData == nullptr ? nullptr : gPDEData->LastJob();
 }
 
 std::string DialogSession::PathInTicket() const {

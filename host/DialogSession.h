@@ -9,6 +9,7 @@
 #include "host/PrintSession.h"
 #include "platform/Controls.h"
 
+class RunNotes;
 class ZUBPPD;
 
 // One run of a print dialog without anybody looking: the plug-in in a window that stays hidden.
@@ -16,7 +17,8 @@ class ZUBPPD;
 // outlives a dialog until the next one.
 class DialogSession {
   public:
-    DialogSession();
+    // What a dialog makes in the file system is noted there; must outlive the session.
+    explicit DialogSession(RunNotes& notes);
     DialogSession(DialogSession const&) = delete;
     DialogSession& operator=(DialogSession const&) = delete;
     ~DialogSession();
@@ -30,6 +32,8 @@ class DialogSession {
     Outcome KeepTickets(TicketFile& file) const { return mSession.Keep(file); }
     // The file that the last Commit wrote; empty if it wrote none.
     std::string const& JobDataPath() const { return mJobDataPath; }
+    // Its pairs as the session has them, for JobDataFile; borrowed, null if it wrote none.
+    static CFTypeRef JobPairs();
 
   private:
     Outcome WriteRecord(PrintOptions const& options) const;
@@ -38,6 +42,7 @@ class DialogSession {
     void MakePane(std::uint32_t width, std::uint32_t height);
     std::string PathInTicket() const;
 
+    RunNotes& mNotes;
     char const* mFormerPresets;
     PrintSession mSession;
     LoadedPlugIn mPlugIn;

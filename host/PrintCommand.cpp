@@ -22,12 +22,9 @@ Outcome PrintCommand::Run() {
     if (outcome.Ok() && !mOptions.output.empty()) {
         outcome = document.Read(mOptions.document);
     }
-    if (outcome.Ok()) {
-        outcome = RunDialog(path);
-    }
     JobDataFile job;
-    if (outcome.Ok() && !path.empty()) {
-        outcome = job.Read(path);
+    if (outcome.Ok()) {
+        outcome = RunDialog(path, job);
     }
     if (outcome.Ok() && !mOptions.output.empty()) {
         outcome = HostFiles::Write(mOptions.output, document.Merge(job.Pairs()));
@@ -56,14 +53,14 @@ std::string PrintCommand::MakeAndModel() const {
 }
 
 // The dialog is over when this returns.
-Outcome PrintCommand::RunDialog(std::string& path) {
+Outcome PrintCommand::RunDialog(std::string& path, JobDataFile& job) {
     TicketFile tickets;
     if (!mOptions.tickets.empty()) {
         if (Outcome outcome = tickets.Read(mOptions.tickets); !outcome.Ok()) {
             return outcome;
         }
     }
-    DialogSession dialog;
+    DialogSession dialog(mNotes);
     Outcome outcome = dialog.Start(mOptions, MakeAndModel(), tickets);
     if (outcome.Ok()) {
         outcome = MakeChoices(dialog);
@@ -72,9 +69,24 @@ Outcome PrintCommand::RunDialog(std::string& path) {
         outcome = dialog.Commit();
     }
     path = dialog.JobDataPath();
+    if (outcome.Ok() && !path.empty()) {
+        outcome = job.Take(DialogSession::JobPairs());
+    }
     if (outcome.Ok() && !mOptions.tickets.empty()) {
-        outcome = dialog.KeepTickets(tickets);
-        outcome = outcome.Ok() ? tickets.Write(mOptions.tickets) : outcome;
+        outcome = KeepTickets(dialog, tickets);
+    }
+    return outcome;
+}
+
+// The file stays whose path stands in the tickets, from before it stands there.
+Outcome PrintCommand::KeepTickets(DialogSession const& dialog, TicketFile& tickets) {
+    Outcome outcome = dialog.KeepTickets(tickets);
+    if (outcome.Ok()) {
+        mNotes.Keep(dialog.JobDataPath());
+        outcome = tickets.Write(mOptions.tickets);
+    }
+    if (!outcome.Ok() && !dialog.JobDataPath().empty()) {
+        mNotes.Made(dialog.JobDataPath());
     }
     return outcome;
 }
@@ -94,6 +106,10 @@ void PrintCommand::Report(std::string const& path, JobDataFile const& job) {
     if (mOptions.pairs) {
         mOut << job.JSON();
     } else if (!path.empty()) {
+        mNotes.Keep(path);
         mOut << path << '\n';
+        if (!mOut.flush()) {
+            mNotes.Made(path);  // nobody knows of it
+        }
     }
 }

@@ -6,9 +6,11 @@
 
 #include "host/Options.h"
 #include "host/Outcome.h"
+#include "host/RunNotes.h"
 
 class DialogSession;
 class JobDataFile;
+class TicketFile;
 
 // `zubprint print`: runs one dialog and prints what its last commit wrote.
 class PrintCommand {
@@ -20,11 +22,13 @@ class PrintCommand {
 
   private:
     std::string MakeAndModel() const;
-    Outcome RunDialog(std::string& path);
+    Outcome RunDialog(std::string& path, JobDataFile& job);
+    Outcome KeepTickets(DialogSession const& dialog, TicketFile& tickets);
     Outcome MakeChoices(DialogSession& dialog);
     void Report(std::string const& path, JobDataFile const& job);
 
     PrintOptions const& mOptions;
     std::ostream& mOut;
     std::ostream& mErr;
+    RunNotes mNotes;
 };
