@@ -13,7 +13,6 @@
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
 #include "host/HostFiles.h"
 #include "host/JsonText.h"
-#include "host/RunNotes.h"
 #include "platform/CFRef.h"
 #include "platform/ProcessManager.h"
 #include "twoway/ZUBTolvanePrinterPList.h"
@@ -26,7 +25,7 @@ std::int16_t Pixels(std::uint32_t size) {
 
 }  // namespace
 
-DialogSession::DialogSession(RunNotes& notes) : mNotes(notes), mFormerPresets(gCommonPresetsPath) {}
+DialogSession::DialogSession() : mFormerPresets(gCommonPresetsPath) {}
 
 DialogSession::~DialogSession() {
     if (PrinterInfoTable const* const table = mPlugIn.Table()) {
@@ -61,10 +60,6 @@ Outcome DialogSession::Start(PrintOptions const& options, std::string const& mak
     }
     if (outcome.Ok()) {
         outcome = Initialize(options.ppd);
-    }
-    // Also where it was refused: the copy is made before that shows.
-    if (gPDEData != nullptr && gPDEData->HasTempPPD()) {
-        mNotes.Made(gPDEData->TempPPDPath());
     }
     return outcome;
 }
@@ -137,9 +132,6 @@ Outcome DialogSession::Commit() {
     std::string path = PathInTicket();
     bool const written = path != former;
     mJobDataPath = written ? std::move(path) : std::string();
-    if (written) {
-        mNotes.Made(mJobDataPath);
-    }
     return written || PPD() == nullptr ? Outcome::Done()
                                        : Outcome::Failed("can't write the job data file in /tmp");
 }

@@ -9,7 +9,6 @@
 #include "host/PrintSession.h"
 #include "platform/Controls.h"
 
-class RunNotes;
 class ZUBPPD;
 
 // One run of a print dialog without anybody looking: the plug-in in a window that stays hidden.
@@ -17,8 +16,7 @@ class ZUBPPD;
 // outlives a dialog until the next one.
 class DialogSession {
   public:
-    // What a dialog makes in the file system is noted there; must outlive the session.
-    explicit DialogSession(RunNotes& notes);
+    DialogSession();
     DialogSession(DialogSession const&) = delete;
     DialogSession& operator=(DialogSession const&) = delete;
     ~DialogSession();
@@ -42,7 +40,6 @@ class DialogSession {
     void MakePane(std::uint32_t width, std::uint32_t height);
     std::string PathInTicket() const;
 
-    RunNotes& mNotes;
     char const* mFormerPresets;
     PrintSession mSession;
     LoadedPlugIn mPlugIn;

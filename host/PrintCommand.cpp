@@ -60,7 +60,7 @@ Outcome PrintCommand::RunDialog(std::string& path, JobDataFile& job) {
             return outcome;
         }
     }
-    DialogSession dialog(mNotes);
+    DialogSession dialog;
     Outcome outcome = dialog.Start(mOptions, MakeAndModel(), tickets);
     if (outcome.Ok()) {
         outcome = MakeChoices(dialog);

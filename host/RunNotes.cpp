@@ -11,30 +11,41 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <new>
 #include <sstream>
 #include <string_view>
+
+#include "platform/NewFiles.h"
 
 namespace {
 
 constexpr std::string_view kFolder = "/tmp/";
-constexpr std::string_view kJobData = "Velon.temp";
+constexpr std::string_view kJobData = "/tmp/Velon.temp";
 constexpr std::string_view kUUIDCharacters = "0123456789ABCDEF-";
 constexpr std::size_t kUUIDSize = 36;
+// What both are called while they are written.
+constexpr std::string_view kNewJobData = "/tmp/.new-";
+constexpr std::string_view kNewCopy = "/tmp/Velon.copy";
 constexpr std::string_view kNote = "run-";
 constexpr std::string_view kMade = "made ";
 constexpr std::string_view kKept = "kept ";
 
-// A job data file's name, or that of a PPD's copy.
-bool HasOurForm(std::string_view path) {
-    if (!path.starts_with(kFolder) || path.find('/', kFolder.size()) != path.npos) {
+// The run that hears of new files.
+RunNotes* gHearing = nullptr;
+
+bool IsJobData(std::string_view path) {
+    if (!path.starts_with(kJobData)) {
         return false;
     }
-    std::string_view const name = path.substr(kFolder.size());
-    if (name.starts_with(kJobData)) {
-        std::string_view const uuid = name.substr(kJobData.size());
-        return uuid.size() == kUUIDSize && uuid.find_first_not_of(kUUIDCharacters) == uuid.npos;
-    }
-    return name.find(".ppd") != name.npos;
+    std::string_view const uuid = path.substr(kJobData.size());
+    return uuid.size() == kUUIDSize && uuid.find_first_not_of(kUUIDCharacters) == uuid.npos;
+}
+
+// A job data file's name, that of a PPD's copy, or what both are called at first.
+bool HasOurForm(std::string_view path) {
+    return path.starts_with(kFolder) && path.find('/', kFolder.size()) == path.npos &&
+           (IsJobData(path) || path.starts_with(kNewJobData) || path.starts_with(kNewCopy) ||
+            path.find(".ppd") != path.npos);
 }
 
 // When the process started, in the kernel's ticks; empty for one that has ended.
@@ -76,9 +87,13 @@ RunNotes::RunNotes() {
     OpenFolder();
     Sweep();
     OpenNote();
+    gHearing = this;
+    SetNewFileListener(Hear);
 }
 
 RunNotes::~RunNotes() {
+    SetNewFileListener(nullptr);
+    gHearing = nullptr;
     for (File const& file : mFiles) {
         Remove(file);
     }
@@ -119,10 +134,30 @@ void RunNotes::Made(std::string const& path) {
     if (lstat(path.c_str(), &status) != 0) {
         return;
     }
-    Note(std::string(kMade) + std::to_string(status.st_dev) + ' ' + std::to_string(status.st_ino) +
-         ' ' + path);
-    Forget(mFiles, path);
-    mFiles.push_back({path, status.st_dev, status.st_ino});
+    Add({path, status.st_dev, status.st_ino});
+}
+
+void RunNotes::Add(File const& file) {
+    Note(std::string(kMade) + std::to_string(file.device) + ' ' + std::to_string(file.number) +
+         ' ' + file.path);
+    Forget(mFiles, file.path);
+    mFiles.push_back(file);
+}
+
+// The user's own documents are none of these, whatever they are called. A file keeps its number
+// under its new name.
+void RunNotes::Hear(char const* path, char const* target) {
+    struct stat status {};
+    bool const isOurs = IsJobData(target) || std::string_view(path).starts_with(kNewCopy);
+    if (!isOurs || lstat(path, &status) != 0) {
+        return;
+    }
+    try {
+        gHearing->Add({path, status.st_dev, status.st_ino});
+        gHearing->Add({target, status.st_dev, status.st_ino});
+    } catch (std::bad_alloc const&) {
+        return;  // it stays, and the run has other troubles
+    }
 }
 
 void RunNotes::Keep(std::string const& path) {

@@ -6,8 +6,9 @@
 #include <string>
 #include <vector>
 
-// What one run of the command makes in /tmp and removes at its end. It is noted in a file too, so
-// that the next run removes what a run left that was killed.
+// What one run of the command makes in /tmp and removes at its end: the PPD's copy and the job data
+// files, of which it is told as soon as they are there. They are noted in a file too, so that the
+// next run removes what a run left that was killed. One for the process at a time.
 //
 // The notes lie in the user's own folder, "$XDG_RUNTIME_DIR/zubprint" or, without that,
 // "/tmp/zub-notes-" and the user's number. A note is named after its process and the time at which
@@ -25,7 +26,7 @@ class RunNotes {
     // Removes what was made and isn't kept, and the note.
     ~RunNotes();
 
-    // A file that goes at the end of the run. One that isn't there is none.
+    // A file that goes at the end of the run after all. One that isn't there is none.
     void Made(std::string const& path);
     // It stays.
     void Keep(std::string const& path);
@@ -42,6 +43,8 @@ class RunNotes {
     void Sweep() const;
     void SweepNote(char const* name) const;
     void Note(std::string const& line) const;
+    static void Hear(char const* path, char const* target);
+    void Add(File const& file);
     static void Forget(std::vector<File>& files, std::string const& path);
     static void Remove(File const& file);
     static std::vector<File> FilesIn(int note);

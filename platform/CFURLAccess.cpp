@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "platform/MacTypes.h"
+#include "platform/NewFiles.h"
 #include "platform/internal/CFURLObject.h"
 
 namespace platform {
@@ -126,6 +127,7 @@ class ReplacementFile {
 
     // `old`, if given, tells the mode and the owner to keep; `newMode` is that of a file without.
     std::int32_t Create(std::string const& folder, struct stat const* old, mode_t newMode);
+    void Report(std::string const& target) const { ReportNewFile(mPath.c_str(), target.c_str()); }
     std::int32_t Fill(std::uint8_t const* bytes, std::size_t size);
     std::int32_t Replace(std::string const& target);
 
@@ -226,6 +228,7 @@ std::int32_t WriteWholeFile(std::string path, std::uint8_t const* bytes, std::si
     ReplacementFile replacement;
     std::int32_t error = replacement.Create(FolderOf(path), exists ? &old : nullptr, newMode);
     if (error == 0) {
+        replacement.Report(path);
         error = replacement.Fill(bytes, size);
     }
     return error != 0 ? error : replacement.Replace(path);

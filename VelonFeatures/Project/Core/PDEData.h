@@ -46,7 +46,6 @@ class PDEData {
     void SetSession(PMPrintSession session) { mSession = session; }
     CFStringRef PrinterName() const { return mPrinterName; }  // borrowed; null when not valid
     char const* TempPPDPath() const { return mTempPPDPath; }  // "" without a PPD
-    bool HasTempPPD() const { return mHasTempPPD; }  // the copy there was made by this object
     // The pairs of the last commit as a list of number, data, number, data ...; borrowed until the
     // next one. Null without one, and for one whose file couldn't be written.
     CFArrayRef LastJob() const { return mLastJob; }
