@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
@@ -69,12 +70,18 @@ Outcome DialogSession::WriteRecord(PrintOptions const& options) const {
         return Outcome::Done();
     }
     ZUBTolvanePrinterPList records;
+    char const* const home = std::getenv("HOME");
+    if (home == nullptr || *home != '/') {
+        return Outcome::Failed("can't write the record of the printer " + options.printer +
+                               ": HOME is no absolute path");
+    }
     bool const written = records.Add(JsonText::FromUTF8(options.printer),
                                      JsonText::FromUTF8(options.address.value_or("")),
                                      options.address.has_value()) &&
                          records.Save();
     return written ? Outcome::Done()
-                   : Outcome::Failed("can't write the record of the printer " + options.printer);
+                   : Outcome::Failed("can't write the record of the printer " + options.printer +
+                                     ": " + HostFiles::Reason(records.FileError()));
 }
 
 Outcome DialogSession::MakeContext() {
@@ -136,6 +143,10 @@ Outcome DialogSession::Commit() {
     mJobDataPath = written ? std::move(path) : std::string();
     return written || PPD() == nullptr ? Outcome::Done()
                                        : Outcome::Failed("can't write the job data file in /tmp");
+}
+
+CFTypeRef DialogSession::JobPairs() {
+    return gPDEData == nullptr ? nullptr : gPDEData->LastJob();
 }
 
 std::string DialogSession::PathInTicket() const {

@@ -33,6 +33,8 @@ class DialogSession {
     Outcome KeepTickets(TicketFile& file) const { return mSession.Keep(file); }
     // The file that the last Commit wrote; empty if it wrote none.
     std::string const& JobDataPath() const { return mJobDataPath; }
+    // Its pairs as the session has them, for JobDataFile; borrowed, null if it wrote none.
+    static CFTypeRef JobPairs();
 
   private:
     Outcome WriteRecord(PrintOptions const& options) const;

@@ -7,6 +7,8 @@
 #include <fstream>
 #include <system_error>
 
+#include "platform/MacTypes.h"
+
 namespace fs = std::filesystem;
 
 CFRef<CFURLRef> HostFiles::URL(std::string const& path, bool isDirectory) {
@@ -40,6 +42,9 @@ Outcome HostFiles::CheckReadable(std::string const& path) {
 }
 
 std::string HostFiles::Reason(std::int32_t error) {
+    if (error == linkRefusedErr) {
+        return "another user's link in a folder that all may write isn't followed";
+    }
     return error > 0 ? std::strerror(error) : "error " + std::to_string(error);
 }
 

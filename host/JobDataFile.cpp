@@ -3,9 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "host/HostFiles.h"
 #include "host/JsonText.h"
-#include "platform/CFRef.h"
 
 namespace {
 
@@ -26,22 +24,16 @@ bool TakeText(CFTypeRef element, std::string& text) {
 
 }  // namespace
 
-Outcome JobDataFile::Read(std::string const& path) {
+Outcome JobDataFile::Take(CFTypeRef list) {
     mPairs.clear();
-    CFRef<CFDataRef> data;
-    std::int32_t error = 0;
-    if (!CFURLCreateDataAndPropertiesFromResource(nullptr, HostFiles::URL(path, false),
-                                                  data.Receive(), &error)) {
-        return Outcome::Failed("can't read the job data file " + path + ": " +
-                               HostFiles::Reason(error));
+    if (TakePairs(list)) {
+        return Outcome::Done();
     }
-    CFRef<CFPropertyListRef> list(
-        CFPropertyListCreateFromXMLData(nullptr, data, kCFPropertyListImmutable, nullptr));
-    return Take(list) ? Outcome::Done()
-                      : Outcome::Failed("the job data file " + path + " holds no list of pairs");
+    mPairs.clear();
+    return Outcome::Failed("the commit has no list of pairs");
 }
 
-bool JobDataFile::Take(CFTypeRef list) {
+bool JobDataFile::TakePairs(CFTypeRef list) {
     if (list == nullptr || CFGetTypeID(list) != CFArrayGetTypeID()) {
         return false;
     }

@@ -8,7 +8,8 @@
 #include "host/Outcome.h"
 #include "platform/CoreFoundation.h"
 
-// A job data file: pairs of injection site and bytes, in the order in which they go into the job.
+// What a commit puts into a job: pairs of injection site and bytes, in the order in which they go
+// there.
 class JobDataFile {
   public:
     struct Pair {
@@ -16,15 +17,16 @@ class JobDataFile {
         std::string text;  // bytes
     };
 
-    // Fails for a file that can't be read or holds anything but such pairs.
-    Outcome Read(std::string const& path);
+    // Takes the pairs of a list: number, data, number, data ... Fails, with none, for null and for
+    // a list that holds anything else.
+    Outcome Take(CFTypeRef list);
 
     std::vector<Pair> const& Pairs() const { return mPairs; }
     // An array of {"site", "text"} as a JSON document, with a line end.
     std::string JSON() const;
 
   private:
-    bool Take(CFTypeRef list);
+    bool TakePairs(CFTypeRef list);
 
     std::vector<Pair> mPairs;
 };

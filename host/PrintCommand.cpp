@@ -22,12 +22,9 @@ Outcome PrintCommand::Run() {
     if (outcome.Ok()) {
         outcome = document.Open();
     }
-    if (outcome.Ok()) {
-        outcome = RunDialog(path);
-    }
     JobDataFile job;
-    if (outcome.Ok() && !path.empty()) {
-        outcome = job.Read(path);
+    if (outcome.Ok()) {
+        outcome = RunDialog(path, job);
     }
     if (outcome.Ok() && document.HasOutput()) {
         outcome = document.Write(job.Pairs(), mOut);
@@ -57,7 +54,7 @@ std::optional<std::string> PrintCommand::MakeAndModel() const {
 }
 
 // The dialog is over when this returns.
-Outcome PrintCommand::RunDialog(std::string& path) {
+Outcome PrintCommand::RunDialog(std::string& path, JobDataFile& job) {
     TicketFile tickets;
     if (!mOptions.tickets.empty()) {
         if (Outcome outcome = tickets.Read(mOptions.tickets); !outcome.Ok()) {
@@ -79,9 +76,24 @@ Outcome PrintCommand::RunDialog(std::string& path) {
         outcome = dialog.Commit();
     }
     path = dialog.JobDataPath();
+    if (outcome.Ok() && !path.empty()) {
+        outcome = job.Take(DialogSession::JobPairs());
+    }
     if (outcome.Ok() && !mOptions.tickets.empty()) {
-        outcome = dialog.KeepTickets(tickets);
-        outcome = outcome.Ok() ? tickets.Write(mOptions.tickets) : outcome;
+        outcome = KeepTickets(dialog, tickets);
+    }
+    return outcome;
+}
+
+// The file stays whose path stands in the tickets, from before it stands there.
+Outcome PrintCommand::KeepTickets(DialogSession const& dialog, TicketFile& tickets) {
+    Outcome outcome = dialog.KeepTickets(tickets);
+    if (outcome.Ok()) {
+        mNotes.Keep(dialog.JobDataPath());
+        outcome = tickets.Write(mOptions.tickets);
+    }
+    if (!outcome.Ok() && !dialog.JobDataPath().empty()) {
+        mNotes.Made(dialog.JobDataPath());
     }
     return outcome;
 }
@@ -126,6 +138,10 @@ void PrintCommand::Report(std::string const& path, JobDataFile const& job) {
     if (mOptions.pairs) {
         mOut << job.JSON();
     } else if (!path.empty()) {
+        mNotes.Keep(path);
         mOut << path << '\n';
+        if (!mOut.flush()) {
+            mNotes.Made(path);  // nobody knows of it
+        }
     }
 }

@@ -8,6 +8,7 @@
 
 #include "host/Options.h"
 #include "host/Outcome.h"
+#include "host/RunNotes.h"
 
 class DialogSession;
 class JobDataFile;
@@ -23,7 +24,8 @@ class PrintCommand {
 
   private:
     std::optional<std::string> MakeAndModel() const;
-    Outcome RunDialog(std::string& path);
+    Outcome RunDialog(std::string& path, JobDataFile& job);
+    Outcome KeepTickets(DialogSession const& dialog, TicketFile& tickets);
     Outcome TryChoices(TicketFile const& tickets);
     Outcome MakeChoices(DialogSession& dialog, std::size_t& warnings);
     void Report(std::string const& path, JobDataFile const& job);
@@ -31,4 +33,5 @@ class PrintCommand {
     PrintOptions const& mOptions;
     std::ostream& mOut;
     std::ostream& mErr;
+    RunNotes mNotes;
 };

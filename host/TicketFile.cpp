@@ -7,12 +7,38 @@
 
 #include "VelonFeatures/Project/Core/TicketKeys.h"
 #include "host/HostFiles.h"
+#include "platform/FileLock.h"
 #include "twoway/PropertyListFile.h"
 
 namespace {
 
 bool IsDictionary(CFTypeRef value) {
     return value != nullptr && CFGetTypeID(value) == CFDictionaryGetTypeID();
+}
+
+constexpr char const* kTickets[] = {kPrintSettingsTicket, kPrinterInfoTicket, kPageFormatTicket};
+
+bool IsSame(CFTypeRef one, CFTypeRef other) {
+    return one != nullptr && other != nullptr ? CFEqual(one, other) : one == other;
+}
+
+CFDictionaryRef DictionaryIn(CFDictionaryRef tickets, CFStringRef name) {
+    return tickets == nullptr ? nullptr
+                              : static_cast<CFDictionaryRef>(CFDictionaryGetValue(tickets, name));
+}
+
+std::vector<CFStringRef> KeysOf(CFDictionaryRef items) {
+    std::vector<CFTypeRef> keys(
+        items == nullptr ? 0 : static_cast<std::size_t>(CFDictionaryGetCount(items)));
+    std::vector<CFTypeRef> values(keys.size());
+    if (!keys.empty()) {
+        CFDictionaryGetKeysAndValues(items, keys.data(), values.data());
+    }
+    std::vector<CFStringRef> texts;
+    for (CFTypeRef const key : keys) {
+        texts.push_back(static_cast<CFStringRef>(key));
+    }
+    return texts;
 }
 
 }  // namespace
@@ -26,25 +52,76 @@ Outcome TicketFile::Read(std::string const& path) {
         return outcome;
     }
     PropertyListFile const file(HostFiles::URL(path, false), kCFPropertyListImmutable);
+    if (!file.WasRead()) {
+        return Outcome::Failed("can't read the tickets file " + path + ": " +
+                               HostFiles::Reason(file.FileError()));
+    }
     if (!IsDictionary(file.PropertyList())) {
         return Outcome::Failed("the tickets file " + path + " holds no dictionary of tickets");
     }
     auto const tickets = static_cast<CFDictionaryRef>(file.PropertyList());
-    for (char const* name : {kPrintSettingsTicket, kPrinterInfoTicket, kPageFormatTicket}) {
+    for (char const* name : kTickets) {
         CFTypeRef const ticket = CFDictionaryGetValue(tickets, TicketKey(name));
         if (ticket != nullptr && !IsDictionary(ticket)) {
             return Outcome::Failed("the tickets file " + path + " holds no dictionary " + name);
         }
     }
     mTickets = CFRef<CFMutableDictionaryRef>(CFDictionaryCreateMutableCopy(nullptr, 0, tickets));
+    mAsRead = CFRef<CFDictionaryRef>::Retained(tickets);
+    mFound = true;
     return Outcome::Done();
 }
 
 Outcome TicketFile::Write(std::string const& path) const {
-    PropertyListFile file(HostFiles::URL(path, false), kCFPropertyListImmutable);
-    return file.Save(mTickets) ? Outcome::Done()
-                               : Outcome::Failed("can't write the tickets file " + path + ": " +
-                                                 HostFiles::Reason(file.FileError()));
+    CFRef<CFURLRef> const url = HostFiles::URL(path, false);
+    FileLock lock;
+    if (std::int32_t const error = lock.Take(url); error != noErr) {
+        return Outcome::Failed("can't lock the tickets file " + path + ": " +
+                               HostFiles::Reason(error));
+    }
+    TicketFile now;
+    if (Outcome outcome = now.Read(path); !outcome.Ok()) {
+        return outcome;
+    }
+    for (char const* const name : kTickets) {
+        if (CFRef<CFDictionaryRef> const items =
+                now.mFound ? Merged(TicketKey(name), now.Items(TicketKey(name)))
+                           : CFRef<CFDictionaryRef>::Retained(Items(TicketKey(name)))) {
+            CFDictionarySetValue(now.mTickets, TicketKey(name), items);
+        }
+    }
+    PropertyListFile file(url, kCFPropertyListImmutable);
+    return file.Save(now.mTickets) ? Outcome::Done()
+                                   : Outcome::Failed("can't write the tickets file " + path + ": " +
+                                                     HostFiles::Reason(file.FileError()));
+}
+
+CFDictionaryRef TicketFile::Items(CFStringRef name) const {
+    return DictionaryIn(mTickets, name);
+}
+
+// What this run changed wins; all else is as it is there.
+CFRef<CFDictionaryRef> TicketFile::Merged(CFStringRef name, CFDictionaryRef there) const {
+    CFDictionaryRef const before = DictionaryIn(mAsRead, name);
+    CFDictionaryRef const own = Items(name);
+    CFRef<CFMutableDictionaryRef> items(there != nullptr
+                                            ? CFDictionaryCreateMutableCopy(nullptr, 0, there)
+                                            : CFDictionaryCreateMutable(nullptr, 0));
+    auto const valueIn = [](CFDictionaryRef dictionary, CFStringRef key) {
+        return dictionary == nullptr ? nullptr : CFDictionaryGetValue(dictionary, key);
+    };
+    for (CFStringRef const key : KeysOf(own)) {
+        CFTypeRef const value = valueIn(own, key);
+        if (!IsSame(value, valueIn(before, key))) {
+            CFDictionarySetValue(items, key, value);
+        }
+    }
+    for (CFStringRef const key : KeysOf(before)) {
+        if (valueIn(own, key) == nullptr) {
+            CFDictionaryRemoveValue(items, key);
+        }
+    }
+    return CFRef<CFDictionaryRef>(items.Release());
 }
 
 OSStatus TicketFile::Fill(CFStringRef name, PMTicketRef ticket) const {

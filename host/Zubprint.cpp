@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/Zubprint.h"
 
+#include <new>
+
 #include "host/CommandLine.h"
 #include "host/InspectCommand.h"
 #include "host/Outcome.h"
@@ -25,9 +27,8 @@ Outcome RunCommand(CommandLine const& commandLine, std::ostream& out, std::ostre
     return Outcome::Done();
 }
 
-}  // namespace
-
-int Zubprint::Run(int argc, char const* const* argv, std::ostream& out, std::ostream& err) {
+// The exit status.
+int ParseAndRun(int argc, char const* const* argv, std::ostream& out, std::ostream& err) {
     CommandLine commandLine;
     if (auto const status = commandLine.Parse(argc, argv, out, err)) {
         return static_cast<int>(*status);
@@ -40,4 +41,15 @@ int Zubprint::Run(int argc, char const* const* argv, std::ostream& out, std::ost
         err << Outcome::Line(outcome.message);
     }
     return static_cast<int>(outcome.status);
+}
+
+}  // namespace
+
+int Zubprint::Run(int argc, char const* const* argv, std::ostream& out, std::ostream& err) {
+    try {
+        return ParseAndRun(argc, argv, out, err);
+    } catch (std::bad_alloc const&) {
+        err << "zubprint: not enough memory\n";
+        return static_cast<int>(ExitStatus::kFailed);
+    }
 }

@@ -231,6 +231,10 @@ void* CFBundleGetFunctionPointerForName(CFBundleRef bundle, CFStringRef name) {
             !platform::GetUTF8(platform::InfoString(bundle, "CFBundleExecutable"), executable)) {
             return nullptr;
         }
+        // A name that leads elsewhere would load code that isn't the bundle's.
+        if (executable.find('/') != std::string::npos) {
+            return nullptr;
+        }
         if (bundle->executable == nullptr) {
             std::string const path = bundle->path + "/Contents/MacOS/" + executable;
             bundle->executable = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);

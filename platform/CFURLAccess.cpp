@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "platform/MacTypes.h"
+#include "platform/NewFiles.h"
 #include "platform/internal/CFURLObject.h"
 
 namespace platform {
@@ -21,6 +22,8 @@ namespace {
 constexpr std::size_t kSmallestBuffer = 4096;
 constexpr int kMaximumLinks = 40;
 constexpr int kMaximumNameAttempts = 100;
+constexpr mode_t kSharedMode = 0666;
+constexpr mode_t kPrivateMode = 0600;
 
 class FileDescriptor {
   public:
@@ -56,18 +59,58 @@ std::int32_t WriteAll(int descriptor, std::uint8_t const* bytes, std::size_t siz
     return 0;
 }
 
-// Follows links at the end of the path, also one that leads to a file not there yet.
-std::int32_t ResolveLinks(std::string& path) {
-    for (int count = 0; count < kMaximumLinks; ++count) {
-        char target[PATH_MAX];
-        ssize_t const length = readlink(path.c_str(), target, sizeof target);
-        if (length < 0) {
-            return 0;  // no link; whether there is a file shows later
-        }
-        std::string const link(target, static_cast<std::size_t>(length));
-        path = link.starts_with('/') ? link : PathIn(FolderOf(path), link);
+bool MayFollow(struct stat const& link, struct stat const& folder) {
+    constexpr mode_t kShared = S_ISVTX | S_IWOTH;
+    return (folder.st_mode & kShared) != kShared || link.st_uid == geteuid() ||
+           link.st_uid == folder.st_uid;
+}
+
+// Puts what the link names in the path's place. EINVAL for what is no link. The kernel has the same
+// rule, but where it is switched off a neighbour's link in /tmp would lead to any file of the user.
+std::int32_t FollowLink(std::string& path) {
+    FileDescriptor const opened(open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+    struct stat link {};
+    struct stat folder {};
+    std::string const folderPath = FolderOf(path);
+    if (!opened.IsOpen() || fstat(opened.Get(), &link) != 0 ||
+        stat(folderPath.c_str(), &folder) != 0) {
+        return errno;
     }
-    return ELOOP;
+    if (!S_ISLNK(link.st_mode)) {
+        return EINVAL;
+    }
+    if (!MayFollow(link, folder)) {
+        return linkRefusedErr;
+    }
+    char target[PATH_MAX];
+    ssize_t const length = readlinkat(opened.Get(), "", target, sizeof target);
+    if (length < 0) {
+        return errno;
+    }
+    std::string const text(target, static_cast<std::size_t>(length));
+    path = text.starts_with('/') ? text : PathIn(folderPath, text);
+    return 0;
+}
+
+// A descriptor, or -1 with the reason in `error`.
+int OpenToRead(std::string path, std::int32_t& error) {
+    // Opening a pipe would wait for its other end.
+    constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+    for (int count = 0; count < kMaximumLinks; ++count) {
+        // What a link of /proc names need not be a path.
+        bool const isPath = !path.starts_with("/proc/");
+        int const descriptor = open(path.c_str(), isPath ? kFlags | O_NOFOLLOW : kFlags);
+        error = descriptor < 0 ? errno : 0;
+        if (error != ELOOP || !isPath) {
+            return descriptor;
+        }
+        error = FollowLink(path);
+        if (error != 0) {
+            return -1;
+        }
+    }
+    error = ELOOP;
+    return -1;
 }
 
 // A new file under a name of its own in `folder`; removed again unless it takes the target's place.
@@ -82,8 +125,9 @@ class ReplacementFile {
         }
     }
 
-    // `old`, if given, tells the mode and the owner to keep.
-    std::int32_t Create(std::string const& folder, struct stat const* old);
+    // `old`, if given, tells the mode and the owner to keep; `newMode` is that of a file without.
+    std::int32_t Create(std::string const& folder, struct stat const* old, mode_t newMode);
+    void Report(std::string const& target) const { ReportNewFile(mPath.c_str(), target.c_str()); }
     std::int32_t Fill(std::uint8_t const* bytes, std::size_t size);
     std::int32_t Replace(std::string const& target);
 
@@ -92,9 +136,8 @@ class ReplacementFile {
     int mDescriptor = -1;
 };
 
-std::int32_t ReplacementFile::Create(std::string const& folder, struct stat const* old) {
-    constexpr mode_t kNewFileMode = 0666;
-    constexpr mode_t kPrivateMode = 0600;
+std::int32_t ReplacementFile::Create(std::string const& folder, struct stat const* old,
+                                     mode_t newMode) {
     for (int attempt = 0; attempt < kMaximumNameAttempts; ++attempt) {
         std::uint64_t number = 0;
         if (getentropy(&number, sizeof number) != 0) {
@@ -104,7 +147,7 @@ std::int32_t ReplacementFile::Create(std::string const& folder, struct stat cons
         std::snprintf(name, sizeof name, "/.new-%016llx", static_cast<unsigned long long>(number));
         std::string path = folder + name;
         int const flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
-        mDescriptor = open(path.c_str(), flags, old == nullptr ? kNewFileMode : kPrivateMode);
+        mDescriptor = open(path.c_str(), flags, old == nullptr ? newMode : kPrivateMode);
         if (mDescriptor >= 0) {
             mPath = std::move(path);
             break;
@@ -123,7 +166,8 @@ std::int32_t ReplacementFile::Create(std::string const& folder, struct stat cons
     if (fchown(mDescriptor, old->st_uid, old->st_gid) != 0) {
         errno = 0;
     }
-    return fchmod(mDescriptor, old->st_mode & 07777) == 0 ? 0 : errno;
+    // New bytes don't get the rights of the program that stood there.
+    return fchmod(mDescriptor, old->st_mode & 0777) == 0 ? 0 : errno;
 }
 
 std::int32_t ReplacementFile::Fill(std::uint8_t const* bytes, std::size_t size) {
@@ -150,7 +194,7 @@ std::int32_t ReplacementFile::Replace(std::string const& target) {
 }
 
 std::int32_t WriteToDevice(std::string const& path, std::uint8_t const* bytes, std::size_t size) {
-    FileDescriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
+    FileDescriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NOFOLLOW));
     if (!file.IsOpen()) {
         return errno;
     }
@@ -159,12 +203,13 @@ std::int32_t WriteToDevice(std::string const& path, std::uint8_t const* bytes, s
     return error != 0 ? error : closeError;
 }
 
-std::int32_t WriteWholeFile(std::string path, std::uint8_t const* bytes, std::size_t size) {
+std::int32_t WriteWholeFile(std::string path, std::uint8_t const* bytes, std::size_t size,
+                            mode_t newMode) {
     if (std::int32_t const error = ResolveLinks(path); error != 0) {
         return error;
     }
     struct stat old {};
-    bool const exists = stat(path.c_str(), &old) == 0;
+    bool const exists = lstat(path.c_str(), &old) == 0;
     if (!exists && errno != ENOENT) {
         return errno;
     }
@@ -181,8 +226,9 @@ std::int32_t WriteWholeFile(std::string path, std::uint8_t const* bytes, std::si
         }
     }
     ReplacementFile replacement;
-    std::int32_t error = replacement.Create(FolderOf(path), exists ? &old : nullptr);
+    std::int32_t error = replacement.Create(FolderOf(path), exists ? &old : nullptr, newMode);
     if (error == 0) {
+        replacement.Report(path);
         error = replacement.Fill(bytes, size);
     }
     return error != 0 ? error : replacement.Replace(path);
@@ -190,13 +236,23 @@ std::int32_t WriteWholeFile(std::string path, std::uint8_t const* bytes, std::si
 
 }  // namespace
 
+std::int32_t ResolveLinks(std::string& path) {
+    for (int count = 0; count < kMaximumLinks; ++count) {
+        if (std::int32_t const error = FollowLink(path); error != 0) {
+            // Whether there is a file at all shows later.
+            return error == linkRefusedErr ? error : 0;
+        }
+    }
+    return ELOOP;
+}
+
 std::int32_t ReadWholeFile(std::string const& path, std::string& bytes) {
     bytes.clear();
-    // Opening a pipe would wait for its other end.
-    FileDescriptor const file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    std::int32_t error = 0;
+    FileDescriptor const file(OpenToRead(path, error));
     struct stat status {};
     if (!file.IsOpen() || fstat(file.Get(), &status) != 0) {
-        return errno;
+        return file.IsOpen() ? errno : error;
     }
     if (!S_ISREG(status.st_mode)) {
         return S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
@@ -230,6 +286,19 @@ void Report(std::int32_t value, std::int32_t* error) {
     }
 }
 
+bool Write(CFURLRef url, CFDataRef data, mode_t newMode, std::int32_t* error) {
+    std::int32_t const result = platform::WithoutExceptions<std::int32_t>(memFullErr, [&] {
+        std::string path = platform::AbsolutePath(url);
+        if (path.empty() || data == nullptr) {
+            return paramErr;
+        }
+        return platform::WriteWholeFile(std::move(path), CFDataGetBytePtr(data),
+                                        static_cast<std::size_t>(CFDataGetLength(data)), newMode);
+    });
+    Report(result, error);
+    return result == noErr;
+}
+
 }  // namespace
 
 bool CFURLCreateDataAndPropertiesFromResource(CFAllocatorRef allocator, CFURLRef url,
@@ -256,14 +325,9 @@ bool CFURLCreateDataAndPropertiesFromResource(CFAllocatorRef allocator, CFURLRef
 }
 
 bool CFURLWriteDataAndPropertiesToResource(CFURLRef url, CFDataRef data, std::int32_t* error) {
-    std::int32_t const result = platform::WithoutExceptions<std::int32_t>(memFullErr, [&] {
-        std::string path = platform::AbsolutePath(url);
-        if (path.empty() || data == nullptr) {
-            return paramErr;
-        }
-        return platform::WriteWholeFile(std::move(path), CFDataGetBytePtr(data),
-                                        static_cast<std::size_t>(CFDataGetLength(data)));
-    });
-    Report(result, error);
-    return result == noErr;
+    return Write(url, data, platform::kSharedMode, error);
+}
+
+bool WritePrivateDataToResource(CFURLRef url, CFDataRef data, std::int32_t* error) {
+    return Write(url, data, platform::kPrivateMode, error);
 }

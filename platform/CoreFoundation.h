@@ -233,13 +233,17 @@ CFStringRef CFURLCopyScheme(CFURLRef url);  // "file" for a file URL
 CFStringRef CFURLGetString(CFURLRef url);
 
 // Reads a whole file. False with the reason in `error` (a POSIX errno or a negative number), and
-// null in `data`, when it can't be read.
+// null in `data`, when it can't be read. A link is followed, here and below, unless it lies in a
+// sticky folder that all may write and is neither the caller's nor the folder owner's:
+// linkRefusedErr.
 bool CFURLCreateDataAndPropertiesFromResource(CFAllocatorRef, CFURLRef url, CFDataRef* data,
                                               std::int32_t* error);
 // Writes a whole file: into a new file beside it that then takes its name, so that a reader sees
-// the old content or the new. The mode of an existing file stays. False with the reason in `error`,
-// and the file as it was.
+// the old content or the new. The rights of an existing file stay, but for setuid and setgid. False
+// with the reason in `error`, and the file as it was.
 bool CFURLWriteDataAndPropertiesToResource(CFURLRef url, CFDataRef data, std::int32_t* error);
+// The same, and a file that wasn't there is for its owner alone.
+bool WritePrivateDataToResource(CFURLRef url, CFDataRef data, std::int32_t* error);
 
 // ---- UUIDs ----
 
@@ -261,7 +265,8 @@ constexpr CFOptionFlags kCFPropertyListMutableContainersAndLeaves = 2;
 // hold (controls other than tab, line feed and carriage return).
 CFDataRef CFPropertyListCreateXMLData(CFAllocatorRef, CFPropertyListRef list);
 // Null for data that is no property list, with a text for people in `errorText` if given, which
-// the caller releases. Depth of nesting is bounded. A date is read as a string.
+// the caller releases: "Out of memory" tells nothing about the data. Depth of nesting is bounded. A
+// date is read as a string.
 CFPropertyListRef CFPropertyListCreateFromXMLData(CFAllocatorRef, CFDataRef data,
                                                   CFOptionFlags mutability, CFStringRef* errorText);
 

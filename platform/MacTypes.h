@@ -24,3 +24,5 @@ constexpr OSStatus permErr = -54;
 constexpr OSStatus memFullErr = -108;
 constexpr OSStatus dirNFErr = -120;
 constexpr OSStatus procNotFound = -600;
+// A link that isn't followed: another user's, in a folder that all may write.
+constexpr OSStatus linkRefusedErr = -5035;

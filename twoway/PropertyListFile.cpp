@@ -9,10 +9,11 @@
 
 namespace {
 
-// The URL of `path` below the home directory; null without one. The caller releases it.
+// The URL of `path` below the home directory; null without one. A relative one would mean another
+// place for every working directory. The caller releases it.
 CFURLRef CreateHomeURL(char const* path) {
     char const* const home = std::getenv("HOME");
-    if (home == nullptr || path == nullptr) {
+    if (home == nullptr || *home != '/' || path == nullptr) {
         return nullptr;
     }
     CFRef<CFURLRef> const directory(CFURLCreateFromFileSystemRepresentation(
@@ -60,6 +61,7 @@ void PropertyListFile::Open(CFURLRef url, CFOptionFlags mutability) {
 bool PropertyListFile::CreatePropertyListFromFile(CFURLRef url, CFOptionFlags mutability) {
     CFRelease(mPropertyList);
     mPropertyList = nullptr;
+    mWasRead = false;
     mFileError = noErr;
     if (url == nullptr) {
         mFileError = fnfErr;
@@ -69,9 +71,12 @@ bool PropertyListFile::CreatePropertyListFromFile(CFURLRef url, CFOptionFlags mu
     if (!CFURLCreateDataAndPropertiesFromResource(nullptr, url, data.Receive(), &mFileError)) {
         return false;
     }
-    mPropertyList = CFPropertyListCreateFromXMLData(nullptr, data, mutability, nullptr);
+    CFRef<CFStringRef> reason;
+    mPropertyList = CFPropertyListCreateFromXMLData(nullptr, data, mutability, reason.Receive());
+    // A list that memory was short for is no damaged one.
+    mWasRead = mPropertyList != nullptr || (reason && !CFEqual(reason, CFSTR("Out of memory")));
     if (mPropertyList == nullptr) {
-        mFileError = paramErr;
+        mFileError = mWasRead ? paramErr : memFullErr;
     }
     return mPropertyList != nullptr;
 }
@@ -88,5 +93,5 @@ bool PropertyListFile::Save(CFPropertyListRef list) {
         mFileError = fnfErr;
         return false;
     }
-    return CFURLWriteDataAndPropertiesToResource(mFileURL, data, &mFileError);
+    return WritePrivateDataToResource(mFileURL, data, &mFileError);
 }

@@ -6,7 +6,8 @@
 #include "platform/CoreFoundation.h"
 
 // A property list that is kept in a file as XML. The file is read while the object is constructed
-// and changes only on Save.
+// and changes only on Save. What it holds is the user's own business: a new file is for its owner
+// alone.
 //
 // `mutability` is kCFPropertyListImmutable or kCFPropertyListMutableContainersAndLeaves.
 class PropertyListFile {
@@ -14,7 +15,8 @@ class PropertyListFile {
     PropertyListFile(CFURLRef url, CFOptionFlags mutability);
     PropertyListFile(CFURLRef directory, CFStringRef fileName, CFOptionFlags mutability);
     // `path` begins with a slash and lies below the user's home directory, the value of HOME.
-    // Without that value the object is valid and empty, and can't be saved.
+    // Without that value, and with one that isn't an absolute path, the object is valid and empty,
+    // and can't be saved.
     PropertyListFile(char const* path, CFOptionFlags mutability);
     PropertyListFile(PropertyListFile const&) = delete;
     PropertyListFile& operator=(PropertyListFile const&) = delete;
@@ -24,6 +26,8 @@ class PropertyListFile {
     bool IsFileValid() const { return mFileValid; }
     // 0, or what the last reading or writing met: an errno or a negative number.
     std::int32_t FileError() const { return mFileError; }
+    // The whole file was there at the last reading, whether or not it was a property list.
+    bool WasRead() const { return mWasRead; }
     CFPropertyListRef PropertyList() const { return mPropertyList; }  // borrowed; null for none
 
     // Replaces the list by what the file holds. False, with a null list and the error set, for a
@@ -44,5 +48,6 @@ class PropertyListFile {
     CFURLRef mFileURL = nullptr;                // owned, absolute
     CFPropertyListRef mPropertyList = nullptr;  // owned
     bool mFileValid = false;
+    bool mWasRead = false;
     std::int32_t mFileError = 0;
 };

@@ -8,15 +8,19 @@
 #include <filesystem>
 #include <initializer_list>
 #include <new>
+#include <string>
 #include <system_error>
+#include <utility>
 
 #include "platform/CFRef.h"
+#include "platform/FileLock.h"
 #include "platform/MacTypes.h"
 
 namespace {
 
 constexpr char kPath[] = "/Library/Preferences/ZUB.TolvanePrinterV2.plist";
 constexpr char kUnreadSuffix[] = ".unread";
+constexpr int kMostUnread = 1000;
 constexpr CFIndex kPathSize = 4096;
 constexpr std::size_t kHeaderSize = 32;
 
@@ -61,6 +65,27 @@ bool IsHead(CFArrayRef list, CFIndex index) {
            !IsTextAt(list, index + kAddress, DataEnd()) && IsBooleanAt(list, index + kEnabled);
 }
 
+CFIndex FindRecord(CFArrayRef list, CFStringRef name) {
+    CFIndex const count = CFArrayGetCount(list);
+    for (CFIndex index = 0; index < count && name != nullptr; ++index) {
+        if (IsHead(list, index) &&
+            CFStringCompare(StringAt(list, index), name, kCFCompareCaseInsensitive) == 0) {
+            return index;
+        }
+    }
+    return kCFNotFound;
+}
+
+// The next record's head, or the end of the list.
+CFIndex NextHead(CFArrayRef list, CFIndex record) {
+    CFIndex const count = CFArrayGetCount(list);
+    CFIndex index = record + kForm;
+    while (index < count && !IsHead(list, index)) {
+        ++index;
+    }
+    return index;
+}
+
 // Where the record's end mark stands, or the element that ends a record without one.
 CFIndex ContentEnd(CFArrayRef list, CFIndex record) {
     CFIndex const count = CFArrayGetCount(list);
@@ -76,14 +101,27 @@ bool IsCurrent(CFArrayRef list, CFIndex record, CFIndex end) {
     return record + kForm < end && IsTextAt(list, record + kForm, CurrentForm());
 }
 
+// The position behind the digits at `first`.
+CFIndex DigitsEnd(CFStringRef text, CFIndex first) {
+    CFIndex const length = CFStringGetLength(text);
+    while (first < length && CFStringGetCharacterAtIndex(text, first) >= u'0' &&
+           CFStringGetCharacterAtIndex(text, first) <= u'9') {
+        ++first;
+    }
+    return first;
+}
+
 bool IsDecimal(CFStringRef text) {
     CFIndex const length = CFStringGetLength(text);
-    CFIndex digits = 0;
-    while (digits < length && CFStringGetCharacterAtIndex(text, digits) >= u'0' &&
-           CFStringGetCharacterAtIndex(text, digits) <= u'9') {
-        ++digits;
-    }
-    return length > 0 && digits == length;
+    return length > 0 && DigitsEnd(text, 0) == length;
+}
+
+// Whether the text reads as a block's header, "number:count".
+bool IsHeader(CFStringRef text) {
+    CFIndex const length = CFStringGetLength(text);
+    CFIndex const colon = DigitsEnd(text, 0);
+    return colon > 0 && colon + 1 < length && CFStringGetCharacterAtIndex(text, colon) == u':' &&
+           DigitsEnd(text, colon + 1) == length;
 }
 
 // How many elements from the form mark on an older record gives up. A count that the record can't
@@ -130,7 +168,13 @@ Block FindBlock(CFArrayRef list, CFIndex record, std::int32_t number) {
         return {end, end};
     }
     CFIndex const count = CountBehind(StringAt(list, header), prefix);
-    return {header, std::clamp<CFIndex>(header + 1 + count, header + 1, end)};
+    CFIndex const told = std::clamp<CFIndex>(header + 1 + count, header + 1, end);
+    CFIndex item = header + 1;
+    // A count may be too high: nothing of the next block goes with this one.
+    while (item < told && !IsHeader(StringAt(list, item))) {
+        ++item;
+    }
+    return {header, item};
 }
 
 // ---- Making elements ----
@@ -138,6 +182,16 @@ Block FindBlock(CFArrayRef list, CFIndex record, std::int32_t number) {
 void AppendRange(CFMutableArrayRef list, CFArrayRef source, CFIndex first, CFIndex end) {
     for (CFIndex index = first; index < end; ++index) {
         CFArrayAppendValue(list, CFArrayGetValueAtIndex(source, index));
+    }
+}
+
+// Booleans alone, or everything else. A boolean between strings would make one of them a head.
+void AppendSorted(CFMutableArrayRef list, CFArrayRef source, CFIndex first, CFIndex end,
+                  bool booleans) {
+    for (CFIndex index = first; index < end; ++index) {
+        if (IsBooleanAt(source, index) == booleans) {
+            CFArrayAppendValue(list, CFArrayGetValueAtIndex(source, index));
+        }
     }
 }
 
@@ -166,12 +220,12 @@ CFRef<CFStringRef> ItemFrom(char const* text) {
     CFRef<CFStringRef> const item(
         CFStringCreateWithBytes(nullptr, reinterpret_cast<std::uint8_t const*>(text),
                                 static_cast<CFIndex>(length), kCFStringEncodingUTF8, false));
-    return StorableCopy(item);
+    return IsHeader(item) ? CFRef<CFStringRef>() : StorableCopy(item);
 }
 
-CFRef<CFStringRef> HeaderOf(std::int32_t blockNumber, std::int32_t count) {
+CFRef<CFStringRef> HeaderOf(std::int32_t blockNumber, CFIndex count) {
     char text[kHeaderSize];
-    std::snprintf(text, sizeof text, "%d:%d", blockNumber, count);
+    std::snprintf(text, sizeof text, "%d:%ld", blockNumber, static_cast<long>(count));
     return CFRef<CFStringRef>(CFStringCreateWithCString(nullptr, text, kCFStringEncodingUTF8));
 }
 
@@ -179,8 +233,7 @@ CFRef<CFStringRef> HeaderOf(std::int32_t blockNumber, std::int32_t count) {
 
 ZUBTolvanePrinterPList::ZUBTolvanePrinterPList()
     : PropertyListFile(kPath, kCFPropertyListImmutable) {
-    bool const isList = CFGetTypeID(PropertyList()) == CFArrayGetTypeID();
-    mFileUnread = !isList && FileError() != ENOENT;
+    bool const isList = HasList();
     mRecords = CFArrayCreateMutableCopy(nullptr, 0,
                                         isList ? static_cast<CFArrayRef>(PropertyList()) : nullptr);
     mRecordsReady = mRecords != nullptr;
@@ -190,17 +243,14 @@ ZUBTolvanePrinterPList::~ZUBTolvanePrinterPList() {
     CFRelease(mRecords);
 }
 
+bool ZUBTolvanePrinterPList::HasList() const {
+    return CFGetTypeID(PropertyList()) == CFArrayGetTypeID();
+}
+
 CFIndex ZUBTolvanePrinterPList::Exists(CFStringRef name, bool& found) const {
-    found = false;
-    CFIndex const count = CFArrayGetCount(mRecords);
-    for (CFIndex index = 0; index < count && name != nullptr; ++index) {
-        if (IsHead(mRecords, index) &&
-            CFStringCompare(StringAt(mRecords, index), name, kCFCompareCaseInsensitive) == 0) {
-            found = true;
-            return index;
-        }
-    }
-    return kCFNotFound;
+    CFIndex const record = FindRecord(mRecords, name);
+    found = record != kCFNotFound;
+    return record;
 }
 
 CFStringRef ZUBTolvanePrinterPList::Find(CFStringRef name) const {
@@ -211,24 +261,24 @@ CFStringRef ZUBTolvanePrinterPList::Find(CFStringRef name) const {
 }
 
 bool ZUBTolvanePrinterPList::Add(CFStringRef name, CFStringRef address, bool enabled) {
-    auto const ownName = StorableCopy(name);
-    auto const ownAddress = StorableCopy(address);
-    if (!ownName || !ownAddress) {
-        return false;
-    }
-    bool found = false;
-    CFIndex const record = Exists(name, found);
-    if (!found) {
+    Change change;
+    change.name = StorableCopy(name);
+    change.address = StorableCopy(address);
+    change.enabled = enabled;
+    return change.address && Make(std::move(change));
+}
+
+bool ZUBTolvanePrinterPList::PutAddress(CFStringRef name, CFStringRef address, bool enabled) {
+    CFIndex const record = FindRecord(mRecords, name);
+    if (record == kCFNotFound) {
         CFIndex const end = CFArrayGetCount(mRecords);
-        return Splice(end, end,
-                      ListOf({ownName, ownAddress, Flag(enabled), CurrentForm(), DataEnd()}));
+        return Splice(end, end, ListOf({name, address, Flag(enabled), CurrentForm(), DataEnd()}));
     }
     if (!Complete(record)) {
         return false;
     }
-    CFArraySetValueAtIndex(mRecords, record + kAddress, ownAddress);
+    CFArraySetValueAtIndex(mRecords, record + kAddress, address);
     CFArraySetValueAtIndex(mRecords, record + kEnabled, Flag(enabled));
-    mRecordsChanged = true;
     return true;
 }
 
@@ -240,12 +290,11 @@ bool ZUBTolvanePrinterPList::getIPEnabled(CFStringRef name) const {
 
 bool ZUBTolvanePrinterPList::setIPEnabled(CFStringRef name, bool enabled) {
     bool found = false;
-    CFIndex const record = Exists(name, found);
-    if (found) {
-        CFArraySetValueAtIndex(mRecords, record + kEnabled, Flag(enabled));
-        mRecordsChanged = true;
-    }
-    return found;
+    Exists(name, found);
+    Change change;
+    change.name = CFRef<CFStringRef>(CFStringCreateCopy(nullptr, name));
+    change.enabled = enabled;
+    return found && Make(std::move(change));
 }
 
 bool ZUBTolvanePrinterPList::GetDataBlob(CFStringRef name, std::int32_t blockNumber,
@@ -267,36 +316,134 @@ bool ZUBTolvanePrinterPList::GetDataBlob(CFStringRef name, std::int32_t blockNum
 bool ZUBTolvanePrinterPList::AddDataBlob(CFStringRef name, std::int32_t count,
                                          std::int32_t blockNumber, DataItem const* items) {
     bool found = false;
-    CFIndex const record = Exists(name, found);
+    Exists(name, found);
     if (!found) {
         return true;
     }
-    auto const elements = ListOf({HeaderOf(blockNumber, count)});
-    if (!elements || (items == nullptr && count > 0) || !Complete(record)) {
+    Change change;
+    change.name = CFRef<CFStringRef>(CFStringCreateCopy(nullptr, name));
+    change.block = CFRef<CFMutableArrayRef>(CFArrayCreateMutable(nullptr, 0));
+    change.blockNumber = blockNumber;
+    if (!change.block || (items == nullptr && count > 0)) {
         return false;
     }
     for (std::int32_t index = 0; index < count; ++index) {
         if (auto const item = ItemFrom(items[index]); item) {
-            CFArrayAppendValue(elements, item);
+            CFArrayAppendValue(change.block, item);
         }
     }
-    // The blocks in front of the old one move behind the new one.
-    Block const old = FindBlock(mRecords, record, blockNumber);
-    AppendRange(elements, mRecords, record + kBlocks, old.header);
-    return Splice(record + kBlocks, old.end, elements);
+    return Make(std::move(change));
+}
+
+// The new block stands first, and the blocks in front of the old one behind it.
+bool ZUBTolvanePrinterPList::PutBlock(CFStringRef name, std::int32_t number, CFArrayRef items) {
+    CFIndex const record = FindRecord(mRecords, name);
+    CFIndex const count = CFArrayGetCount(items);
+    auto const elements = ListOf({HeaderOf(number, count)});
+    if (record == kCFNotFound || !elements || !Complete(record)) {
+        return false;
+    }
+    Block const old = FindBlock(mRecords, record, number);
+    CFIndex const first = record + kBlocks;
+    CFIndex const end = ContentEnd(mRecords, record);
+    AppendRange(elements, items, 0, count);
+    AppendSorted(elements, mRecords, first, old.header, false);
+    AppendSorted(elements, mRecords, old.end, end, false);
+    CFArrayAppendValue(elements, DataEnd());
+    // Behind the end they are in nobody's way.
+    AppendSorted(elements, mRecords, first, old.header, true);
+    AppendSorted(elements, mRecords, old.end, end, true);
+    return Splice(first, end + 1, elements);
+}
+
+bool ZUBTolvanePrinterPList::Apply(Change const& change) {
+    if (change.block) {
+        return PutBlock(change.name, change.blockNumber, change.block);
+    }
+    if (change.address) {
+        return PutAddress(change.name, change.address, change.enabled);
+    }
+    CFIndex const record = FindRecord(mRecords, change.name);
+    if (record != kCFNotFound) {
+        CFArraySetValueAtIndex(mRecords, record + kEnabled, Flag(change.enabled));
+    }
+    return record != kCFNotFound;
+}
+
+// Makes the change here and notes it for the file. One that it overtakes is forgotten.
+bool ZUBTolvanePrinterPList::Make(Change change) {
+    try {
+        mChanges.reserve(mChanges.size() + 1);
+    } catch (std::bad_alloc const&) {
+        return false;
+    }
+    if (!mRecordsReady || !change.name || !Apply(change)) {
+        return false;
+    }
+    std::erase_if(mChanges, [&](Change const& former) {
+        return CFEqual(former.name, change.name) && !former.block == !change.block &&
+               !former.address == !change.address && former.blockNumber == change.blockNumber;
+    });
+    mChanges.push_back(std::move(change));
+    mRecordsChanged = true;
+    return true;
 }
 
 bool ZUBTolvanePrinterPList::Save() {
-    if (std::int32_t const error = PrepareFile(); error != noErr) {
+    FileLock lock;
+    std::int32_t error = mRecordsReady ? MakeFolders() : memFullErr;
+    if (error == noErr) {
+        error = lock.Take(FileURL());
+    }
+    CFRef<CFMutableArrayRef> own = CFRef<CFMutableArrayRef>::Retained(mRecords);
+    if (error == noErr) {
+        error = TakeFile();
+    }
+    bool const isSaved = error == noErr && PropertyListFile::Save(mRecords);
+    if (isSaved) {
+        mChanges.clear();
+        mRecordsChanged = false;
+    } else {
+        CFRelease(mRecords);
+        mRecords = own.Release();
+    }
+    if (error != noErr) {
         SetFileError(error);
-        return false;
     }
-    if (!PropertyListFile::Save(mRecords)) {
-        return false;
+    return isSaved;
+}
+
+// Reads the file again and puts the changes made here into what stands there now. A file that has
+// gone, or is no list, takes all that is known here. 0, or what keeps the records from being
+// written.
+std::int32_t ZUBTolvanePrinterPList::TakeFile() {
+    CreatePropertyListFromFile(FileURL(), kCFPropertyListImmutable);
+    if (HasList()) {
+        return Merge(static_cast<CFArrayRef>(PropertyList())) ? noErr : memFullErr;
     }
-    mRecordsChanged = false;
-    mFileUnread = false;
-    return true;
+    if (WasRead()) {
+        return KeepUnread();
+    }
+    return FileError() == ENOENT ? noErr : FileError();
+}
+
+bool ZUBTolvanePrinterPList::Merge(CFArrayRef there) {
+    CFRef<CFMutableArrayRef> const own(
+        std::exchange(mRecords, CFArrayCreateMutableCopy(nullptr, 0, there)));
+    bool isMerged = mRecords != nullptr;
+    for (auto change = mChanges.begin(); isMerged && change != mChanges.end(); ++change) {
+        if (FindRecord(mRecords, change->name) != kCFNotFound) {
+            isMerged = Apply(*change);
+            continue;
+        }
+        // The whole record, of which the change is a part.
+        CFIndex const record = FindRecord(own, change->name);
+        CFRef<CFMutableArrayRef> const elements(CFArrayCreateMutable(nullptr, 0));
+        AppendRange(elements, own, record, NextHead(own, record));
+        CFIndex const end = CFArrayGetCount(mRecords);
+        isMerged = Splice(end, end, elements);
+    }
+    return isMerged;
 }
 
 // Makes a whole record of form "2" out of any record. Nothing is dropped but what an older form
@@ -325,31 +472,51 @@ bool ZUBTolvanePrinterPList::Splice(CFIndex first, CFIndex end, CFArrayRef eleme
     }
     CFRelease(mRecords);
     mRecords = list.Release();
-    mRecordsChanged = true;
     return true;
 }
 
-// What has to stand on disk before the records are written. 0, or an errno.
-std::int32_t ZUBTolvanePrinterPList::PrepareFile() const {
-    namespace fs = std::filesystem;
+// 0, or an errno.
+std::int32_t ZUBTolvanePrinterPList::MakeFolders() const {
     char path[kPathSize];
-    if (!CFURLGetFileSystemRepresentation(FileURL(), true, reinterpret_cast<std::uint8_t*>(path),
-                                          sizeof path)) {
-        return noErr;  // writing fails as well, and tells why
+    if (!GetPath(path, sizeof path)) {
+        return noErr;  // locking fails as well, and tells why
     }
     try {
         std::error_code error;
-        fs::create_directories(fs::path(path).parent_path(), error);
-        if (!error && mFileUnread) {
-            fs::path aside(path);
-            aside += kUnreadSuffix;
-            fs::copy_file(path, aside, fs::copy_options::overwrite_existing, error);
-            if (error == std::errc::no_such_file_or_directory) {
-                error.clear();  // it has gone since
-            }
-        }
+        std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
         return error.value();
     } catch (std::bad_alloc const&) {
         return memFullErr;
     }
+}
+
+// Copies the file to the first free name of those for files that are no list. 0, or an errno.
+std::int32_t ZUBTolvanePrinterPList::KeepUnread() const {
+    namespace fs = std::filesystem;
+    char path[kPathSize];
+    if (!GetPath(path, sizeof path)) {
+        return fnfErr;
+    }
+    try {
+        for (int number = 1; number <= kMostUnread; ++number) {
+            std::string aside = std::string(path) + kUnreadSuffix;
+            aside += number == 1 ? "" : '.' + std::to_string(number);
+            std::error_code error;
+            if (fs::exists(fs::symlink_status(aside, error))) {
+                continue;
+            }
+            fs::copy_file(path, aside, error);
+            if (error != std::errc::file_exists) {
+                return error.value();
+            }
+        }
+        return EEXIST;
+    } catch (std::bad_alloc const&) {
+        return memFullErr;
+    }
+}
+
+bool ZUBTolvanePrinterPList::GetPath(char* path, CFIndex size) const {
+    return CFURLGetFileSystemRepresentation(FileURL(), true, reinterpret_cast<std::uint8_t*>(path),
+                                            size);
 }

@@ -3,14 +3,16 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
+#include "platform/CFRef.h"
 #include "twoway/PropertyListFile.h"
 
 // What is remembered of each printer of this user: the network address of its print server,
 // whether two-way communication is on, and blocks of text under numbers. The file is
 // "Library/Preferences/ZUB.TolvanePrinterV2.plist" in the home directory. It is read while the
-// object is constructed and changes only on Save(); whoever wants the changes of another instance
-// makes a new one.
+// object is constructed and again by Save(), which alone changes it; whoever wants the changes of
+// another instance without saving makes a new one.
 //
 // The list is flat. A record is
 //
@@ -23,7 +25,8 @@
 //
 // A file from elsewhere may hold anything. A record reaches to its end mark, or to the next head
 // (name, no boolean, boolean) where that is missing; whatever stands between a record's end and
-// the next head is passed over and stays.
+// the next head is passed over and stays. A block reaches to its count, or to the next header or
+// its record's end where those come first.
 class ZUBTolvanePrinterPList : public PropertyListFile {
   public:
     static constexpr std::size_t kDataItemSize = 1024;
@@ -34,7 +37,8 @@ class ZUBTolvanePrinterPList : public PropertyListFile {
 
     // The position of the record in Records(); kCFNotFound, with `found` false, for none.
     CFIndex Exists(CFStringRef name, bool& found) const;
-    // The address, empty for an unknown name. Borrowed: lives until the record gets another one.
+    // The address, empty for an unknown name. Borrowed: lives until the record gets another one
+    // or the records are saved.
     CFStringRef Find(CFStringRef name) const;
     // Makes the record or gives it a new address and flag; its blocks stay. Both strings are
     // copied. False, and nothing changes, without both of them, for text that can't stand in the
@@ -46,15 +50,18 @@ class ZUBTolvanePrinterPList : public PropertyListFile {
     // Appends the items of a block, all of them strings, to `out`. False without that record or
     // block, and for a record that isn't of form "2"; true for an empty block.
     bool GetDataBlob(CFStringRef name, std::int32_t blockNumber, CFMutableArrayRef out) const;
-    // Replaces a block, or adds it, as the first one of its record. An item that isn't UTF-8 or
-    // can't stand in the file is left out; the header tells `count` all the same. An unknown
-    // name is no failure and changes nothing. False without items or memory.
+    // Replaces a block, or adds it, as the first one of its record. An item that isn't UTF-8, can't
+    // stand in the file or reads as a header is left out, and the header tells how many are there.
+    // Booleans among the blocks move behind the record's end. An unknown name is no failure and
+    // changes nothing. False without items or memory.
     bool AddDataBlob(CFStringRef name, std::int32_t count, std::int32_t blockNumber,
                      DataItem const* items);
 
-    // Writes the records, and makes the folders on the way. A file that was there but couldn't be
-    // taken as a list is first copied to one with ".unread" behind its name. False, with
-    // FileError() set, when any of that fails: the file is as it was and the records stay.
+    // Puts the changes made here into what the file holds by now, writes that and keeps it as the
+    // records; makes the folders on the way. The file is locked meanwhile. One that was read and is
+    // no list is first copied to one with ".unread" behind its name, ".unread.2" and so on. False,
+    // with FileError() set, when any of that fails, also when a file is there that can't be read:
+    // it is as it was and the records stay.
     bool Save();
 
     CFArrayRef Records() const { return mRecords; }          // borrowed, until the next change
@@ -63,12 +70,31 @@ class ZUBTolvanePrinterPList : public PropertyListFile {
     bool RecordsReady() const { return mRecordsReady; }
 
   private:
+    // What was asked for, for the file to get it too: a block, an address with the flag, or the
+    // flag alone.
+    struct Change {
+        CFRef<CFStringRef> name;
+        CFRef<CFStringRef> address;
+        bool enabled = false;
+        CFRef<CFMutableArrayRef> block;  // its items
+        std::int32_t blockNumber = 0;
+    };
+
+    bool HasList() const;
+    bool Make(Change change);
+    bool Apply(Change const& change);
+    bool PutAddress(CFStringRef name, CFStringRef address, bool enabled);
+    bool PutBlock(CFStringRef name, std::int32_t number, CFArrayRef items);
     bool Complete(CFIndex record);
     bool Splice(CFIndex first, CFIndex end, CFArrayRef elements);
-    std::int32_t PrepareFile() const;
+    std::int32_t TakeFile();
+    bool Merge(CFArrayRef there);
+    std::int32_t MakeFolders() const;
+    std::int32_t KeepUnread() const;
+    bool GetPath(char* path, CFIndex size) const;
 
     CFMutableArrayRef mRecords = nullptr;  // owned
+    std::vector<Change> mChanges;          // since the records were read or saved, in order
     bool mRecordsChanged = false;
     bool mRecordsReady = false;
-    bool mFileUnread = false;  // there is a file, and mRecords has nothing of it
 };

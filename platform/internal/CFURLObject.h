@@ -35,6 +35,11 @@ std::string NameOf(std::string const& path);
 // `name` in `folder`, with one slash between them.
 std::string PathIn(std::string folder, std::string_view name);
 
+// Follows links at the end of the path, also one that leads to a file not there yet. In a sticky
+// folder that all may write only those of the caller and of the folder's owner are followed:
+// linkRefusedErr for another's, ELOOP for too many.
+std::int32_t ResolveLinks(std::string& path);
+
 // The whole file into `bytes`; 0 or a POSIX error.
 std::int32_t ReadWholeFile(std::string const& path, std::string& bytes);
 

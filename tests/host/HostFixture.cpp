@@ -8,7 +8,9 @@
 
 #include <unistd.h>
 
+#include "host/HostFiles.h"
 #include "host/Zubprint.h"
+#include "twoway/PropertyListFile.h"
 
 namespace fs = std::filesystem;
 
@@ -28,9 +30,10 @@ HostFixture::HostFixture() {
     std::string name = ::testing::TempDir() + "zubprint-test-XXXXXX";
     mFolder = mkdtemp(name.data());
     setenv("HOME", mFolder.c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", mFolder.c_str(), 1);
 }
 
-// A job's data and the PPD's copy outlive the command; those of this test go with it.
+// A job's data outlives the command; that of this test goes with it.
 HostFixture::~HostFixture() {
     for (fs::directory_entry const& file : fs::directory_iterator(mFolder)) {
         fs::remove(kTemporary / file.path().filename());
@@ -67,6 +70,11 @@ std::string HostFixture::UniqueName(std::string const& stem) {
     return stem + std::to_string(getpid()) + "x" + std::to_string(++sCount);
 }
 
+Outcome HostFixture::ReadJob(std::string const& path, JobDataFile& job) {
+    PropertyListFile const file(HostFiles::URL(path, false), kCFPropertyListImmutable);
+    return job.Take(file.PropertyList());
+}
+
 std::vector<JobDataFile> HostFixture::JobsWith(std::string const& text) {
     std::vector<std::pair<fs::file_time_type, JobDataFile>> found;
     for (fs::directory_entry const& entry : fs::directory_iterator(kTemporary)) {
@@ -74,7 +82,7 @@ std::vector<JobDataFile> HostFixture::JobsWith(std::string const& text) {
         std::error_code gone;
         // Another process may be writing its own file at this moment.
         if (entry.path().filename().string().starts_with("Velon.temp") &&
-            file.Read(entry.path()).Ok() && Holds(file, text)) {
+            ReadJob(entry.path(), file).Ok() && Holds(file, text)) {
             found.emplace_back(fs::last_write_time(entry.path(), gone), file);
             fs::remove(entry.path(), gone);
         }

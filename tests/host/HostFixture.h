@@ -31,6 +31,7 @@ class HostFixture : public ::testing::Test {
     // A name that no other test of any process uses, also not for a copy elsewhere.
     static std::string UniqueName(std::string const& stem);
 
+    static Outcome ReadJob(std::string const& path, JobDataFile& job);
     // The pairs of every job data file that holds the text, oldest first.
     static std::vector<JobDataFile> JobsWith(std::string const& text);
 

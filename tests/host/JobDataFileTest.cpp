@@ -17,8 +17,9 @@ class JobDataFileTest : public HostFixture {
 TEST_F(JobDataFileTest, PairsComeBackInOrderWithEveryByte) {
     JobDataFile file;
     // 0x00 0x41 0xFF, and no bytes at all.
-    ASSERT_TRUE(file.Read(WriteList("<array><integer>-9</integer><data>AEH/</data>"
-                                    "<integer>81</integer><data></data></array>"))
+    ASSERT_TRUE(ReadJob(WriteList("<array><integer>-9</integer><data>AEH/</data>"
+                                  "<integer>81</integer><data></data></array>"),
+                        file)
                     .Ok());
     ASSERT_EQ(2U, file.Pairs().size());
     EXPECT_EQ(-9, file.Pairs()[0].site);
@@ -28,7 +29,7 @@ TEST_F(JobDataFileTest, PairsComeBackInOrderWithEveryByte) {
     EXPECT_EQ(expected, nlohmann::json::parse(file.JSON()));
 }
 
-TEST_F(JobDataFileTest, AnythingButPairsIsRefusedByName) {
+TEST_F(JobDataFileTest, AnythingButPairsIsRefused) {
     char const* const cases[] = {
         "<dict/>",
         "<array><integer>81</integer></array>",
@@ -39,12 +40,10 @@ TEST_F(JobDataFileTest, AnythingButPairsIsRefusedByName) {
     };
     for (char const* const body : cases) {
         JobDataFile file;
-        std::string const path = WriteList(body);
-        Outcome const outcome = file.Read(path);
-        EXPECT_EQ(ExitStatus::kFailed, outcome.status) << body;
-        EXPECT_NE(std::string::npos, outcome.message.find(path));
+        EXPECT_EQ(ExitStatus::kFailed, ReadJob(WriteList(body), file).status) << body;
+        EXPECT_TRUE(file.Pairs().empty());
     }
-    EXPECT_EQ(ExitStatus::kFailed, JobDataFile().Read(PathOf("missing")).status);
+    EXPECT_EQ(ExitStatus::kFailed, JobDataFile().Take(nullptr).status);
 }
 
 }  // namespace

@@ -3,9 +3,12 @@
 
 #include <algorithm>
 #include <fstream>
+#include <new>
+#include <sstream>
 
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
 #include "host/HostFiles.h"
+#include "host/Zubprint.h"
 #include "platform/Testing.h"
 #include "tests/host/HostFixture.h"
 
@@ -52,17 +55,48 @@ class PrintCommandTest : public HostFixture {
     }
 };
 
-TEST_F(PrintCommandTest, EachCommitWritesAFileAndTheLastOnesPathIsPrinted) {
-    Result const result = Run({"print", "--ppd", WritePPD(), "--set", Setting(), "--commits", "3"});
+TEST_F(PrintCommandTest, OnlyTheFileWhosePathIsToldStays) {
+    std::string const ppd = WritePPD();
+    Result const result = Run({"print", "--ppd", ppd, "--set", Setting(), "--commits", "3"});
     ASSERT_EQ(0, result.status) << result.err;
     EXPECT_EQ("", result.err);
     ASSERT_EQ(1, CountLines(result.out)) << result.out;
     JobDataFile printed;
-    ASSERT_TRUE(printed.Read(result.out.substr(0, result.out.size() - 1)).Ok());
+    ASSERT_TRUE(ReadJob(result.out.substr(0, result.out.size() - 1), printed).Ok());
     std::vector<JobDataFile> const written = JobsWith(mMark);
-    ASSERT_EQ(3U, written.size());
+    ASSERT_EQ(1U, written.size());
     EXPECT_EQ(written.front().JSON(), printed.JSON());
-    EXPECT_EQ(written.back().JSON(), printed.JSON());
+    EXPECT_FALSE(fs::exists("/tmp" / fs::path(ppd).filename())) << "the PPD's copy";
+
+    std::vector<std::string> arguments = {"print", "--ppd", ppd, "--set", Setting(), "--pairs"};
+    EXPECT_EQ(printed.JSON(), Run(arguments).out) << "from the session";
+    EXPECT_EQ(0U, JobsWith(mMark).size());
+    arguments.insert(arguments.end(), {"--tickets", PathOf("tickets.plist")});
+    EXPECT_EQ(0, Run(arguments).status);
+    EXPECT_EQ(1U, JobsWith(mMark).size()) << "its path stands in the tickets";
+    arguments.back() = PathOf("no/folder");
+    EXPECT_EQ(1, Run(arguments).status);
+    EXPECT_EQ(0U, JobsWith(mMark).size());
+}
+
+TEST_F(PrintCommandTest, ARelativeHomeKeepsNoRecordAndMemoryThatEndsIsOneLine) {
+    setenv("HOME", "home", 1);
+    Result const result = Run({"print", "--ppd", WritePPD(), "--address", "host"});
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ(1, CountLines(result.err)) << result.err;
+    EXPECT_NE(std::string::npos, result.err.find("HOME")) << result.err;
+    EXPECT_FALSE(fs::exists("home"));
+
+    struct : std::streambuf {
+        int overflow(int /*character*/) override { throw std::bad_alloc(); }
+    } full;
+    std::ostream out(&full);
+    out.exceptions(std::ios::badbit);
+    std::ostringstream err;
+    std::string const ppd = WritePPD();
+    char const* const argv[] = {"zubprint", "inspect", ppd.c_str()};
+    EXPECT_EQ(1, Zubprint::Run(3, argv, out, err));
+    EXPECT_EQ("zubprint: not enough memory\n", err.str());
 }
 
 TEST_F(PrintCommandTest, ForeignPrintersAreRefusedAndTheNextDialogOpens) {

@@ -4,6 +4,7 @@
 
 #include "VelonFeatures/Project/Core/BundleIdentity.h"
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
+#include "host/TicketFile.h"
 #include "platform/CFRef.h"
 #include "tests/host/HostFixture.h"
 #include "twoway/ZUBTolvanePrinterPList.h"
@@ -175,6 +176,39 @@ TEST_F(TicketsTest, ABadTicketsFileIsRefusedAndStays) {
           "<string>x</string></dict></dict></plist>");
     json const values = Print({"--set", "*Duplex=" + mMark});
     EXPECT_EQ(values["*Sort"], "True");
+}
+
+TEST_F(TicketsTest, RunsThatWriteOneFileKeepEachOthersChanges) {
+    auto const set = [](TicketFile& file, std::initializer_list<char const*> keys) {
+        PMTicketRef ticket = 0;
+        ASSERT_EQ(noErr, PMTicketCreate(CFSTR("test"), &ticket));
+        ASSERT_EQ(noErr, file.Fill(CFSTR("PMPrintSettingsTicket"), ticket));
+        for (char const* key : keys) {
+            CFStringRef const text = CFStringConstant(key);
+            ASSERT_EQ(noErr, PMTicketSetItem(ticket, TicketFile::Client(), text, text, false));
+        }
+        EXPECT_EQ(noErr, file.Take(CFSTR("PMPrintSettingsTicket"), ticket));
+        PMTicketReleaseAndClear(&ticket);
+    };
+    Write("tickets.plist",
+          "<plist version=\"1.0\"><dict><key>PMPrintSettingsTicket</key><dict>"
+          "<key>one</key><string>former</string></dict></dict></plist>");
+    TicketFile one;
+    TicketFile other;
+    ASSERT_TRUE(one.Read(mTickets).Ok() && other.Read(mTickets).Ok());
+    set(one, {"one", "two"});
+    set(other, {"three"});
+    ASSERT_TRUE(one.Write(mTickets).Ok() && other.Write(mTickets).Ok());
+    for (char const* text : {"<string>one<", "<string>two<", "<string>three<"}) {
+        EXPECT_NE(ReadTickets().find(text), std::string::npos) << text << ReadTickets();
+    }
+    // Damaged since it was read.
+    Write("tickets.plist", "<plist>");
+    EXPECT_FALSE(one.Write(mTickets).Ok());
+    EXPECT_EQ("<plist>", ReadTickets());
+    fs::remove(mTickets);
+    EXPECT_TRUE(one.Write(mTickets).Ok());
+    EXPECT_EQ(fs::perms::owner_read | fs::perms::owner_write, fs::status(mTickets).permissions());
 }
 
 TEST_F(TicketsTest, TheRecordOfThePrinterTakesAnAddress) {

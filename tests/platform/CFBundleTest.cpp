@@ -88,6 +88,13 @@ TEST_F(CFBundleTest, FunctionsComeFromItsExecutable) {
     ASSERT_NE(function, nullptr);
     EXPECT_EQ(reinterpret_cast<int (*)()>(function)(), 4711);
     EXPECT_EQ(CFBundleGetFunctionPointerForName(bundle, CFSTR("NoSuchFunction")), nullptr);
+    EXPECT_EQ(CFBundleGetFunctionPointerForName(Create("b.plugin", ""), answer), nullptr);
+    for (std::string const& name : {std::string("../../../a.plugin/Contents/MacOS/Module"),
+                                    mFolder.Path("a.plugin/Contents/MacOS/Module")}) {
+        auto const other = Create("c.plugin", Entry("CFBundleExecutable", name));
+        std::filesystem::create_directories(mFolder.Path("c.plugin/Contents/MacOS"));
+        EXPECT_EQ(CFBundleGetFunctionPointerForName(other, answer), nullptr) << name;
+    }
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "platform/MacTypes.h"
 #include "tests/platform/TestSupport.h"
 
 namespace {
@@ -152,6 +153,48 @@ TEST_F(FileAccessTest, ModeStaysWithAnExistingFileAndFollowsTheMaskForANewOne) {
     EXPECT_TRUE(Write(mFolder.Path("new"), "b"));
     EXPECT_EQ(ModeOf("new"), 0604U);
     EXPECT_EQ(mFolder.Read("new"), "b");
+    chmod(mFolder.Path("new").c_str(), 06755);
+    EXPECT_TRUE(Write(mFolder.Path("new"), "c"));
+    EXPECT_EQ(ModeOf("new"), 0755U) << "without setuid and setgid";
+}
+
+TEST_F(FileAccessTest, InASharedFolderOnlyOwnLinksAndItsOwnersAreFollowed) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can make another user's link";
+    }
+    constexpr uid_t kNeighbour = 65534;
+    std::filesystem::create_directory(mFolder.Path("shared"));
+    mFolder.Write("file", "own");
+    std::string const link = mFolder.Path("shared/link");
+    ASSERT_EQ(symlink("../file", link.c_str()), 0);
+    // The way there leads through a link of one's own.
+    ASSERT_EQ(symlink("shared/link", mFolder.Path("first").c_str()), 0);
+    struct {
+        mode_t mode;
+        uid_t folder;
+        uid_t link;
+        bool isFollowed;
+    } const cases[] = {
+        {01777, 0, kNeighbour, false},         {01777, 0, 0, true},
+        {01777, kNeighbour, kNeighbour, true}, {01755, 0, kNeighbour, true},
+        {0777, 0, kNeighbour, true},
+    };
+    for (auto const& row : cases) {
+        ASSERT_EQ(chown(mFolder.Path("shared").c_str(), row.folder, 0), 0);
+        ASSERT_EQ(chmod(mFolder.Path("shared").c_str(), row.mode), 0);
+        ASSERT_EQ(lchown(link.c_str(), row.link, 0), 0);
+        mFolder.Write("file", "own");
+        for (char const* name : {"shared/link", "first"}) {
+            CFRef<CFDataRef> data;
+            EXPECT_EQ(row.isFollowed,
+                      CFURLCreateDataAndPropertiesFromResource(nullptr, FileURL(mFolder.Path(name)),
+                                                               data.Receive(), &mError));
+            EXPECT_EQ(row.isFollowed ? 0 : linkRefusedErr, mError);
+            EXPECT_EQ(row.isFollowed, Write(mFolder.Path(name), "new"));
+            EXPECT_EQ(row.isFollowed ? 0 : linkRefusedErr, mError);
+        }
+        EXPECT_EQ(mFolder.Read("file"), row.isFollowed ? "new" : "own");
+    }
 }
 
 TEST_F(FileAccessTest, ALinkStaysAndWhatItLeadsToIsReplaced) {

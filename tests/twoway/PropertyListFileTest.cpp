@@ -53,9 +53,12 @@ TEST_F(PropertyListFileTest, FailuresLeaveAnErrorAndNoList) {
 
     PropertyListFile const nowhere(nullptr, CFSTR("list.plist"), kCFPropertyListImmutable);
     EXPECT_FALSE(nowhere.IsFileValid());
-    ScopedVariable const noHome("HOME", nullptr);
-    PropertyListFile homeless("/list.plist", kCFPropertyListImmutable);
-    EXPECT_FALSE(homeless.Save(CFSTR("text")));
+    for (char const* home : {static_cast<char const*>(nullptr), "relative", ""}) {
+        ScopedVariable const noHome("HOME", home);
+        PropertyListFile homeless("/list.plist", kCFPropertyListImmutable);
+        EXPECT_TRUE(homeless.IsFileValid());
+        EXPECT_FALSE(homeless.Save(CFSTR("text")));
+    }
 }
 
 TEST_F(PropertyListFileTest, APrinterListNeedsANameInItsArray) {

@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "twoway/ZUBTolvanePrinterPList.h"
 
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
 #include <memory>
 #include <random>
 #include <sstream>
@@ -117,6 +123,12 @@ TEST_F(ZUBTolvanePrinterPListTest, AnAddressAndABlockMakeAWholeRecordAndLeaveThe
         {"A a + 1 x #5", "A n - 2 END x #5", "A a + 2 0:2 i j END x #5"},
         {"A a + 2 0:99 k END B b - 0", "A n - 2 0:99 k END B b - 0", "A a + 2 0:2 i j END B b - 0"},
         {"A a + 2 0:-7 k END", "A n - 2 0:-7 k END", "A a + 2 0:2 i j k END"},
+        {"A a + 2 0:3 k 1:1 l END", "A n - 2 0:3 k 1:1 l END", "A a + 2 0:2 i j 1:1 l END"},
+        // Booleans that would make a head of what is put before them.
+        {"A a + 2 - 1:1 k END B b - 0", "A n - 2 - 1:1 k END B b - 0",
+         "A a + 2 0:2 i j 1:1 k END - B b - 0"},
+        {"A a + 2 - 0:1 - k + 1:1 l", "A n - 2 - 0:1 - k + 1:1 l END",
+         "A a + 2 0:2 i j k 1:1 l END - +"},
         // Records cut short, and marks of no form.
         {"A a + 2 0:2 k B b - 0", "A n - 2 0:2 k END B b - 0", "A a + 2 0:2 i j END B b - 0"},
         {"A a + #5 0:1 k END", "A n - 2 END #5 0:1 k END", "A a + 2 0:2 i j END #5 0:1 k END"},
@@ -141,6 +153,8 @@ TEST_F(ZUBTolvanePrinterPListTest, ABlockEndsWithItsRecordWhateverItsCountSays) 
     } const cases[] = {
         {"A a + 2 1:2 k l 0:1 m END", "m", "k l"},
         {"A a + 2 0:9 k #5 l END B b + 2 END", "k l", "none"},
+        {"A a + 2 0:2147483647 k B b + 2 1:1 l END", "k", "none"},
+        {"A a + 2 0:3 k 1:1 l END", "k", "l"},
         {"A a + 2 0:-1 k 1:x l END", "", ""},
         {"A a + 1 0:1 k END", "none", "none"},
         {"A a + B b + 2 0:1 k END", "none", "none"},
@@ -155,8 +169,10 @@ TEST_F(ZUBTolvanePrinterPListTest, ABlockEndsWithItsRecordWhateverItsCountSays) 
 TEST_F(ZUBTolvanePrinterPListTest, WhatCannotStandInTheFileIsLeftOut) {
     auto const list = Read("A a + 2 END");
     std::string const unterminated(ZUBTolvanePrinterPList::kDataItemSize, 'x');
-    EXPECT_TRUE(AddBlock(*list, "A", {"k", "\xFF", kEndMark, "\x01", "", unterminated, "l"}));
-    EXPECT_EQ(ListText(list->Records()), "A a + 2 0:7 k '' " + unterminated + " l END");
+    EXPECT_TRUE(
+        AddBlock(*list, "A", {"k", "\xFF", kEndMark, "\x01", "", unterminated, "1:2", "l"}));
+    EXPECT_EQ(ListText(list->Records()), "A a + 2 0:4 k '' " + unterminated + " l END");
+    EXPECT_FALSE(list->Add(Str("B"), nullptr, true));
     EXPECT_FALSE(list->Add(Str("B"), Str("\x02"), true));
     EXPECT_FALSE(list->Add(Str(kEndMark), Str("b"), true));
 }
@@ -202,20 +218,104 @@ TEST_F(ZUBTolvanePrinterPListTest, AFailedSaveLeavesTheFileAndTheRecords) {
 }
 
 TEST_F(ZUBTolvanePrinterPListTest, AFileThatIsNoListIsKeptBesideTheNewOne) {
+    std::string ending;
     for (std::string const content : {"<plist><dict><key>A</key><string>a</string></dict></plist>",
                                       "<plist><array><string>A</str", ""}) {
         mHome.Write(kFile, content);
         ZUBTolvanePrinterPList list;
         EXPECT_TRUE(list.Add(Str("A"), Str("a"), true));
         EXPECT_TRUE(list.Save() && list.Save());
-        EXPECT_EQ(mHome.Read(kUnread), content);
+        EXPECT_EQ(mHome.Read(kUnread + ending), content);
         EXPECT_EQ(Text(ZUBTolvanePrinterPList().Find(Str("A"))), "a");
+        ending = ending.empty() ? ".2" : ".3";
     }
-    std::filesystem::remove(mHome.Path(kUnread));
-    std::filesystem::create_directory(mHome.Path(kUnread));
-    mHome.Write(kFile, "text");
-    EXPECT_FALSE(ZUBTolvanePrinterPList().Save()) << "no place for the copy";
-    EXPECT_EQ(mHome.Read(kFile), "text");
+    EXPECT_TRUE(mHome.Read(kUnread).starts_with("<plist><dict>")) << "the first stays";
+}
+
+// Runs it in a process that no file is open to by its owner's power alone; what that returned.
+template <typename Function>
+bool RunAsUser(TemporaryFolder const& home, Function function) {
+    constexpr uid_t kNobody = 65534;
+    pid_t const child = fork();
+    if (child == 0) {
+        for (char const* name : {"", "Library", "Library/Preferences", kFile}) {
+            if (getuid() == 0 && chown(home.Path(name).c_str(), kNobody, kNobody) != 0) {
+                _exit(2);
+            }
+        }
+        bool const isUser = getuid() != 0 || setuid(kNobody) == 0;
+        _exit(isUser && function() ? 0 : 1);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+TEST_F(ZUBTolvanePrinterPListTest, AListThatCannotBeReadIsNeverReplaced) {
+    mHome.Write(kFile, XMLOf("A a + 2 END B b + 2 END"));
+    std::string const before = mHome.Read(kFile);
+    // It may be written, and its folder too.
+    chmod(mHome.Path(kFile).c_str(), 0200);
+    EXPECT_TRUE(RunAsUser(mHome, [] {
+        ZUBTolvanePrinterPList list;
+        bool const isAdded = list.Add(Str("C"), Str("c"), true);
+        return isAdded && !list.Save() && list.FileError() == EACCES;
+    }));
+    EXPECT_EQ(mHome.Read(kFile), getuid() == 0 ? before : "");
+    // Once it can be read again, what was added goes beside what is there.
+    EXPECT_TRUE(RunAsUser(mHome, [&] {
+        ZUBTolvanePrinterPList list;
+        bool const isAdded = list.Add(Str("C"), Str("c"), true);
+        chmod(mHome.Path(kFile).c_str(), 0640);
+        return isAdded && list.Save();
+    }));
+    EXPECT_EQ(ListText(ZUBTolvanePrinterPList().Records()), "A a + 2 END B b + 2 END C c + 2 END");
+    struct stat status {};
+    ASSERT_EQ(0, stat(mHome.Path(kFile).c_str(), &status));
+    EXPECT_EQ(0640U, status.st_mode & 07777U) << "a file keeps its mode";
+    std::filesystem::remove(mHome.Path(kFile));
+    ASSERT_TRUE(ZUBTolvanePrinterPList().Save());
+    ASSERT_EQ(0, stat(mHome.Path(kFile).c_str(), &status));
+    EXPECT_EQ(0600U, status.st_mode & 07777U);
+}
+
+TEST_F(ZUBTolvanePrinterPListTest, ASaveChangesItsOwnRecordAndLeavesWhatOthersSaved) {
+    auto const list = Read("A a + 2 1:1 k END B b - 2 END");
+    auto const other = std::make_unique<ZUBTolvanePrinterPList>();
+    EXPECT_TRUE(other->Add(Str("a"), Str("n"), false) && other->Add(Str("C"), Str("c"), true));
+    EXPECT_TRUE(other->Save());
+    EXPECT_TRUE(AddBlock(*list, "A", {"i"}) && list->setIPEnabled(Str("B"), true));
+    EXPECT_TRUE(list->Save());
+    EXPECT_EQ(ListText(list->Records()), "A n - 2 0:1 i 1:1 k END B b + 2 END C c + 2 END");
+    EXPECT_TRUE(CFEqual(list->Records(), ZUBTolvanePrinterPList().Records()));
+    // A record that has gone from the file comes back whole.
+    EXPECT_TRUE(AddBlock(*other, "C", {"j"}));
+    mHome.Write(kFile, XMLOf("D d - 2 END"));
+    EXPECT_TRUE(other->Save());
+    EXPECT_EQ(ListText(other->Records()), "D d - 2 END C c + 2 0:1 j END");
+}
+
+TEST_F(ZUBTolvanePrinterPListTest, ProcessesThatSaveAtOnceLoseNothing) {
+    constexpr int kRecords = 100;
+    auto const saveAll = [](char const* prefix) {
+        bool isSaved = true;
+        for (int number = 0; number < kRecords; ++number) {
+            ZUBTolvanePrinterPList list;
+            isSaved = list.Add(Str(prefix + std::to_string(number)), Str("x"), true) &&
+                      list.Save() && isSaved;
+        }
+        return isSaved;
+    };
+    pid_t const child = fork();
+    if (child == 0) {
+        _exit(saveAll("A") ? 0 : 1);
+    }
+    EXPECT_TRUE(saveAll("B"));
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(0, status);
+    EXPECT_EQ(2 * kRecords * 5, CFArrayGetCount(ZUBTolvanePrinterPList().Records()));
+    EXPECT_FALSE(std::filesystem::exists(mHome.Path(kFile) + ".lock"));
 }
 
 TEST_F(ZUBTolvanePrinterPListTest, WithoutMemoryNothingIsHalfDone) {

@@ -19,6 +19,7 @@
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "platform/CFRef.h"
 #include "platform/FileManager.h"
+#include "platform/NewFiles.h"
 
 namespace {
 
@@ -48,6 +49,7 @@ bool CopyFile(char const* source, char const* target) {
         return false;
     }
     close(file);
+    ReportNewFile(temporary, target);
     fs::copy_file(source, temporary, fs::copy_options::overwrite_existing, error);
     if (!error) {
         fs::rename(temporary, target, error);

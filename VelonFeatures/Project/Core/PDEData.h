@@ -11,6 +11,7 @@
 #include "VelonFeatures/Project/Core/OptionPair.h"
 #include "VelonFeatures/Project/Core/SystemValues.h"
 #include "VelonFeatures/Project/Core/WatermarkList.h"
+#include "platform/CFRef.h"
 #include "platform/CoreFoundation.h"
 #include "platform/PrintManager.h"
 #include "twoway/ZUBTolvanePrinterPList.h"
@@ -45,6 +46,10 @@ class PDEData {
     void SetSession(PMPrintSession session) { mSession = session; }
     CFStringRef PrinterName() const { return mPrinterName; }  // borrowed; null when not valid
     char const* TempPPDPath() const { return mTempPPDPath; }  // "" without a PPD
+    // The pairs of the last commit as a list of number, data, number, data ...; borrowed until the
+    // next one. Null without one, and for one whose file couldn't be written.
+    CFArrayRef LastJob() const { return mLastJob; }
+    void SetLastJob(CFArrayRef pairs) { mLastJob = CFRef<CFArrayRef>::Retained(pairs); }
     WatermarkList& Watermarks() { return mWatermarks; }
     std::array<OptionPair, kStoredPairs>& StoredPairs() { return mStoredPairs; }
     std::int32_t StoredPairCount() const { return mStoredPairCount; }
@@ -84,8 +89,8 @@ class PDEData {
     // Reads the records anew; false when there was no memory.
     bool ResetTolvanePrinterList();
     // The address of the printer's server, empty for an unknown printer and null without records;
-    // borrowed until the record changes. `enabled`, which may be null, tells whether two-way
-    // communication is on.
+    // borrowed until the records change or are saved. `enabled`, which may be null, tells whether
+    // two-way communication is on.
     CFStringRef GetTolvanePrinterAddress(CFStringRef name, bool* enabled = nullptr);
     // Writes the record at once, of this printer for a null name. False when it couldn't be
     // written, and for a null address. A text is taken in the application's encoding.
@@ -152,6 +157,7 @@ class PDEData {
     CFStringRef mPrinterAddress = nullptr;   // in mPrinterList; the one last found
     std::unique_ptr<ZUBTolvanePrinterPList> mPrinterList;
     char mTempPPDPath[kTempPPDPathSize] = {};
+    CFRef<CFArrayRef> mLastJob;
     bool mHasTempPPD = false;  // the copy was made here, and is removed
     ZUBPPD* mPPD;              // not owned
     PMPrintSession mSession;   // not owned

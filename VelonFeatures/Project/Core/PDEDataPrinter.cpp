@@ -39,9 +39,7 @@ bool PDEData::SetTolvanePrinterAddress(CFStringRef name, CFStringRef address, bo
     if (mPrinterList == nullptr || !mPrinterList->Add(printer, address, enabled)) {
         return false;
     }
-    // The former address went with its place in the record.
-    GetTolvanePrinterAddress(mPrinterName);
-    return mPrinterList->Save();
+    return SaveTolvanePrinterList();
 }
 
 bool PDEData::GetIPAddressEnabled() const {
@@ -52,12 +50,15 @@ bool PDEData::GetIPAddressEnabled() const {
 void PDEData::SetIPAddressEnabled(bool enabled) {
     if (mPrinterList != nullptr && mPrinterName != nullptr &&
         mPrinterList->setIPEnabled(mPrinterName, enabled)) {
-        mPrinterList->Save();
+        SaveTolvanePrinterList();
     }
 }
 
 bool PDEData::SaveTolvanePrinterList() {
-    return mPrinterList != nullptr && mPrinterList->Save();
+    bool const isSaved = mPrinterList != nullptr && mPrinterList->Save();
+    // The former address went with its record.
+    GetTolvanePrinterAddress(mPrinterName);
+    return isSaved;
 }
 
 bool PDEData::IsValidBasicPanelControl(PPDXControl* control) {
@@ -73,6 +74,8 @@ bool PDEData::GetPPDShortcuts(PPDTree& tree) {
 }
 
 bool PDEData::SetPPDShortcuts(PPDTree tree) {
-    return mPrinterName != nullptr && mPrinterList != nullptr &&
-           WriteShortcuts(*mPrinterList, mPrinterName, tree);
+    bool const isSaved = mPrinterName != nullptr && mPrinterList != nullptr &&
+                         WriteShortcuts(*mPrinterList, mPrinterName, tree);
+    GetTolvanePrinterAddress(mPrinterName);
+    return isSaved;
 }

@@ -241,7 +241,7 @@ OSStatus ProjectPDE::Commit(ZUBJobTicket& ticket, PrintSettingsTicket& settings)
     OSStatus const result = gPDEData->SaveNonPSSettings(&settings, sessionKey);
     // A job data file that can't be written leaves the settings with the former one; the dialog
     // goes on.
-    ticket.Save(sessionKey);
+    gPDEData->SetLastJob(ticket.Save(sessionKey) ? ticket.List() : nullptr);
     return result;
 }
 
