@@ -111,8 +111,8 @@ Outcome PrintCommand::TryChoices(TicketFile const& tickets) {
         outcome = MakeChoices(dialog, warnings);
     }
     return outcome.Ok() && warnings > 0
-               ? Outcome::Failed(std::to_string(warnings) + " warnings for " + mOptions.ppd +
-                                 ", nothing is written")
+               ? Outcome::Failed("not every choice for " + mOptions.ppd +
+                                 " comes out as it was made, nothing is written")
                : outcome;
 }
 

@@ -11,9 +11,11 @@
 #include <cstdio>
 #include <cstring>
 #include <limits>
+#include <new>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/internal/CFURLObject.h"
@@ -67,12 +69,16 @@ class DirectoryTable {
 };
 
 std::int32_t DirectoryTable::NumberOf(std::string const& path) {
-    auto const [position, isNew] =
-        mNumbers.emplace(path, kFirstNumber + static_cast<std::int32_t>(mPaths.size()));
-    if (isNew) {
-        mPaths.push_back(path);
+    if (auto const known = mNumbers.find(path); known != mNumbers.end()) {
+        return known->second;
     }
-    return position->second;
+    // A number without its path would stay so for good: nothing may fail between the two.
+    std::string copy = path;
+    mPaths.reserve(mPaths.size() + 1);
+    std::int32_t const number = kFirstNumber + static_cast<std::int32_t>(mPaths.size());
+    mNumbers.emplace(path, number);
+    mPaths.push_back(std::move(copy));
+    return number;
 }
 
 std::string const* DirectoryTable::PathOf(std::int32_t number) const {
@@ -197,7 +203,7 @@ int DescriptorOf(std::int16_t reference) {
                : files[static_cast<std::size_t>(reference) - 1];
 }
 
-// A number that is never 0.
+// A number that is never 0; 0 where there is no room.
 std::int16_t AddOpenFile(int descriptor) {
     auto& files = OpenFiles();
     auto slot = std::find(files.begin(), files.end(), kClosed);
@@ -205,7 +211,11 @@ std::int16_t AddOpenFile(int descriptor) {
         if (files.size() == std::numeric_limits<std::int16_t>::max()) {
             return 0;
         }
-        slot = files.insert(files.end(), kClosed);
+        try {
+            slot = files.insert(files.end(), kClosed);
+        } catch (std::bad_alloc const&) {
+            return 0;
+        }
     }
     *slot = descriptor;
     return static_cast<std::int16_t>(slot - files.begin() + 1);

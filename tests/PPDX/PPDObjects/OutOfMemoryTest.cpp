@@ -50,6 +50,7 @@ TEST(OutOfMemoryTest, AParseWithoutMemoryAtAnyPointEndsAndLeaksNothing) {
         }
         failed = HasAnyNewFailed();
         FailAnyNewAfter(-1);
+        EXPECT_TRUE(failed || ppd->IsValidPPD()) << "an earlier failure stays behind";
         PPDPtr(ppd).reset();
         ASSERT_EQ(before, LiveObjectCount()) << count;
     }
