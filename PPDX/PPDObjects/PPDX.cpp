@@ -6,13 +6,13 @@
 #include <new>
 #include <string_view>
 
-#include "PPDX/PPDObjects/Controls/PPDXErrorObj.h"
+#include "PPDX/PPDObjects/Controls/ArchiveTags.h"
 #include "PPDX/PPDObjects/PPDDelimiters.h"
 #include "PPDX/PPDObjects/PPDFile.h"
 #include "PPDX/PPDObjects/PPDStream.h"
 #include "PPDX/PPDObjects/PPDXErrorCode.h"
+#include "PPDX/PPDObjects/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/PPDXErrors.h"
-#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/BoyerMoore.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "ZUBUtils/PPDUtils/PPDLanguage.h"
@@ -190,7 +190,7 @@ char const* PPDX::PathToPDE() const {
     return TextOf(mPathToExtension);
 }
 
-std::uint32_t PPDX::GetStringTextEncoding() const {
+unsigned long PPDX::GetStringTextEncoding() const {
     return mTextConverter != nullptr ? mTextConverter->GetOutputEncoding() : 0;
 }
 

@@ -123,6 +123,7 @@ class ZUBPPD : public PPDX, public DisplayOptions {
 
     static _EXTENSIONS_SUPPORT_ GetExtensions() { return sExtensionsSupport; }
     static void SetExtensions(_EXTENSIONS_SUPPORT_ level) { sExtensionsSupport = level; }
+    static _EXTENSIONS_SUPPORT_ sExtensionsSupport;
 
     // Turns the parent names that an archive left in the elements into links. An element whose
     // parent isn't there becomes an orphan. Reaches what the display option lets through: the
@@ -260,6 +261,4 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     PointerList mGroupNames;                       // GroupName*, owned; emptied after a parse
     bool mCustomPaper = false;
     UIConstraints* mConstraints = nullptr;  // owned
-
-    static _EXTENSIONS_SUPPORT_ sExtensionsSupport;
 };

@@ -106,7 +106,7 @@ void JobAssembly::SuppressApplePostscript() {
          control = GetNext(controls, type)) {
         std::string_view const keyword = KeywordOf(control);
         if (!keyword.empty() && keyword != "*PageSize") {
-            mTicket.Add(kSuppressedKeywordSite, control->Keyword());
+            mTicket.AddText(kSuppressedKeywordSite, control->Keyword());
         }
     }
 }
@@ -133,7 +133,7 @@ void JobAssembly::OutFirstControl() {
     std::int32_t const orientation = mData.PageOrientation();
     bool const isPortrait = orientation == 1 || orientation == 3;
     if (!isPortrait && IsPrintingFromInDesign()) {
-        mTicket.Add(kFeatureSite, kNUpResetText);
+        mTicket.AddText(kFeatureSite, kNUpResetText);
     }
 }
 
@@ -160,18 +160,18 @@ void JobAssembly::OutRemainingControl(PPDXControl* control) {
     if (!isElsewhere) {
         mTicket.Add(kFeatureSite, control);
     } else if (keyword == "*ZUOrientation" && !control->IsNoVelonDriverUI()) {
-        mTicket.Add(kFeatureSite, kOrientationFalseText);
+        mTicket.AddText(kFeatureSite, kOrientationFalseText);
     }
 }
 
 void JobAssembly::OutDriverMarker() {
     char const* const version = mPPD == nullptr ? nullptr : mPPD->ZUVersion();
     if (version == nullptr || *version != '2') {
-        mTicket.Add(kDriverCommentSite, kDriverMarkerText);
+        mTicket.AddText(kDriverCommentSite, kDriverMarkerText);
     }
 }
 
 void JobAssembly::OutClosingMarkers() {
-    mTicket.Add(kFirstCopyMarkerSite, kClosingMarkerText);
-    mTicket.Add(kSecondCopyMarkerSite, kClosingMarkerText);
+    mTicket.AddText(kFirstCopyMarkerSite, kClosingMarkerText);
+    mTicket.AddText(kSecondCopyMarkerSite, kClosingMarkerText);
 }

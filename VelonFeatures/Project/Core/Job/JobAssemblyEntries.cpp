@@ -142,7 +142,7 @@ bool JobAssembly::OutPCPair(OptionPair const& pair) {
     if (language != nullptr && std::strcmp(language, "Japanese") == 0) {
         text = ToMacJapanese(text);
     }
-    mTicket.Add(kFeatureSite, text.c_str());
+    mTicket.AddText(kFeatureSite, text.c_str());
     return !text.empty();
 }
 
@@ -201,7 +201,7 @@ void JobAssembly::OutPrintSize() {
     if (mPPD->CustomPaper() || !SameText(ValueOf(printSize), ValueOf(pageSize))) {
         mTicket.Add(kFeatureSite, printSize);
     } else {
-        mTicket.Add(kFeatureSite, kSameSizeText);
+        mTicket.AddText(kFeatureSite, kSameSizeText);
     }
 }
 
@@ -215,7 +215,7 @@ void JobAssembly::OutFileDestination() {
         !CFStringGetCString(name, path, sizeof path, kCFStringEncodingUTF8)) {
         return;
     }
-    mTicket.Add(kFilePathSite, path);
+    mTicket.AddText(kFilePathSite, path);
     int const file = creat(path, kFileMode);
     if (file >= 0) {
         close(file);
