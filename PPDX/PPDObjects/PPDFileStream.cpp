@@ -14,9 +14,7 @@ long WholeSize(PPDFile& file) {
 }  // namespace
 
 PPDFileStream::PPDFileStream(PPDFile* file, bool chunked) : mChunked(chunked), mFile(file) {
-    if (mFile != nullptr) {
-        Setup();
-    }
+    Setup();
 }
 
 PPDFileStream::~PPDFileStream() {
@@ -26,7 +24,7 @@ PPDFileStream::~PPDFileStream() {
 }
 
 void PPDFileStream::Setup() {
-    if (!mFile->dataForkOpen() && mFile->openDataFork(fsRdPerm) != noErr) {
+    if (mFile == nullptr || (!mFile->dataForkOpen() && mFile->openDataFork(fsRdPerm) != noErr)) {
         SetStatus(kBad);
         return;
     }

@@ -27,8 +27,12 @@ class PPDFileStream : public PPDStream {
     // As in PPDStream, over the borders of chunks. A last line without a line end isn't delivered.
     bool GetLine(char* line) override;
 
+    using PPDStream::Setup;
+    // Goes on with the file's next chunk, whatever of the last one is unread. Bad when there is
+    // none.
+    void Setup();
+
   private:
-    void Setup();   // the next chunk; bad when there is none
     bool Refill();  // false at the end of the file
 
     std::vector<char> mBuffer;

@@ -7,13 +7,13 @@
 #include <string_view>
 #include <utility>
 
-#include "PPDX/PPDObjects/Controls/PPDXErrorObj.h"
+#include "PPDX/PPDObjects/Controls/ArchiveTags.h"
 #include "PPDX/PPDObjects/PPDDelimiters.h"
 #include "PPDX/PPDObjects/PPDFile.h"
 #include "PPDX/PPDObjects/PPDStream.h"
 #include "PPDX/PPDObjects/PPDXErrorCode.h"
+#include "PPDX/PPDObjects/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/PPDXErrors.h"
-#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/BoyerMoore.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "ZUBUtils/PPDUtils/PPDLanguage.h"
@@ -191,7 +191,7 @@ char const* PPDX::PathToPDE() const {
     return TextOf(mPathToExtension);
 }
 
-std::uint32_t PPDX::GetStringTextEncoding() const {
+unsigned long PPDX::GetStringTextEncoding() const {
     return mTextConverter != nullptr ? mTextConverter->GetOutputEncoding() : 0;
 }
 

@@ -66,7 +66,7 @@ class PPDX {
     char const* ZUVersion() const;
     char const* PathToPDE() const;
     // The encoding that the text converter writes, 0 without a converter.
-    std::uint32_t GetStringTextEncoding() const;
+    unsigned long GetStringTextEncoding() const;
     TextConverter* GetTextConverter() const { return mTextConverter; }
 
     // ---- The token layer ----

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PPDX/PPDObjects/PPDXErrors.h"
 
-#include "PPDX/PPDObjects/Controls/PPDXErrorObj.h"
+#include "PPDX/PPDObjects/PPDXErrorObj.h"
 
 bool PPDXErrors::Add(PPDXErrorObj* error) {
     return error != nullptr && mList.PushBack(error);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PPDX/PPDObjects/PPDXGroup.h"
 
-#include "ZUBUtils/PPDUtils/ArchiveTags.h"
+#include "PPDX/PPDObjects/Controls/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 
 namespace {

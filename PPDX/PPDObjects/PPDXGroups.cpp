@@ -5,11 +5,11 @@
 #include <cstring>
 #include <new>
 
+#include "PPDX/PPDObjects/Controls/ArchiveTags.h"
 #include "PPDX/PPDObjects/Controls/DisplayOptions.h"
 #include "PPDX/PPDObjects/PPDXGroup.h"
 #include "PPDX/PPDObjects/PPDXRollDown.h"
 #include "PPDX/PPDObjects/PPDXScrollPane.h"
-#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "platform/CollectionManager.h"
 
@@ -152,7 +152,7 @@ PPDXGroup* NextGroup(PPDXGroups* groups) {
     return groups == nullptr ? nullptr : groups->Next();
 }
 
-PPDXGroup* FindGroup(PPDXGroups* groups, char const* keyword, bool exact) {
+PPDXGroup* FindGroup(PPDXGroups* groups, char const* keyword, bool const& exact) {
     return groups == nullptr ? nullptr : groups->Find(keyword, exact);
 }
 

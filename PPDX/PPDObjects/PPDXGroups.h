@@ -53,7 +53,7 @@ class PPDXGroups {
 extern "C" {
 PPDXGroup* FirstGroup(PPDXGroups* groups);
 PPDXGroup* NextGroup(PPDXGroups* groups);
-PPDXGroup* FindGroup(PPDXGroups* groups, char const* keyword, bool exact);
+PPDXGroup* FindGroup(PPDXGroups* groups, char const* keyword, bool const& exact);
 std::int32_t GroupCount(PPDXGroups* groups);
 bool IsGrouPointerListEmpty(PPDXGroups* groups);  // false for a null handle
 }

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <new>
 
+#include "PPDX/PPDObjects/Controls/ArchiveTags.h"
 #include "PPDX/PPDObjects/PPDXProperty.h"
-#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "platform/MacTypes.h"
 
@@ -93,7 +93,7 @@ PPDXProperty* NextProperty(PPDXProperties* properties) {
     return properties == nullptr ? nullptr : properties->Next();
 }
 
-PPDXProperty* FindProperty(PPDXProperties* properties, char const* keyword, bool exact) {
+PPDXProperty* FindProperty(PPDXProperties* properties, char const* keyword, bool const& exact) {
     return properties == nullptr ? nullptr : properties->Find(keyword, exact);
 }
 

@@ -43,7 +43,7 @@ class PPDXProperties {
 extern "C" {
 PPDXProperty* FirstProperty(PPDXProperties* properties);
 PPDXProperty* NextProperty(PPDXProperties* properties);
-PPDXProperty* FindProperty(PPDXProperties* properties, char const* keyword, bool exact);
+PPDXProperty* FindProperty(PPDXProperties* properties, char const* keyword, bool const& exact);
 std::int32_t PropertyCount(PPDXProperties* properties);
 bool IsPropertyListEmpty(PPDXProperties* properties);  // false for a null handle
 }

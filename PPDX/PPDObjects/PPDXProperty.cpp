@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PPDX/PPDObjects/PPDXProperty.h"
 
-#include "ZUBUtils/PPDUtils/ArchiveTags.h"
+#include "PPDX/PPDObjects/Controls/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 
 PPDXProperty::PPDXProperty(char const* keyword, CFStringRef localName, bool const& visible,

@@ -8,13 +8,13 @@
 #include <string_view>
 
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
-#include "PPDX/PPDObjects/Controls/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/Controls/PPDXShortcuts.h"
 #include "PPDX/PPDObjects/OwnedBy.h"
 #include "PPDX/PPDObjects/PPDDelimiters.h"
 #include "PPDX/PPDObjects/PPDFile.h"
 #include "PPDX/PPDObjects/PPDFileStream.h"
 #include "PPDX/PPDObjects/PPDXErrorCode.h"
+#include "PPDX/PPDObjects/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/PPDXErrors.h"
 #include "PPDX/PPDObjects/PPDXGroups.h"
 #include "PPDX/PPDObjects/PPDXProperties.h"

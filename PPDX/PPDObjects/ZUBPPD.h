@@ -125,6 +125,7 @@ class ZUBPPD : public PPDX, public DisplayOptions {
 
     static _EXTENSIONS_SUPPORT_ GetExtensions() { return sExtensionsSupport; }
     static void SetExtensions(_EXTENSIONS_SUPPORT_ level) { sExtensionsSupport = level; }
+    static _EXTENSIONS_SUPPORT_ sExtensionsSupport;
 
     // Turns the parent names that an archive left in the elements into links. An element whose
     // parent isn't there becomes an orphan. Reaches what the display option lets through: the
@@ -266,6 +267,4 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     std::unordered_map<std::string_view, GroupName const*, TextHash> mGroupNamesByKeyword;
     bool mCustomPaper = false;
     UIConstraints* mConstraints = nullptr;  // owned
-
-    static _EXTENSIONS_SUPPORT_ sExtensionsSupport;
 };

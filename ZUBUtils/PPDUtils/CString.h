@@ -20,7 +20,7 @@ class CString {
     CString(CString const& other);
     // In the system encoding, or where that has no form for a character in UTF-8; null buffer for
     // a null string and when both fail.
-    explicit CString(__CFString const* string);
+    CString(__CFString const* string);
     virtual ~CString();
 
     CString& operator=(char const* text);  // null gives the buffer up

@@ -7,7 +7,6 @@
 #include <new>
 #include <type_traits>
 
-#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "ZUBUtils/PPDUtils/DataStream.h"
 #include "platform/CFRef.h"
@@ -298,14 +297,12 @@ bool Settings::IsForeign() const {
         return false;
     }
     long size = 0;
-    if (GetCollectionItem(mCollection, ArchiveTags::kPages.countTag, ArchiveTags::kPages.countID,
-                          &size, nullptr) != noErr ||
+    if (GetCollectionItem(mCollection, kPageCountTag, kPageCountID, &size, nullptr) != noErr ||
         size != kNumberSize) {
         return false;
     }
     std::int32_t count = 0;
-    return GetCollectionItem(mCollection, ArchiveTags::kPages.countTag, ArchiveTags::kPages.countID,
-                             &size, &count) == noErr &&
+    return GetCollectionItem(mCollection, kPageCountTag, kPageCountID, &size, &count) == noErr &&
            count > kLargestPropertyCount;
 }
 

@@ -24,6 +24,10 @@ class Settings {
     static constexpr std::int32_t kNoEntries = 1001;
     static constexpr std::int32_t kPastTheEnd = 1002;
 
+    // Where a compiled PPD counts its property pages; FixEndianness looks there.
+    static constexpr unsigned long kPageCountTag = 3000;
+    static constexpr long kPageCountID = 3002;
+
     Settings();
     explicit Settings(OpaqueCollection*& collection);  // takes the collection; valid if not null
     explicit Settings(char** flat);  // a copy of flat data in a handle; error -50 for null

@@ -134,7 +134,7 @@ HexLanguageExceptions TextConverter::mExceptionsList;
 TextConverter::TextConverter(PPDX* ppd) : TextConverter(ppd, GetCurrentEncoding()) {}
 
 TextConverter::TextConverter(PPDX* ppd, unsigned long const& output) {
-    mInputEncoding = GetPPDEncoding(ppd);
+    mInputEncoding = static_cast<std::uint32_t>(GetPPDEncoding(ppd));
     if (mInputEncoding == kUnknownEncoding) {
         return;
     }
@@ -183,7 +183,7 @@ void TextConverter::SetLanguage(PPDX* ppd) {
     }
 }
 
-std::uint32_t TextConverter::LanguageStringToEncoding(char const* text) {
+unsigned long TextConverter::LanguageStringToEncoding(char const* text) {
     if (text == nullptr) {
         return kUnknownEncoding;
     }
@@ -204,11 +204,11 @@ std::uint32_t TextConverter::LanguageStringToEncoding(char const* text) {
     return isOfTable ? kUTF8 : encoding;
 }
 
-std::uint32_t TextConverter::GetPPDEncoding(PPDX* ppd) {
+unsigned long TextConverter::GetPPDEncoding(PPDX* ppd) {
     return ppd != nullptr ? LanguageStringToEncoding(PPDLanguageEncoding(ppd)) : kUnknownEncoding;
 }
 
-std::uint32_t TextConverter::GetCurrentEncoding() {
+unsigned long TextConverter::GetCurrentEncoding() {
     TextEncoding encoding = kUnknownEncoding;
     OSStatus const status = UpgradeScriptInfoToTextEncoding(
         -1, kTextScriptDontCare, kTextScriptDontCare, nullptr, &encoding);

@@ -43,11 +43,11 @@ class TextConverter {
     static bool CFStringToCstring(__CFString const* string, char* text, long size);
 
     // The number for a *LanguageEncoding text; kUnknownEncoding for null and unknown ones.
-    static std::uint32_t LanguageStringToEncoding(char const* text);
-    static std::uint32_t GetPPDEncoding(PPDX* ppd);
-    static std::uint32_t GetCurrentEncoding();  // the system's
+    static unsigned long LanguageStringToEncoding(char const* text);
+    static unsigned long GetPPDEncoding(PPDX* ppd);
+    static unsigned long GetCurrentEncoding();  // the system's
 
-    std::uint32_t GetOutputEncoding() const { return mOutputEncoding; }
+    unsigned long GetOutputEncoding() const { return mOutputEncoding; }
     bool ValidConverter() const { return mValid; }
 
     // Copies `in` to `out` with the escapes decoded; `out` never needs more room than `in`. At an

@@ -15,6 +15,7 @@
 #include "PPDX/PPDObjects/Controls/PPDXRangeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXShortcuts.h"
 #include "PPDX/PPDObjects/Controls/PPDXSpecialOption.h"
+#include "PPDX/PPDObjects/GroupName.h"
 #include "PPDX/PPDObjects/PPDFile.h"
 #include "PPDX/PPDObjects/PPDFileStream.h"
 #include "PPDX/PPDObjects/PPDXGroups.h"
@@ -24,6 +25,7 @@
 #include "PPDX/PPDObjects/PPDXScrollPane.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "VelonFeatures/Project/Core/PPDTree.h"
+#include "VelonFeatures/Project/Core/PlugIn/PlugInFactoryEntry.h"
 #include "VelonFeatures/Project/Core/PlugIn/ProjectPDE.h"
 #include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
 #include "VelonFeatures/Project/Core/PrinterAccess.h"
@@ -32,6 +34,7 @@
 #include "VelonFeatures/Project/Core/ZUBJobTicket.h"
 #include "ZUBUtils/PPDUtils/BoyerMoore.h"
 #include "ZUBUtils/PPDUtils/CFDataStream.h"
+#include "ZUBUtils/PPDUtils/DebugMessage.h"
 #include "ZUBUtils/PPDUtils/PtrLinkList.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "ZUBUtils/PPDUtils/StringUtils.h"
@@ -40,6 +43,7 @@
 #include "constraints/UIConstraints.h"
 #include "platform/CollectionManager.h"
 #include "platform/MemoryManager.h"
+#include "platform/PlugInHost.h"
 #include "platform/ProcessManager.h"
 #include "tests/VelonFeatures/Project/Core/CoreFixture.h"
 #include "tests/interface/InterfacePPD.h"
@@ -71,6 +75,8 @@ TEST(InterfaceTest, StringsListsAndErrors) {
     text = CFSTR("cf");
     text = CString(CFSTR("copy"));
     EXPECT_EQ(text.Size(), 4U);
+    text = "set by text";
+    text.ClearBuffer();
     text.SetBuffer("set");
     text.ClearBuffer();
     text.Initialize();
@@ -84,6 +90,8 @@ TEST(InterfaceTest, StringsListsAndErrors) {
     PointerList copy(list);
     copy = list;
     EXPECT_EQ(*list.Erase(list.Begin()), &items[1]);
+    PointerList const& same = list;
+    EXPECT_TRUE(*same.Begin() == &items[1] && *--same.End() == &items[2]);
     list.Erase(list.Begin(), --list.End());
     EXPECT_EQ(list.Front(), list.Back());
     list.PopFront();
@@ -95,7 +103,11 @@ TEST(InterfaceTest, StringsListsAndErrors) {
     EXPECT_TRUE(links.add(new LinkElement_Dual));
     LinkElementDualIterator place = links.Begin();
     EXPECT_EQ(*place++, links.index(1));
+    EXPECT_EQ(*--place, links.index(0));
 
+    CError none;
+    EXPECT_TRUE(none == short{0} && !none.IsFatal());
+    MyDebugMessage("text", 1);
     CError error(short{7}, CString("seven"), true);
     error = CError(error);
     EXPECT_TRUE(error == short{7} && !(error != short{7}) && error.IsFatal());
@@ -104,6 +116,8 @@ TEST(InterfaceTest, StringsListsAndErrors) {
 
     char data[] = "xabcabc";
     unsigned char pascal[256];
+    BoyerMoore empty;
+    EXPECT_EQ(empty.GetSearchStringLength(), 0);
     BoyerMoore search("abc", 3, data, 7);
     EXPECT_EQ(search.Search(2, "abc", 3), 2);
     EXPECT_EQ(search.Search(0, ctoPStr(const_cast<char*>("abc"), pascal)), 1);
@@ -157,6 +171,13 @@ TEST(InterfaceTest, ArchiveAndStreams) {
     CFDataStream source(stream.Data());
     DataStream& in = source;
     EXPECT_TRUE(in.dataExists() && in.valid());
+    CFDataStream both;
+    DataStream& out = both;
+    unsigned long count = 0;
+    short status = 1;
+    char byte = 0;
+    EXPECT_TRUE(out.out(value, 4) && out.in(&byte, 1, &count, &status));
+    EXPECT_TRUE(byte == 't' && count == 1 && status == 0);
     char** flat = nullptr;
     EXPECT_EQ(settings.GetSettingsHandle(&flat), 0);
     Settings copy(flat);
@@ -172,7 +193,8 @@ TEST(InterfaceTest, ArchiveAndStreams) {
 }
 
 TEST(InterfaceTest, TextConversion) {
-    unsigned long input = kCFStringEncodingMacRoman;
+    EXPECT_TRUE(HexLanguageExceptions().IsException(std::string("Czech")));
+    auto input = TextConverter::LanguageStringToEncoding("MacStandard");
     TextConverter converter(input, kCFStringEncodingMacRoman);
     converter.Create();
     EXPECT_TRUE(converter.ValidConverter());
@@ -189,6 +211,8 @@ TEST(InterfaceTest, TextConversion) {
     PPDPtr const ppd = ParseBody("");
     EXPECT_TRUE(TextConverter(ppd.get()).ValidConverter());
     EXPECT_TRUE(TextConverter(ppd.get(), input).ValidConverter());
+    auto encoding = TextConverter::GetPPDEncoding(ppd.get());
+    EXPECT_TRUE(TextConverter(encoding, TextConverter::GetCurrentEncoding()).ValidConverter());
     EXPECT_EQ(TextConverter::GetPPDEncoding(ppd.get()),
               TextConverter::LanguageStringToEncoding("ISOLatin1"));
     EXPECT_NE(TextConverter::GetCurrentEncoding(), TextConverter::kUnknownEncoding);
@@ -222,9 +246,18 @@ TEST(InterfaceTest, ReaderAndFiles) {
     EXPECT_TRUE(same.dataForkOpen() && same.getDataForkRefNum() >= 0);
     EXPECT_EQ(same.closeDataFork(), noErr);
     EXPECT_EQ(same.dataForkWrite(name, count), -38);
+    EXPECT_EQ(same.createDataFork(GetCreatorID(), 0), dupFNErr);
+    EXPECT_TRUE(PPDX::ValidateAgainstPCFilename(Names("ZUBTEST"), &same));
+    EXPECT_FALSE(PPDX::ValidateFileName(file.URL(), Names("OTHER"), nullptr));
     PPDFileStream stream(&same, true);
     char line[PPDStream::kLineSize];
     EXPECT_TRUE(stream.GetLine(line) && stream.Good() && !stream.Bad() && !stream.EndOfFile());
+    stream.Setup();
+    EXPECT_TRUE(stream.Bad());
+    static_cast<PPDStream&>(stream).Setup("x", 1);
+    EXPECT_EQ(stream.PeekChar(), 'x');
+    stream.Setup("y", 1);
+    EXPECT_EQ(stream.PeekChar(), 'y');
 
     PPDPtr const ppd(new ZUBPPD(spec, kParseAll, nullptr));
     EXPECT_TRUE(ppd->IsValidPrinterName() && ppd->IsValidPPD());
@@ -237,6 +270,15 @@ TEST(InterfaceTest, ReaderAndFiles) {
     EXPECT_NE(ppd->GetStringTextEncoding(), TextConverter::kUnknownEncoding);
     ppd->AllErrorsFatal(true);
     EXPECT_TRUE(ppd->ParseOrphans() && ppd->ParseHidden());
+    PPDStream model(" \"Own\"", 6);
+    PPDStream base(" \"Base\"", 7);
+    EXPECT_EQ(Taken(ppd->PPDX::ParsePSKeywords(base, "*ModelName")), "none");
+    EXPECT_EQ(Taken(ppd->ParsePSKeywords(model, "*ModelName")), "none");
+    EXPECT_STREQ(ppd->ModelName(), "Own");
+    PPDPtr const empty(new ZUBPPD(kParseAll));
+    empty->Parse();
+    EXPECT_FALSE(empty->IsValidPPD() || empty->GetFileSpec(spec));
+    EXPECT_EQ(ppd->GetErrors()->Count(), 3);
 
     PPDStream text("a/b: \"q\" \"ps\"", 13);
     PPDStream copy(text);
@@ -271,6 +313,7 @@ TEST(InterfaceTest, ReaderAndFiles) {
     ZUBPPD::SetExtensions(kExtensionsLevel1);
     EXPECT_EQ(ZUBPPD::GetExtensions(), kExtensionsLevel1);
     ZUBPPD::SetExtensions(kExtensionsAll);
+    EXPECT_EQ(ZUBPPD::sExtensionsSupport, kExtensionsAll);
 }
 
 // Outside of a parse there are no further lines: a block that is opened ends at once.
@@ -312,6 +355,21 @@ TEST(InterfaceTest, ParsersOfSingleLines) {
     EXPECT_EQ(size->MaxWidth(), 1000.0F);
     EXPECT_NE(ppd->GetProperties()->Find("Page", true), nullptr);
     EXPECT_NE(ppd->GetGroups()->Find("Late", true), nullptr);
+
+    GroupName const late("Late", CFSTR("Late"), true);
+    EXPECT_TRUE(late.IsNamed("Late") && late.IsVisible());
+    PointerList items;
+    auto* const item = new _PopupItem;
+    item->mKeyword = new CString("A");
+    items.PushBack(item);
+    PPDXControl* const made =
+        ppd->PPDCreatePopupMenu("Finish", "*Made", "Made", items, new CString("A"));
+    EXPECT_TRUE(*made == "*Made" && made->GetParent() == group);
+    items.MakeEmpty();
+    EXPECT_TRUE(ppd->PPDReconcilePopupMenu("*Made", "Name", items, nullptr));
+    ppd->SetupControl(
+        group, new PPDXRangeControl("*N", CFSTR("N"), flags, nullptr, 0, 0, 9, 1, 4, true), true);
+    EXPECT_EQ(ControlOf(*ppd, "*N")->GetParent(), group);
 }
 
 TEST(InterfaceTest, TreeAndValues) {
@@ -347,6 +405,27 @@ TEST(InterfaceTest, TreeAndValues) {
     auto* const page = ppd->GetProperties()->Find("Layout", true);
     EXPECT_TRUE(page->GetScrollDown()->RollDowns()->Find("Finish", true)->GetParent() ==
                 page->GetScrollDown());
+    restored->ResolveHeirarchy();
+    EXPECT_NE(ControlOf(*restored, "*R1")->GetParent(), nullptr);
+    Settings none;
+    PPDXGroups groups(none);
+    PPDXProperties pages(none);
+    PPDXGroup added("Added", CFSTR("Added"), true);
+    PPDXProperty addedPage("Added", CFSTR("Added"), true, true, true);
+    groups.Add(&added);
+    pages.Add(&addedPage);
+    EXPECT_TRUE(groups.First() == &added && pages.First() == &addedPage && pages.Count() == 1);
+    added.SetParent(&addedPage);
+    EXPECT_TRUE(added.OkayToDisplay(kDisplayPlacedAndVisible));
+    EXPECT_EQ(added.Save(lists, 1) + addedPage.Save(lists, 2), 0);
+    EXPECT_TRUE(PPDXGroup(lists, 1) == "Added" && PPDXProperty(lists, 2).ShowInApp());
+    EXPECT_TRUE(PPDXRollDown(lists, 1).Controls()->Empty() &&
+                PPDXScrollPane(lists, 1).RollDowns()->Empty());
+    PPDXErrors errors;
+    PPDXErrorObj first;
+    errors.Add(&first);
+    EXPECT_TRUE(errors.First() == &first && errors.Next() == nullptr && errors.Count() == 1);
+
     PPDXErrorObj error(short{8}, CString("*K"), false);
     error = PPDXErrorObj(short{8}, false);
     EXPECT_EQ(error.Keyword(), nullptr);
@@ -390,6 +469,26 @@ TEST(InterfaceTest, Controls) {
     EXPECT_TRUE(size.Rebuild("Size", items, nullptr));
     EXPECT_STREQ(controls.FindSpecialOption("*Server", true)->GetValue()->GetCharData(), "2.1");
     EXPECT_EQ(controls.CustomPageSizeCount(), 1);
+    EXPECT_STREQ(controls.FindPopup("*InputSlot", true)->FirstItem()->displayName(), "O");
+
+    PPDXControl& flagged = *controls.FindRangeControl("*R1", true);
+    EXPECT_TRUE(flagged.IsCommand() && flagged.IsSpooler() && flagged.IsSetup() &&
+                flagged.IsMacVJN() && flagged.IsMacImgShift() && flagged.IsNoVelonDriverUI());
+    EXPECT_FALSE(flagged.IsDynamic() || PPDXControl::ValidKeyword(nullptr));
+    EXPECT_TRUE(PPDXControl::ValidKeyword("*Key"));
+    CStringSoup& ids = ppd->GetUIConstraints()->GetConstraintStrings();
+    controls.FindPopup("*ZUDuplex", true)->UpdateKVCache("*ZUDuplex", "B");
+    EXPECT_EQ(ppd->GetUIConstraints()->GetSelection().GetItem(ids.Find("*ZUDuplex")),
+              ids.Find("B"));
+
+    Settings archive;
+    EXPECT_EQ(controls.Save(archive) + controls.Restore(archive), 0);
+    EXPECT_TRUE(controls.SpecialOptionsCount() == 1 && !controls.NoSpecialOptions());
+    EXPECT_EQ(controls.FirstSpecialOption(), controls.FindSpecialOption("*Server", true));
+    EXPECT_EQ(controls.NextSpecialOption(), nullptr);
+    CountArray counts;
+    PPDXControls::Increment(&flagged, counts);
+    EXPECT_EQ(PPDXControls::Count(counts), 1);
 
     PPDXShortcuts& shortcuts = *ppd->GetShortcuts();
     Settings settings;
@@ -398,6 +497,110 @@ TEST(InterfaceTest, Controls) {
     EXPECT_NE(shortcuts.First(false), shortcuts.Next());
     EXPECT_STREQ(shortcuts.InputSlot()->Keyword(), "*InputSlot");
     EXPECT_STREQ(shortcuts.Orientation()->Keyword(), "*ZU_PAPER_ORIENTATION");
+}
+
+// Each kind made with nothing, with everything, and from an archive, in which it had `id`.
+TEST(InterfaceTest, ControlsByThemselves) {
+    DisplayOptionsScope const all(kDisplayAll);
+    PointerList flags;
+    PointerList items;
+    Settings settings;
+    long const id = 5001;
+    PPDXPopupControl noPopup;
+    noPopup.AppendPopupItem(new _PopupItem);
+    noPopup.FirstItem()->mKeyword = new CString("A");
+    EXPECT_TRUE(noPopup.SetKeywordSelect("A", true) && noPopup.GetValue() == 1);
+    EXPECT_EQ(noPopup.Save(settings, id), 0);
+    EXPECT_EQ(PPDXPopupControl(settings, id, nullptr).ItemCount(), 1);
+    PPDXPopupControl popup("*P", CFSTR("P"), flags, true, false, false, items, nullptr, nullptr);
+    EXPECT_EQ(popup.DefaultValue(), 0);
+
+    EXPECT_FALSE(PPDXBooleanControl().DefaultState());
+    PPDXBooleanControl boolean("*B", CFSTR("B"), flags, true, nullptr, nullptr, 0, nullptr, nullptr,
+                               0, false, nullptr);
+    boolean.SetValue(true);
+    EXPECT_EQ(boolean.Save(settings, id), 0);
+    EXPECT_TRUE(PPDXBooleanControl(settings, id, nullptr).IsTrue());
+
+    PPDXRangeControl range("*R", CFSTR("R"), flags, nullptr, 0, 1, 9, 2, 4, true);
+    EXPECT_TRUE(range.MinVal() == 1 && range.MaxVal() == 9 && range.Increment() == 2);
+    EXPECT_EQ(range.Save(settings, id), 0);
+    EXPECT_EQ(PPDXRangeControl(settings, id).DefaultValue() - PPDXRangeControl().DefaultValue(), 4);
+    PPDXFloatRangeControl real("*F", CFSTR("F"), flags, nullptr, 0, 0.5, 2, .25, 1.5, true);
+    EXPECT_TRUE(real.MinVal() == 0.5F && real.MaxVal() == 2.0F && real.Increment() == 0.25F);
+    real.SetValue(7);
+    EXPECT_EQ(real.Save(settings, id), 0);
+    EXPECT_EQ(PPDXFloatRangeControl(settings, id).GetValue(), 2.0F);
+    EXPECT_EQ(PPDXFloatRangeControl().DefaultValue(), 0.0F);
+
+    PPDXCustomPageSizeControl limited("*S", flags, 1, 2, 3, 4);
+    EXPECT_TRUE(limited.MinWidth() == 1 && limited.MaxWidth() == 2 && limited.MinHeight() == 3 &&
+                limited.MaxHeight() == 4);
+    PPDXCustomPageSizeControl size("*S", flags);
+    size.SetWidth(1);
+    size.SetHeight(2);
+    size.SetMinWidth(3);
+    size.SetMaxWidth(4);
+    size.SetMinHeight(5);
+    size.SetMaxHeight(6);
+    EXPECT_TRUE(size.GetWidth() == 1 && size.GetHeight() == 2 && size.MinWidth() == 3 &&
+                size.MaxWidth() == 4 && size.MinHeight() == 5 && size.MaxHeight() == 6);
+
+    char text[] = "2.1";
+    PPDXSpecialOption option("*O", CFSTR("O"), flags, text, nullptr, 0, true);
+    EXPECT_EQ(option.Save(settings, id), 0);
+    EXPECT_TRUE(PPDXSpecialOption().GetValue()->Empty());
+    EXPECT_STREQ(PPDXSpecialOption(settings, id).GetValue()->GetCharData(), text);
+
+    items.PushBack(&popup);
+    EXPECT_EQ(PPDXShortcuts(items).Find("*P", true), &popup);
+    PPDXControls registry(settings, nullptr);
+    registry.Add(&option);
+    EXPECT_TRUE(registry.Empty() && registry.FindSpecialOption("*O", true) == &option);
+}
+
+TEST(InterfaceTest, RulesAndTheirContainers) {
+    CStringSoup soup;
+    EXPECT_STREQ(soup.Find(soup.Insert("text")), "text");
+    EXPECT_EQ(soup.size(), 1);
+    soup.Clear();
+    EXPECT_EQ(soup.Find("text"), -1);
+
+    using Pair = std::pair<long, long>;
+    EXPECT_TRUE(KeyOptionGreater(Pair(2, 1), Pair(1, 9)));
+    KVCache pairs;
+    pairs.add(Pair(1, 2));
+    pairs += pairs + pairs;
+    pairs.merge(pairs);
+    EXPECT_TRUE(pairs.size() == 3 && pairs.GetKV(2) == Pair(1, 2) && pairs == KVCache(pairs));
+    EXPECT_EQ(pairs.pop_front(), pairs.pop_back());
+    pairs.clear();
+    EXPECT_EQ(pairs.pop_back(), Pair(0, 0));
+
+    ItemConstraintList list(2);
+    list.insert(3, 4, kConstraintPlain);
+    list.insert(Pair(5, 6));
+    list += ItemConstraintList(list);
+    std::unique_ptr<Pair> const second(list[1]);
+    EXPECT_TRUE(list.size() == 4 && *second == Pair(5, 6));
+    KeyConstraintTree tree(1);
+    tree.insert(2, Pair(3, 4));
+    EXPECT_EQ(tree.DisableConstraints(2, -1, -1).size(), 1U);
+    EXPECT_EQ(tree.EnableConstraints(2, -1, -1).size(), 1U);
+    EXPECT_EQ(std::unique_ptr<ItemConstraintList>(tree.GetItemConstraintList(2))->size(), 1);
+    ConstraintForest forest;
+    forest.insert(1, 2, 3, 4, kConstraintPlain);
+    forest.insert(1, 2, Pair(5, 6));
+    EXPECT_EQ(std::unique_ptr<ItemConstraintList>(forest.GetConstraintList(1, 2))->size(), 2);
+    forest.clear();
+    EXPECT_EQ(forest.GetConstraintList(1, 2), nullptr);
+    KeyForest keys;
+    keys.insert(1, 2);
+    KVCache* filled = &pairs;
+    keys.GetKeys(&filled);
+    EXPECT_TRUE(pairs.GetItem(1) == 2 && keys.GetItems(1)->size() == 1);
+    keys.clear();
+    EXPECT_EQ(keys.GetItems(1), nullptr);
 }
 
 TEST(InterfaceTest, RulesAndSolver) {
@@ -501,12 +704,59 @@ TEST_F(CoreInterfaceTest, SessionAndPrinter) {
               3);
 }
 
+TEST_F(CoreInterfaceTest, TheProjectOpensItsPPDAnewAndCommits) {
+    PrintSettingsTicket settings(mSession.Get());
+    CFRef<CFStringRef> const key(CreatePostscriptDataFileKey());
+    ZUBJobTicket job(&settings, key);
+    bool restored = false;
+    EXPECT_TRUE(mProject.SetupPPD(job, restored, nullptr));
+    EXPECT_EQ(mProject.Sync(mSession.Get(), false), noErr);
+    CFStringRef path = nullptr;
+    EXPECT_EQ(settings.Get(key, path), noErr);
+    PDEData own(mSession.Get(), mProject.GetPPD(), &mProject);
+    own.MakeJobNotesForSpecialControls();
+    EXPECT_TRUE(own.IsValid());
+}
+
+using PlugInInterfaceTest = CoreFixture;
+
+TEST_F(PlugInInterfaceTest, BothTablesOfThePlugIn) {
+    CFRef<CFUUIDRef> const typeID(CFUUIDCreateFromString(nullptr, CFSTR(kPrinterInfoTypeID)));
+    CFRef<CFUUIDRef> const wanted(CFUUIDCreateFromString(nullptr, CFSTR(kPrinterInfoInterfaceID)));
+    auto* const factory = static_cast<PlugInFactory*>(PrinterInfoPluginFactory(nullptr, typeID));
+    ASSERT_NE(factory, nullptr);
+    EXPECT_EQ(factory->table->AddRef(factory), 2U);
+    void* found = nullptr;
+    EXPECT_EQ(factory->table->QueryInterface(factory, CFUUIDGetUUIDBytes(wanted), &found), 0);
+    auto* instance = static_cast<PrinterInfoInterface*>(found);
+    PrinterInfoTable const& table = *instance->table;
+    PrinterInfoAPIVersion version = {};
+    PlugInContext context = nullptr;
+    CFStringRef kind = nullptr;
+    CFStringRef title = nullptr;
+    CFArrayRef lines = nullptr;
+    std::uint32_t number = 0;
+    EXPECT_TRUE(table.GetAPIVersion(instance, &version) == noErr && version.buildVersionMajor == 1);
+    EXPECT_EQ(table.Prologue(&context, &number, &kind, &title, &number, &number), noErr);
+    CFRelease(kind);
+    EXPECT_EQ(table.Initialize(nullptr, &number, 0, nullptr, mSession.Get()), -9530);
+    EXPECT_EQ(table.Sync(nullptr, mSession.Get(), false), -9530);
+    EXPECT_EQ(table.GetSummaryText(nullptr, &lines, &lines), -9530);
+    EXPECT_TRUE(table.Open(nullptr) == -9530 && table.Close(nullptr) == -9530);
+    EXPECT_EQ(table.Terminate(context, noErr), noErr);
+    PrinterInfoInterface* again = instance;
+    EXPECT_EQ(table.Retain(instance) + table.Release(&again) + table.Release(&instance), noErr);
+    EXPECT_EQ(factory->table->Release(factory) + factory->table->Release(factory), 1U);
+}
+
 TEST_F(CoreInterfaceTest, TicketsAndData) {
     PrinterInfoTicket info(mSession.Get());
     CString name;
     long level = 0;
     CFStringRef version = nullptr;
     EXPECT_TRUE(info.GetMakeAndModelName(name) && info.GetMakeAndModelName() != nullptr);
+    EXPECT_TRUE(info.GetFullPrinterTypeName() == nullptr && info.GetPrinterAddress() == nullptr &&
+                info.PPDFile() == nullptr && info.GetColorDeviceUUID() == nullptr);
     EXPECT_FALSE(info.PPDFile(name) || info.GetPrinterAddress(name) ||
                  info.GetFullPrinterTypeName(name) || info.GetColorDeviceUUID(name) ||
                  info.SupportColor() || info.SupportCopies() || info.SupportCopiesAndCollate() ||
@@ -525,10 +775,24 @@ TEST_F(CoreInterfaceTest, TicketsAndData) {
     EXPECT_EQ(own.Set(client, CFSTR("k"), CFSTR("text"), false), noErr);
     EXPECT_EQ(own.Get(CFSTR("k"), version), noErr);
     EXPECT_EQ(own.Release(CFSTR("k")), noErr);
+    CFRef<CFMutableArrayRef> const array(CFArrayCreateMutable(nullptr, 0));
+    CFRef<CFDataRef> const noData(CFDataCreate(nullptr, nullptr, 0));
+    CFRef<CFMutableDictionaryRef> const empty(CFDictionaryCreateMutable(nullptr, 0));
+    CFDataRef gotData = nullptr;
+    CFDictionaryRef gotDictionary = nullptr;
+    EXPECT_EQ(own.Set(client, CFSTR("a"), CFArrayRef(array.Get()), false), noErr);
+    EXPECT_EQ(own.Set(client, CFSTR("d"), noData.Get(), false), noErr);
+    EXPECT_EQ(own.Get(CFSTR("d"), gotData), noErr);
+    EXPECT_EQ(own.Set(client, CFSTR("e"), CFDictionaryRef(empty.Get()), false), noErr);
+    EXPECT_EQ(own.Get(CFSTR("e"), gotDictionary), noErr);
+    JobTicket ofSession(mSession.Get());
+    EXPECT_EQ(ofSession.Get(CFSTR("PMPrintSettingsTicket"), level), noErr);
+    EXPECT_EQ(level, static_cast<long>(ofSession.Ticket()));
     unsigned char bytes[] = "code";
     ZUBPPD* const ppd = gPDEData->GetPPD();
     EXPECT_TRUE(job.Add(kFeatureSite, bytes, 4) &&
                 job.Add(kFeatureSite, ControlOf(*ppd, "*Duplex")));
+    EXPECT_FALSE(job.Add(kFeatureSite, nullptr));
     EXPECT_TRUE(job.SavePPDForAllKeys(ppd, client));
     EXPECT_TRUE(job.RestorePPDForAllKeys(ppd, client, nullptr));
     CFRef<CFMutableArrayRef> const keywords(CFArrayCreateMutable(nullptr, 0));
@@ -554,6 +818,7 @@ TEST_F(CoreInterfaceTest, TicketsAndData) {
     EXPECT_EQ(data.GetNumCopiesFromOS(), 1);
     CString address("10.0.0.1");
     bool enabled = false;
+    EXPECT_FALSE(data.SetTolvanePrinterAddress(nullptr, nullptr, true));
     EXPECT_TRUE(data.SetTolvanePrinterAddress(nullptr, &address, true));
     EXPECT_EQ(Text(data.GetTolvanePrinterAddress(CFSTR("Demo"))), "10.0.0.1");
     EXPECT_NE(data.GetTolvanePrinterAddress(CFSTR("Demo"), &enabled), nullptr);
@@ -585,6 +850,7 @@ TEST_F(CoreInterfaceTest, PrinterRecords) {
     PrinterListFile list(contents, kCFPropertyListImmutable);
     PropertyListFile same(contents, CFSTR("PrinterList.plist"), kCFPropertyListImmutable);
     PropertyListFile file(FileURL(mSession.Path("list")), kCFPropertyListImmutable);
+    EXPECT_TRUE(PropertyListFile("/gone", kCFPropertyListImmutable).IsFileValid());
     EXPECT_TRUE(
         file.Save(same.PropertyList()) &&
         file.CreatePropertyListFromFile(FileURL(mSession.Path("list")), kCFPropertyListImmutable));

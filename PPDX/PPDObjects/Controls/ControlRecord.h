@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "ZUBUtils/PPDUtils/ArchiveTags.h"
+#include "PPDX/PPDObjects/Controls/ArchiveTags.h"
 
 class CString;
 class Settings;

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "PPDX/PPDObjects/Controls/ArchiveTags.h"
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
 #include "PPDX/PPDObjects/Controls/SubstitutedCode.h"
-#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 
 // What the options with a number as their value share: the five numbers, their record in an
 // archive, and the code with the value in it. Number is std::int32_t or float. Takes no part in

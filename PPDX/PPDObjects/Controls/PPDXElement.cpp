@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-#include "ZUBUtils/PPDUtils/ArchiveTags.h"
+#include "PPDX/PPDObjects/Controls/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "ZUBUtils/PPDUtils/TextConverter.h"

@@ -23,9 +23,10 @@ class PDEBundle {
     static long ConvertCFString(CFStringRef string, char* buffer, long size,
                                 CFStringEncoding encoding);
 
-  private:
-    static CFBundleRef BundleOr(CFBundleRef bundle);
-
+    // What InitBundle set, once.
     static CFBundleRef mBundle;  // retained
     static bool mInit;
+
+  private:
+    static CFBundleRef BundleOr(CFBundleRef bundle);
 };

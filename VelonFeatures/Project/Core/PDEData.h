@@ -91,11 +91,12 @@ class PDEData {
     // The address of the printer's server, empty for an unknown printer and null without records;
     // borrowed until the records change or are saved. `enabled`, which may be null, tells whether
     // two-way communication is on.
-    CFStringRef GetTolvanePrinterAddress(CFStringRef name, bool* enabled = nullptr);
+    CFStringRef GetTolvanePrinterAddress(CFStringRef name);
+    CFStringRef GetTolvanePrinterAddress(CFStringRef name, bool* enabled);
     // Writes the record at once, of this printer for a null name. False when it couldn't be
     // written, and for a null address. A text is taken in the application's encoding.
     bool SetTolvanePrinterAddress(CFStringRef name, CString* address, bool enabled);
-    bool SetTolvanePrinterAddress(CFStringRef name, CFStringRef address, bool enabled);
+    bool SetTolvanePrinterCFAddress(CFStringRef name, CFStringRef address, bool enabled);
     // Whether two-way communication is on for this printer.
     bool GetIPAddressEnabled() const;
     void SetIPAddressEnabled(bool enabled);

@@ -15,6 +15,10 @@ bool PDEData::ResetTolvanePrinterList() {
     return mPrinterList != nullptr && mPrinterList->RecordsReady();
 }
 
+CFStringRef PDEData::GetTolvanePrinterAddress(CFStringRef name) {
+    return GetTolvanePrinterAddress(name, nullptr);
+}
+
 CFStringRef PDEData::GetTolvanePrinterAddress(CFStringRef name, bool* enabled) {
     if (mPrinterList == nullptr) {
         return nullptr;
@@ -31,10 +35,10 @@ bool PDEData::SetTolvanePrinterAddress(CFStringRef name, CString* address, bool 
                                       ? CFStringCreateWithCString(nullptr, address->GetCharData(),
                                                                   GetApplicationTextEncoding())
                                       : nullptr);
-    return SetTolvanePrinterAddress(name, text.Get(), enabled);
+    return SetTolvanePrinterCFAddress(name, text.Get(), enabled);
 }
 
-bool PDEData::SetTolvanePrinterAddress(CFStringRef name, CFStringRef address, bool enabled) {
+bool PDEData::SetTolvanePrinterCFAddress(CFStringRef name, CFStringRef address, bool enabled) {
     CFStringRef const printer = name != nullptr ? name : mPrinterName;
     if (mPrinterList == nullptr || !mPrinterList->Add(printer, address, enabled)) {
         return false;

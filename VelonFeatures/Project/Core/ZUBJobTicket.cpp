@@ -90,7 +90,7 @@ bool ZUBJobTicket::Append(CFNumberRef site, CFDataRef data) {
     return true;
 }
 
-bool ZUBJobTicket::Add(PostScriptInjectionSite site, char const* text) {
+bool ZUBJobTicket::AddText(PostScriptInjectionSite site, char const* text) {
     return Add(site, reinterpret_cast<unsigned char const*>(text), std::strlen(text));
 }
 

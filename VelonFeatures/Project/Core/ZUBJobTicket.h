@@ -29,7 +29,7 @@ class ZUBJobTicket : public JobTicket {
     // False without memory; what was added before stays. A length of 0 and an outdated server
     // preset add nothing and are no failure.
     bool Add(PostScriptInjectionSite site, unsigned char const* bytes, unsigned long length);
-    bool Add(PostScriptInjectionSite site, char const* text);
+    bool AddText(PostScriptInjectionSite site, char const* text);
     // Adds what the control would emit now; false also for null.
     bool Add(PostScriptInjectionSite site, PPDXControl* control);
     // Writes the list into a new file "/tmp/Velon.temp" and a UUID, readable and writable for all,

@@ -11,13 +11,13 @@
 #include <gtest/gtest.h>
 
 #include "PPDText.h"
+#include "PPDX/PPDObjects/Controls/ArchiveTags.h"
 #include "PPDX/PPDObjects/Controls/PPDXShortcuts.h"
 #include "PPDX/PPDObjects/PPDXGroups.h"
 #include "PPDX/PPDObjects/PPDXProperties.h"
 #include "PPDX/PPDObjects/PPDXProperty.h"
 #include "PPDX/PPDObjects/PPDXRollDown.h"
 #include "PPDX/PPDObjects/PPDXScrollPane.h"
-#include "ZUBUtils/PPDUtils/ArchiveTags.h"
 #include "ZUBUtils/PPDUtils/CFDataStream.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "constraints/UIConstraints.h"

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
-#include "PPDX/PPDObjects/Controls/PPDXErrorObj.h"
+#include "PPDX/PPDObjects/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/PPDXErrors.h"
 #include "ZUBUtils/PPDUtils/HexLanguageExceptions.h"
 

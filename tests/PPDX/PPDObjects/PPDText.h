@@ -10,8 +10,8 @@
 #include <unistd.h>
 
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
-#include "PPDX/PPDObjects/Controls/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/PPDStream.h"
+#include "PPDX/PPDObjects/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/PPDXErrors.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "platform/CFRef.h"

@@ -126,7 +126,7 @@ void JobAssembly::SuppressApplePostscript() {
          control = GetNext(controls, type)) {
         std::string_view const keyword = KeywordOf(control);
         if (!keyword.empty() && keyword != "*PageSize") {
-            mTicket.Add(kSuppressedKeywordSite, control->Keyword());
+            mTicket.AddText(kSuppressedKeywordSite, control->Keyword());
         }
     }
 }
@@ -161,7 +161,7 @@ void JobAssembly::OutFirstControl() {
     std::int32_t const orientation = mData.PageOrientation();
     bool const isPortrait = orientation == 1 || orientation == 3;
     if (!isPortrait && IsPrintingFromInDesign()) {
-        mTicket.Add(kFeatureSite, kNUpResetText);
+        mTicket.AddText(kFeatureSite, kNUpResetText);
     }
 }
 
@@ -192,18 +192,18 @@ void JobAssembly::OutRemainingControl(PPDXControl* control) {
     if (!isElsewhere) {
         OutControl(control);
     } else if (keyword == "*ZUOrientation" && !control->IsNoVelonDriverUI()) {
-        mTicket.Add(kFeatureSite, kOrientationFalseText);
+        mTicket.AddText(kFeatureSite, kOrientationFalseText);
     }
 }
 
 void JobAssembly::OutDriverMarker() {
     char const* const version = mPPD == nullptr ? nullptr : mPPD->ZUVersion();
     if (version == nullptr || *version != '2') {
-        mTicket.Add(kDriverCommentSite, kDriverMarkerText);
+        mTicket.AddText(kDriverCommentSite, kDriverMarkerText);
     }
 }
 
 void JobAssembly::OutClosingMarkers() {
-    mTicket.Add(kFirstCopyMarkerSite, kClosingMarkerText);
-    mTicket.Add(kSecondCopyMarkerSite, kClosingMarkerText);
+    mTicket.AddText(kFirstCopyMarkerSite, kClosingMarkerText);
+    mTicket.AddText(kSecondCopyMarkerSite, kClosingMarkerText);
 }

@@ -181,7 +181,7 @@ bool JobAssembly::OutPCPair(OptionPair const& pair) {
     if (language != nullptr && std::strcmp(language, "Japanese") == 0) {
         text = ToMacJapanese(text);
     }
-    mTicket.Add(kFeatureSite, text.c_str());
+    mTicket.AddText(kFeatureSite, text.c_str());
     return !text.empty();
 }
 
@@ -239,7 +239,7 @@ void JobAssembly::OutPrintSize() {
     if (mPPD->CustomPaper() || !SameText(ValueOf(printSize), ValueOf(pageSize))) {
         mTicket.Add(kFeatureSite, printSize);
     } else {
-        mTicket.Add(kFeatureSite, kSameSizeText);
+        mTicket.AddText(kFeatureSite, kSameSizeText);
     }
 }
 
@@ -255,7 +255,7 @@ void JobAssembly::OutFileDestination() {
         !CFStringGetCString(name, path, sizeof path, kCFStringEncodingUTF8)) {
         return;
     }
-    mTicket.Add(kFilePathSite, path);
+    mTicket.AddText(kFilePathSite, path);
     MakeEmptyFile(path, IsPPDsOwn(destination) && IsPPDsOwn(mailbox));
 }
 

@@ -28,13 +28,13 @@ std::string ShortText(char const* format, ...) {
 void AddShortText(ZUBJobTicket& ticket, PostScriptInjectionSite site, char const* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    ticket.Add(site, Formatted<kShortTextSize>(format, arguments).c_str());
+    ticket.AddText(site, Formatted<kShortTextSize>(format, arguments).c_str());
     va_end(arguments);
 }
 
 void AddText(ZUBJobTicket& ticket, PostScriptInjectionSite site, char const* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    ticket.Add(site, Formatted<kLongTextSize>(format, arguments).c_str());
+    ticket.AddText(site, Formatted<kLongTextSize>(format, arguments).c_str());
     va_end(arguments);
 }

@@ -317,10 +317,10 @@ TEST_F(ChoicesTest, AJobThatCannotBeWrittenLeavesTheFormerOneInPlace) {
         OSStatus status;
     } const cases[] = {{RLIMIT_FSIZE, 100, EFBIG},   // the disk is full
                        {RLIMIT_NOFILE, 0, EMFILE}};  // no file can be made
-    mTicket.Add(kFeatureSite, "first");
+    mTicket.AddText(kFeatureSite, "first");
     ASSERT_TRUE(mTicket.Save(CFSTR("client")));
     std::string const first = mSession.JobFile();
-    mTicket.Add(kFeatureSite, "second");
+    mTicket.AddText(kFeatureSite, "second");
     auto* const handler = std::signal(SIGXFSZ, SIG_IGN);
     for (auto const& row : cases) {
         bool saved = true;

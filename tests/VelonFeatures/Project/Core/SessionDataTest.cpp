@@ -260,8 +260,8 @@ TEST_F(SessionDataTest, AnAddressLastsAndIsFoundByName) {
     data->SetIPAddressEnabled(true);
     EXPECT_FALSE(std::filesystem::exists(mSession.Path(kRecords))) << "no record, nothing to keep";
 
-    EXPECT_TRUE(data->SetTolvanePrinterAddress(nullptr, CFSTR("host"), true));
-    EXPECT_FALSE(data->SetTolvanePrinterAddress(CFSTR("Other"), Str("a\x01"), true));
+    EXPECT_TRUE(data->SetTolvanePrinterCFAddress(nullptr, CFSTR("host"), true));
+    EXPECT_FALSE(data->SetTolvanePrinterCFAddress(CFSTR("Other"), Str("a\x01"), true));
     EXPECT_TRUE(data->GetIPAddressEnabled());
     auto const next = Data();
     EXPECT_EQ("host", Text(next->GetTolvanePrinterAddress(CFSTR("demo"), &enabled)));
@@ -279,7 +279,7 @@ TEST_F(SessionDataTest, WithoutAHomeOrAPrinterNothingIsRemembered) {
         HomeScope const none(nullptr);
         auto const data = Data();
         EXPECT_TRUE(data->IsValid());
-        EXPECT_FALSE(data->SetTolvanePrinterAddress(nullptr, CFSTR("host"), true));
+        EXPECT_FALSE(data->SetTolvanePrinterCFAddress(nullptr, CFSTR("host"), true));
         EXPECT_FALSE(data->SaveTolvanePrinterList());
         EXPECT_TRUE(data->GetIPAddressEnabled()) << "known as long as the dialog lasts";
         EXPECT_FALSE(data->SetPPDShortcuts(PPDTree()));
@@ -292,7 +292,7 @@ TEST_F(SessionDataTest, WithoutAHomeOrAPrinterNothingIsRemembered) {
     EXPECT_FALSE(data->GetPPDShortcuts(tree));
     EXPECT_FALSE(data->SetPPDShortcuts(tree));
     EXPECT_EQ(nullptr, data->GetTolvanePrinterAddress(CFSTR("Demo")));
-    EXPECT_FALSE(data->SetTolvanePrinterAddress(CFSTR("Demo"), CFSTR("host"), true));
+    EXPECT_FALSE(data->SetTolvanePrinterCFAddress(CFSTR("Demo"), CFSTR("host"), true));
     data->SetIPAddressEnabled(true);
     EXPECT_FALSE(std::filesystem::exists(mSession.Path("home")));
 }

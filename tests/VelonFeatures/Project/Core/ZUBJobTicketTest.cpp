@@ -38,12 +38,12 @@ class ZUBJobTicketTest : public CoreFixture {
 };
 
 TEST_F(ZUBJobTicketTest, AddKeepsOrderAndPassesOverNothing) {
-    EXPECT_TRUE(mTicket.Add(kFeatureSite, ""));
+    EXPECT_TRUE(mTicket.AddText(kFeatureSite, ""));
     EXPECT_EQ(0U, mTicket.Count());
-    EXPECT_TRUE(mTicket.Add(kSuppressedKeywordSite, "*Key"));
+    EXPECT_TRUE(mTicket.AddText(kSuppressedKeywordSite, "*Key"));
     unsigned char const bytes[] = {0, 0xFF, '\n'};
     EXPECT_TRUE(mTicket.Add(kFeatureSite, bytes, sizeof(bytes)));
-    EXPECT_FALSE(mTicket.Add(kFeatureSite, static_cast<PPDXControl*>(nullptr)));
+    EXPECT_FALSE(mTicket.Add(kFeatureSite, nullptr));
     EXPECT_EQ(2U, mTicket.Count());
     EXPECT_EQ((TestSession::Pairs{{-9, "*Key"}, {81, std::string("\0\xFF\n", 3)}}), Added());
 }
@@ -61,15 +61,15 @@ TEST_F(ZUBJobTicketTest, AControlsTextComesWholeWhateverItsLength) {
 }
 
 TEST_F(ZUBJobTicketTest, ALackOfMemoryKeepsWhatWasThere) {
-    mTicket.Add(kFeatureSite, "first");
+    mTicket.AddText(kFeatureSite, "first");
     for (long const creation : {0L, 1L, 0L}) {  // of another site's number, the data, the data
         FailCreationAfter(creation);
-        EXPECT_FALSE(mTicket.Add(kSuppressedKeywordSite, "second")) << creation;
+        EXPECT_FALSE(mTicket.AddText(kSuppressedKeywordSite, "second")) << creation;
         EXPECT_EQ(-108, mTicket.LastStatus());
     }
     FailCreationAfter(-1);
     EXPECT_EQ((TestSession::Pairs{{81, "first"}}), Added());
-    EXPECT_TRUE(mTicket.Add(kFeatureSite, "third"));
+    EXPECT_TRUE(mTicket.AddText(kFeatureSite, "third"));
     EXPECT_EQ(noErr, mTicket.LastStatus());
 }
 
@@ -89,7 +89,7 @@ TEST_F(ZUBJobTicketTest, WithoutAListATicketIsRefused) {
 TEST_F(ZUBJobTicketTest, SaveNamesAFileOnlyWhenItIsWhole) {
     EXPECT_TRUE(mTicket.Save(CFSTR("client"))) << "nothing to write";
     EXPECT_EQ("", mSession.JobFile());
-    mTicket.Add(kFeatureSite, "first");
+    mTicket.AddText(kFeatureSite, "first");
     EXPECT_FALSE(mTicket.Save(nullptr));
     ASSERT_TRUE(mTicket.Save(CFSTR("client")));
     std::string const first = mSession.JobFile();
@@ -97,7 +97,7 @@ TEST_F(ZUBJobTicketTest, SaveNamesAFileOnlyWhenItIsWhole) {
     EXPECT_TRUE(mTicket.Save(CFSTR("client"))) << "unchanged";
     EXPECT_EQ(first, mSession.JobFile());
 
-    mTicket.Add(kFeatureSite, "second");
+    mTicket.AddText(kFeatureSite, "second");
     for (long n = 0; n < 4; ++n) {
         FailCreationAfter(n);
         EXPECT_FALSE(mTicket.Save(CFSTR("client"))) << n;

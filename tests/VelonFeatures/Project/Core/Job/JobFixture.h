@@ -22,7 +22,7 @@ class JobFixture : public CoreFixture {
 
     // The way to the printer and back.
     void SetTwoWay(bool isOn) {
-        EXPECT_TRUE(mData->SetTolvanePrinterAddress(nullptr, CFSTR("host"), isOn));
+        EXPECT_TRUE(mData->SetTolvanePrinterCFAddress(nullptr, CFSTR("host"), isOn));
     }
     // What a commit adds.
     TestSession::Pairs Job() {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "ZUBUtils/PPDUtils/Settings.h"
+
 // A four-character code as the number under which an archive keeps an entry.
 constexpr unsigned long RecordTag(char const (&code)[5]) {
     unsigned long tag = 0;
@@ -20,7 +22,7 @@ struct List {
     long countID;
     long firstID;
 };
-inline constexpr List kPages = {3000, 3002, 3001};
+inline constexpr List kPages = {Settings::kPageCountTag, Settings::kPageCountID, 3001};
 inline constexpr List kGroups = {4000, 4002, 4001};
 inline constexpr List kControls = {5000, 5002, 5001};
 // A record is one entry, under the tag of the count.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "PPDX/PPDObjects/Controls/PPDXErrorObj.h"
+#include "PPDX/PPDObjects/PPDXErrorObj.h"
 
 #include <algorithm>
 #include <iterator>
