@@ -16,13 +16,17 @@ class TextHash {
     using is_transparent = void;
 
     std::size_t operator()(std::string_view text) const {
+        std::uint64_t const seed = Seed();
+        std::uint64_t hash = seed ^ text.size();
         char const* at = text.data();
         std::size_t left = text.size();
-        std::uint64_t hash = Seed() ^ left;
-        for (; left >= sizeof hash; left -= sizeof hash, at += sizeof hash) {
-            hash = Mixed(hash ^ Word(at, sizeof hash));
+        for (; left > kStep; left -= kStep, at += kStep) {
+            hash = Mixed(hash ^ Load<std::uint64_t>(at), seed);
         }
-        return Mixed(hash ^ Word(at, left));
+        // The last step may take bytes again: reading up to the very end is dearer.
+        return Mixed(
+            hash ^ (text.size() < kStep ? Short(at, left) : Load<std::uint64_t>(at + left - kStep)),
+            seed);
     }
 
     // Drawn once a process; odd.
@@ -43,17 +47,32 @@ class TextHash {
         }
         return seed;
     }
-    static std::uint64_t Word(char const* bytes, std::size_t size) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, bytes, size);
+    template <typename Word>
+    static std::uint64_t Load(char const* bytes) {
+        Word word;
+        std::memcpy(&word, bytes, sizeof word);
         return word;
     }
-    // Both halves of the product count: what differs in any bit of a word reaches all of the hash.
-    // The seed as the factor keeps what is multiplied unknown.
-    static std::uint64_t Mixed(std::uint64_t value) {
-        constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
+    // All bytes of a text of less than a step.
+    static std::uint64_t Short(char const* text, std::size_t size) {
+        if (size >= sizeof(std::uint32_t)) {
+            return Load<std::uint32_t>(text) << 32 |
+                   Load<std::uint32_t>(text + size - sizeof(std::uint32_t));
+        }
+        return size == 0 ? 0
+                         : Load<std::uint8_t>(text) | Load<std::uint8_t>(text + size / 2) << 8 |
+                               Load<std::uint8_t>(text + size - 1) << 16;
+    }
+    // Both halves of the product count, so a bit that differs reaches all of the hash. The seed is
+    // in both factors: whoever chooses the texts doesn't know what is multiplied.
+    static std::uint64_t Mixed(std::uint64_t value, std::uint64_t seed) {
         __extension__ using Wide = unsigned __int128;
-        Wide const product = Wide{value ^ kOdd} * (Seed() ^ (kOdd << 1));
+        Wide const product = Wide{value ^ kFirstFactor} * (seed ^ kSecondFactor);
         return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
     }
+
+    static constexpr std::size_t kStep = sizeof(std::uint64_t);
+    static constexpr std::uint64_t kFirstFactor = 0x9E3779B97F4A7C15;
+    static constexpr std::uint64_t kSecondFactor =
+        0xD1B54A32D192ED02;  // even: the factor stays odd
 };
