@@ -357,7 +357,7 @@ TEST(InterfaceTest, ParsersOfSingleLines) {
     EXPECT_NE(ppd->GetGroups()->Find("Late", true), nullptr);
 
     GroupName const late("Late", CFSTR("Late"), true);
-    EXPECT_TRUE(late.IsNamed("Late") && late.IsVisible());
+    EXPECT_TRUE(std::strcmp(late.Keyword(), "Late") == 0 && late.IsVisible());
     PointerList items;
     auto* const item = new _PopupItem;
     item->mKeyword = new CString("A");
