@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/PPDCommand.h"
 
-#include <nlohmann/json.hpp>
-
 #include "host/ControlSettings.h"
 #include "host/HostFiles.h"
 
@@ -30,14 +28,7 @@ Outcome PPDCommand::Run() {
     if (!mAnyPPD && !ppd->IsValidPPD()) {
         return Outcome::NotOurs(mReadOptions.ppd + " isn't a PPD of the extension, or is broken");
     }
-    Outcome outcome =
+    Outcome const outcome =
         ControlSettings(ppd.Get(), mReadOptions.ppd, mErr).Apply(mReadOptions.settings);
-    Json answer;
-    if (outcome.Ok()) {
-        outcome = Answer(ppd.Get(), answer);
-    }
-    if (outcome.Ok()) {
-        mOut << answer.dump(2) << '\n';
-    }
-    return outcome;
+    return outcome.Ok() ? Answer(ppd.Get(), mOut) : outcome;
 }
