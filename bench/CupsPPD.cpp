@@ -42,6 +42,9 @@ CupsPPD::CupsPPD(std::string const& path) : mPPD(ppdOpenFile(path.c_str())) {
     if (ppdConflicts(mPPD) != 0) {
         Fail(path + ": the defaults conflict");
     }
+    for (auto* option = ppdFirstOption(mPPD); option != nullptr; option = ppdNextOption(mPPD)) {
+        mSections.insert(option->section);
+    }
 }
 
 CupsPPD::~CupsPPD() {
@@ -83,11 +86,10 @@ long CupsPPD::GreyMenuByMarking(ppd_option_t const& menu, std::vector<bool>* byI
     return greyed;
 }
 
+// A call for a section without options would only walk through everything that is marked.
 long CupsPPD::EmitAll() {
-    constexpr ppd_section_t kSections[] = {PPD_ORDER_EXIT,     PPD_ORDER_JCL,  PPD_ORDER_PROLOG,
-                                           PPD_ORDER_DOCUMENT, PPD_ORDER_PAGE, PPD_ORDER_ANY};
     long size = 0;
-    for (ppd_section_t const section : kSections) {
+    for (ppd_section_t const section : mSections) {
         char* const code = ppdEmitString(mPPD, section, 0.0F);
         size += code != nullptr ? static_cast<long>(std::strlen(code)) : 0;
         std::free(code);

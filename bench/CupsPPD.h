@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -26,7 +27,8 @@ class CupsPPD {
     long GreyMenu(ppd_option_t const& menu, std::vector<bool>* byItem = nullptr);
     // Marks each choice, lets ppdConflicts test everything, and marks the former choice again.
     long GreyMenuByMarking(ppd_option_t const& menu, std::vector<bool>* byItem = nullptr);
-    // Makes the code of everything that is marked, all sections; its bytes.
+    // Makes the code of everything that is marked, with one call for each section that the file's
+    // options are in, which in the generated files is one; its bytes.
     long EmitAll();
 
   private:
@@ -34,4 +36,5 @@ class CupsPPD {
     bool ConflictsWhenMarked(ppd_option_t const& menu, ppd_choice_t const& choice);
 
     ppd_file_t* mPPD;  // owned
+    std::set<ppd_section_t> mSections;
 };

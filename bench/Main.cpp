@@ -127,6 +127,26 @@ void CommitOwn(State& state, InputFile& file) {
     }
 }
 
+void SaveOwn(State& state, InputFile& file) {
+    OwnPPD& ppd = file.Own();
+    for (auto _ : state) {
+        if (!ppd.Archive()) {
+            Fail(file.Path() + ": no archive");
+        }
+    }
+}
+
+void RebuildOwn(State& state, InputFile& file) {
+    CFRef<CFURLRef> const url = OwnPPD::URL(file.Path());
+    CFRef<CFDataRef> const archive = file.Own().Archive();
+    file.Close();
+    for (auto _ : state) {
+        if (!OwnPPD::Rebuild(archive, url)) {
+            Fail(file.Path() + ": not rebuilt");
+        }
+    }
+}
+
 struct Row {
     char const* name;
     Case run;
@@ -144,6 +164,8 @@ constexpr Row kCases[] = {
      false},
     {"emit/own/", EmitOwn, true},
     {"emit/cups/", EmitCups, false},
+    {"save/own/", SaveOwn, true},
+    {"rebuild/own/", RebuildOwn, true},
     {"commit/own/", CommitOwn, true},
     {"commit/cups/", EmitCups, false},
 };

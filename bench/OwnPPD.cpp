@@ -7,6 +7,8 @@
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/PPDXErrors.h"
+#include "ZUBUtils/PPDUtils/CFDataStream.h"
+#include "ZUBUtils/PPDUtils/Settings.h"
 #include "bench/Failure.h"
 
 CFRef<CFURLRef> OwnPPD::URL(std::string const& path) {
@@ -18,6 +20,18 @@ CFRef<CFURLRef> OwnPPD::URL(std::string const& path) {
 
 void OwnPPD::Parse(CFURLRef url) {
     (new ZUBPPD(url, kParseAll, nullptr))->Release();
+}
+
+bool OwnPPD::Rebuild(CFDataRef archive, CFURLRef url) {
+    CFDataStream stream(archive);
+    Settings settings;
+    if (settings.Read(&stream, 0) != noErr) {
+        return false;
+    }
+    auto* const ppd = new ZUBPPD(settings, url, nullptr);
+    bool const isValid = ppd->IsValidPPD();
+    ppd->Release();
+    return isValid;
 }
 
 OwnPPD::OwnPPD(std::string const& path) : mPPD(new ZUBPPD(URL(path), kParseAll, nullptr)) {
@@ -61,6 +75,13 @@ long OwnPPD::GreyMenu(std::size_t menu, std::vector<bool>* byItem) {
         }
     }
     return count;
+}
+
+CFRef<CFDataRef> OwnPPD::Archive() {
+    Settings settings;
+    CFDataStream stream;
+    bool const isSaved = mPPD->Save(settings) && settings.Save(&stream) == noErr;
+    return isSaved ? CFRef<CFDataRef>::Retained(stream.Data()) : CFRef<CFDataRef>();
 }
 
 long OwnPPD::EmitAll() {

@@ -16,6 +16,8 @@ class OwnPPD {
     // Reads and forgets the file; that is the whole of a parse.
     static void Parse(CFURLRef url);
     static CFRef<CFURLRef> URL(std::string const& path);
+    // Makes the PPD again from what Archive gave, and forgets it; whether it is valid.
+    static bool Rebuild(CFDataRef archive, CFURLRef url);
 
     // Exits the program with a message when the file isn't a PPD with menus and without errors.
     explicit OwnPPD(std::string const& path);
@@ -30,6 +32,8 @@ class OwnPPD {
     // Asks about each item of the menu whether it is to be greyed; the number of those that are.
     // Tells each in `byItem` when that isn't null.
     long GreyMenu(std::size_t menu, std::vector<bool>* byItem = nullptr);
+    // The bytes of the compiled PPD; null without memory.
+    CFRef<CFDataRef> Archive();
     // Makes the code of everything that is selected in one buffer, which is kept; its bytes.
     long EmitAll();
 

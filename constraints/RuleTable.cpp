@@ -114,7 +114,7 @@ void RuleTable::SortByKey() const {
     for (Rule const& rule : mRules) {
         last = std::max(last, rule.key1);
     }
-    mStarts.assign(static_cast<std::size_t>(last + 2), 0);
+    mStarts.assign(static_cast<std::size_t>(last + 1L) + 1, 0);
     for (Rule const& rule : mRules) {
         ++mStarts[static_cast<std::size_t>(rule.key1) + 1];
     }
@@ -135,6 +135,8 @@ void RuleTable::FindDistinct() const {
     std::ranges::copy_if(mRules, std::back_inserter(mDistinct),
                          [](Rule const& rule) { return IsList(rule.item1); });
     std::ranges::sort(mDistinct, {}, sides);
-    auto const repeated = std::ranges::unique(mDistinct, {}, sides);
-    mDistinct.erase(repeated.begin(), repeated.end());
+    auto const isSame = [&](Rule const& one, Rule const& other) {
+        return sides(one) == sides(other);
+    };
+    mDistinct.erase(std::unique(mDistinct.begin(), mDistinct.end(), isSame), mDistinct.end());
 }

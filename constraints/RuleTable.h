@@ -94,7 +94,16 @@ class RuleTable {
                                                            mStarts[index + 1] - mStarts[index]);
     }
     static std::span<Rule const> RulesOf(std::span<Rule const> rulesOfKey, long item) {
-        return std::ranges::equal_range(rulesOfKey, item, {}, &Rule::item1);
+        return RulesWith(rulesOfKey, &Rule::item1, item);
+    }
+    // Those whose field has this value, of rules that are sorted by it.
+    static std::span<Rule const> RulesWith(std::span<Rule const> rules, std::int32_t Rule::*field,
+                                           long value) {
+        auto const first = std::partition_point(
+            rules.begin(), rules.end(), [=](Rule const& rule) { return rule.*field < value; });
+        auto const last = std::partition_point(
+            first, rules.end(), [=](Rule const& rule) { return rule.*field <= value; });
+        return {first, last};
     }
     void Sort() const;
     void SortByKey() const;
@@ -106,7 +115,7 @@ class RuleTable {
     bool AnyOfWholeKey(long key, long item, Fits fits) const {
         long list = -1;
         bool named = false;
-        for (Rule const& rule : std::ranges::equal_range(mDistinct, key, {}, &Rule::key1)) {
+        for (Rule const& rule : RulesWith(mDistinct, &Rule::key1, key)) {
             if (rule.item1 != list) {
                 list = rule.item1;
                 named = ListOf(list).Times(item) > 0;

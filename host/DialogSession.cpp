@@ -38,6 +38,7 @@ DialogSession::~DialogSession() {
     DisposeUserPane(mPane);
     DisposeHostWindow(mWindow);
     gCommonPresetsPath = mFormerPresets;
+    gMayEndApplications = true;
 }
 
 Outcome DialogSession::Start(PrintOptions const& options,
@@ -46,6 +47,7 @@ Outcome DialogSession::Start(PrintOptions const& options,
     SetCurrentProcessName(options.processName.c_str());
     SetMainBundleIdentifier(JsonText::FromUTF8(options.bundleID));
     gCommonPresetsPath = options.commonPresets.c_str();
+    gMayEndApplications = false;
     Outcome outcome = WriteRecord(options);
     if (outcome.Ok()) {
         outcome = mSession.Open(options, makeAndModel, kept);

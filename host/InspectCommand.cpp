@@ -3,8 +3,6 @@
 
 #include <memory>
 
-#include <nlohmann/json.hpp>
-
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "ZUBUtils/PPDUtils/CFDataStream.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
@@ -41,21 +39,21 @@ Outcome InspectCommand::Run() {
     return PPDCommand::Run();
 }
 
-Outcome InspectCommand::Answer(ZUBPPD& ppd, Json& answer) {
+Outcome InspectCommand::Answer(ZUBPPD& ppd, std::ostream& out) {
     if (mOptions.rebuilt) {
-        return AnswerRebuilt(ppd, answer);
+        return AnswerRebuilt(ppd, out);
     }
-    answer = TreeJson::Describe(ppd);
+    TreeJson::Write(ppd, out);
     return Outcome::Done();
 }
 
-Outcome InspectCommand::AnswerRebuilt(ZUBPPD& ppd, Json& answer) {
+Outcome InspectCommand::AnswerRebuilt(ZUBPPD& ppd, std::ostream& out) {
     Settings archive;
     if (!PassThroughArchive(ppd, archive)) {
         return Outcome::Failed(mOptions.ppd + " can't be saved into an archive");
     }
     std::unique_ptr<ZUBPPD, ReleasePPD> const rebuilt(new ZUBPPD(
         archive, HostFiles::URL(mOptions.ppd, false), ParsedPPD::Names(mOptions.accepted)));
-    answer = TreeJson::Describe(*rebuilt);
+    TreeJson::Write(*rebuilt, out);
     return Outcome::Done();
 }

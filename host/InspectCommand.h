@@ -14,8 +14,8 @@ class InspectCommand : public PPDCommand {
     Outcome Run() override;
 
   private:
-    Outcome Answer(ZUBPPD& ppd, Json& answer) override;
-    Outcome AnswerRebuilt(ZUBPPD& ppd, Json& answer);
+    Outcome Answer(ZUBPPD& ppd, std::ostream& out) override;
+    Outcome AnswerRebuilt(ZUBPPD& ppd, std::ostream& out);
 
     InspectOptions const& mOptions;
 };

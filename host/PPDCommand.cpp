@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/PPDCommand.h"
 
-#include <nlohmann/json.hpp>
-
 #include "host/ControlSettings.h"
 #include "host/HostFiles.h"
 
@@ -31,14 +29,10 @@ Outcome PPDCommand::Run() {
         return Outcome::NotOurs(mReadOptions.ppd + " isn't a PPD of the extension, or is broken");
     }
     ControlSettings settings(ppd.Get(), mReadOptions.ppd, mErr);
-    Outcome outcome = settings.Apply(mReadOptions.settings);
-    Json answer;
-    if (outcome.Ok()) {
-        settings.CheckRules();
-        outcome = Answer(ppd.Get(), answer);
+    Outcome const outcome = settings.Apply(mReadOptions.settings);
+    if (!outcome.Ok()) {
+        return outcome;
     }
-    if (outcome.Ok()) {
-        mOut << answer.dump(2) << '\n';
-    }
-    return outcome;
+    settings.CheckRules();
+    return Answer(ppd.Get(), mOut);
 }

@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json_fwd.hpp>
-
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "host/JsonText.h"
 #include "host/Options.h"
@@ -52,8 +50,8 @@ class PPDCommand {
     PPDCommand(ReadOptions const& options, bool anyPPD, std::ostream& out, std::ostream& err)
         : mReadOptions(options), mAnyPPD(anyPPD), mOut(out), mErr(err) {}
 
-    // Puts the answer into `answer`; nothing is printed unless the outcome is good.
-    virtual Outcome Answer(ZUBPPD& ppd, Json& answer) = 0;
+    // Prints the answer, or nothing unless the outcome is good.
+    virtual Outcome Answer(ZUBPPD& ppd, std::ostream& out) = 0;
 
   private:
     ReadOptions const& mReadOptions;

@@ -66,7 +66,7 @@ Json Pairs(KVCache const& pairs, CStringSoup const& texts) {
 
 }  // namespace
 
-Outcome ConstraintsCommand::Answer(ZUBPPD& ppd, Json& answer) {
+Outcome ConstraintsCommand::Answer(ZUBPPD& ppd, std::ostream& out) {
     ppd.SetCustomPaper(mOptions.customPaper);
     DisplayOptionsScope const all(kDisplayAll);
     Json constrained = Json::array();
@@ -80,11 +80,11 @@ Outcome ConstraintsCommand::Answer(ZUBPPD& ppd, Json& answer) {
             }
         }
     }
-    answer["constrained"] = std::move(constrained);
+    out << Json({{"constrained", std::move(constrained)}}).dump(2) << '\n';
     return Outcome::Done();
 }
 
-Outcome SolveCommand::Answer(ZUBPPD& ppd, Json& answer) {
+Outcome SolveCommand::Answer(ZUBPPD& ppd, std::ostream& out) {
     UIConstraints& constraints = *ppd.GetUIConstraints();
     CStringSoup const& table = constraints.GetConstraintStrings();
     Texts texts(table);
@@ -104,9 +104,10 @@ Outcome SolveCommand::Answer(ZUBPPD& ppd, Json& answer) {
                              &constraints.GetKeyForest(), &locked);
     _KVErrorSet const errors =
         mOptions.test ? engine.Test(&delta) : engine.Solve(&delta, mOptions.keepDelta);
-    answer = {{"solved", errors.conflicts.size() == 0},
-              {"delta", Pairs(delta, table)},
-              {"conflicts", Pairs(errors.conflicts, table)},
-              {"alternatives", Pairs(errors.alternatives, table)}};
+    Json const answer = {{"solved", errors.conflicts.size() == 0},
+                         {"delta", Pairs(delta, table)},
+                         {"conflicts", Pairs(errors.conflicts, table)},
+                         {"alternatives", Pairs(errors.alternatives, table)}};
+    out << answer.dump(2) << '\n';
     return Outcome::Done();
 }

@@ -11,7 +11,7 @@ class ConstraintsCommand : public PPDCommand {
         : PPDCommand(options, false, out, err), mOptions(options) {}
 
   private:
-    Outcome Answer(ZUBPPD& ppd, Json& answer) override;
+    Outcome Answer(ZUBPPD& ppd, std::ostream& out) override;
 
     ConstraintsOptions const& mOptions;
 };
@@ -24,7 +24,7 @@ class SolveCommand : public PPDCommand {
         : PPDCommand(options, false, out, err), mOptions(options) {}
 
   private:
-    Outcome Answer(ZUBPPD& ppd, Json& answer) override;
+    Outcome Answer(ZUBPPD& ppd, std::ostream& out) override;
 
     SolveOptions const& mOptions;
 };

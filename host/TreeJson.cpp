@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/TreeJson.h"
 
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -22,6 +24,7 @@
 #include "PPDX/PPDObjects/PPDXScrollPane.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
+#include "host/JsonText.h"
 #include "platform/CFRef.h"
 
 namespace {
@@ -149,26 +152,30 @@ Json Control(PPDXControl& control) {
     return object;
 }
 
-// What `describe` makes of each member of a list; nothing for a list that wasn't made.
-template <typename List, typename Describe>
-Json Members(List* list, Describe describe) {
-    Json members = Json::array();
+// Calls `visit` with each member of a list; with none for a list that wasn't made.
+template <typename List, typename Visit>
+void ForEach(List* list, Visit visit) {
     if (list != nullptr) {
         for (auto* member = list->First(); member != nullptr; member = list->Next()) {
-            members.push_back(describe(*member));
+            visit(*member);
         }
     }
-    return members;
 }
 
-template <typename Describe>
-Json Members(PPDXControls* list, Describe describe) {
-    Json members = Json::array();
+template <typename Visit>
+void ForEach(PPDXControls* list, Visit visit) {
     CNTL_TYPE type = kControlType;
     for (PPDXControl* control = GetFirst(list, type); control != nullptr;
          control = GetNext(list, type)) {
-        members.push_back(describe(*control));
+        visit(*control);
     }
+}
+
+// What `describe` makes of each member of a list.
+template <typename List, typename Describe>
+Json Members(List* list, Describe describe) {
+    Json members = Json::array();
+    ForEach(list, [&](auto& member) { members.push_back(describe(member)); });
     return members;
 }
 
@@ -229,17 +236,62 @@ Json Shortcuts(PPDXShortcuts* shortcuts) {
     return keywords;
 }
 
+// Writes one JSON object as Json::dump does with an indentation of two, but each member and each
+// element of a list as soon as it is there.
+class ObjectWriter {
+  public:
+    explicit ObjectWriter(std::ostream& out) : mOut(out) { mOut << '{'; }
+
+    void Member(char const* key, Json const& value) {
+        Key(key);
+        Value(value, 1);
+    }
+    template <typename List, typename Describe>
+    void Members(char const* key, List* list, Describe describe) {
+        Key(key);
+        bool isEmpty = true;
+        ForEach(list, [&](auto& member) {
+            mOut << (isEmpty ? "[\n    " : ",\n    ");
+            Value(describe(member), 2);
+            isEmpty = false;
+        });
+        mOut << (isEmpty ? "[]" : "\n  ]");
+    }
+    void End() { mOut << "\n}\n"; }
+
+  private:
+    void Key(char const* key) {
+        mOut << (mIsFirst ? "\n  \"" : ",\n  \"") << key << "\": ";
+        mIsFirst = false;
+    }
+    // A line end in a JSON text is one between its parts: those in strings are escaped.
+    void Value(Json const& value, std::size_t depth) {
+        std::string const text = value.dump(2);
+        std::string_view rest = text;
+        for (std::size_t end; (end = rest.find('\n')) != std::string_view::npos;) {
+            mOut << rest.substr(0, end + 1) << std::string_view("    ", 2 * depth);
+            rest.remove_prefix(end + 1);
+        }
+        mOut << rest;
+    }
+
+    std::ostream& mOut;
+    bool mIsFirst = true;
+};
+
 }  // namespace
 
-Json TreeJson::Describe(ZUBPPD& ppd) {
+void TreeJson::Write(ZUBPPD& ppd, std::ostream& out) {
     DisplayOptionsScope const all(kDisplayAll);
-    return {{"validPrinterName", ppd.IsValidPrinterName()},
-            {"valid", ppd.IsValidPPD()},
-            {"header", Header(ppd)},
-            {"errors", Members(ppd.GetErrors(), Error)},
-            {"properties", Members(ppd.GetProperties(), Property)},
-            {"groups", Members(ppd.GetGroups(), Group)},
-            {"controls", Members(ppd.GetControls(), Control)},
-            {"shortcuts", Shortcuts(ppd.GetShortcuts())},
-            {"shortcutCount", GetShortcutCount(ppd.GetShortcuts())}};
+    ObjectWriter object(out);
+    object.Member("validPrinterName", ppd.IsValidPrinterName());
+    object.Member("valid", ppd.IsValidPPD());
+    object.Member("header", Header(ppd));
+    object.Members("errors", ppd.GetErrors(), Error);
+    object.Members("properties", ppd.GetProperties(), Property);
+    object.Members("groups", ppd.GetGroups(), Group);
+    object.Members("controls", ppd.GetControls(), Control);
+    object.Member("shortcuts", Shortcuts(ppd.GetShortcuts()));
+    object.Member("shortcutCount", GetShortcutCount(ppd.GetShortcuts()));
+    object.End();
 }

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "host/JsonText.h"
+#include <ostream>
 
 class ZUBPPD;
 
 // All that came of reading a PPD, as one JSON document.
 class TreeJson {
   public:
-    static Json Describe(ZUBPPD& ppd);
+    // Control by control, since the document as a whole takes many times what the PPD does.
+    static void Write(ZUBPPD& ppd, std::ostream& out);
 };

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/CoreFoundation.h"
 
+#include <functional>
+#include <vector>
+
 #include "platform/internal/CFObjects.h"
 
 namespace platform {
@@ -48,9 +51,14 @@ void CFDataAppendBytes(CFMutableDataRef data, std::uint8_t const* bytes, CFIndex
         return;
     }
     platform::WithoutExceptions(false, [&] {
-        // The bytes may be the data's own.
-        std::vector<std::uint8_t> const copy(bytes, bytes + length);
-        data->bytes.insert(data->bytes.end(), copy.begin(), copy.end());
+        std::less<std::uint8_t const*> const isBefore;
+        std::uint8_t const* const own = data->bytes.data();
+        if (isBefore(bytes, own) || !isBefore(bytes, own + data->bytes.size())) {
+            data->bytes.insert(data->bytes.end(), bytes, bytes + length);
+        } else {
+            std::vector<std::uint8_t> const copy(bytes, bytes + length);
+            data->bytes.insert(data->bytes.end(), copy.begin(), copy.end());
+        }
         return true;
     });
 }

@@ -5,10 +5,12 @@
 #include <charconv>
 #include <cstring>
 #include <iterator>
+#include <limits>
 #include <stdexcept>
 
 #include <pugixml.hpp>
 
+#include "platform/PropertyListArray.h"
 #include "platform/internal/Base64.h"
 #include "platform/internal/CFObjects.h"
 
@@ -46,6 +48,20 @@ std::string_view Trimmed(std::string_view text) {
 
 // ---- Writing ----
 
+// An element of its own, behind its indentation.
+void AppendData(std::uint8_t const* bytes, std::size_t length, int depth, std::string& text) {
+    std::string const lineStart = '\n' + std::string(static_cast<std::size_t>(depth), '\t');
+    text += "<data>";
+    AppendBase64(bytes, length, kDataLineLength, lineStart, text);
+    text.append(lineStart).append("</data>\n");
+}
+
+void AppendInteger(std::int64_t number, std::string& text) {
+    char digits[std::numeric_limits<std::int64_t>::digits10 + 2];
+    auto const result = std::to_chars(std::begin(digits), std::end(digits), number);
+    text.append("<integer>").append(digits, result.ptr).append("</integer>\n");
+}
+
 class PropertyListWriter {
   public:
     // False for a value that has no place in a property list.
@@ -58,7 +74,6 @@ class PropertyListWriter {
     bool WriteNumber(CFNumberRef number);
     bool WriteArray(CFArrayRef array, int depth);
     bool WriteDictionary(CFDictionaryRef dictionary, int depth);
-    void WriteData(CFDataRef data, int depth);
     void Indent(int depth) { mText.append(static_cast<std::size_t>(depth), '\t'); }
 
     std::string mText;
@@ -72,9 +87,11 @@ bool PropertyListWriter::Write(CFTypeRef value, int depth) {
     switch (CFGetTypeID(value)) {
         case kStringTypeID:
             return WriteString("string", static_cast<CFStringRef>(value));
-        case kDataTypeID:
-            WriteData(static_cast<CFDataRef>(value), depth);
+        case kDataTypeID: {
+            auto const& bytes = static_cast<CFDataRef>(value)->bytes;
+            AppendData(bytes.data(), bytes.size(), depth, mText);
             return true;
+        }
         case kArrayTypeID:
             return WriteArray(static_cast<CFArrayRef>(value), depth);
         case kDictionaryTypeID:
@@ -123,22 +140,14 @@ bool PropertyListWriter::WriteString(char const* element, CFStringRef string) {
 }
 
 bool PropertyListWriter::WriteNumber(CFNumberRef number) {
+    if (!number->isFloat) {
+        AppendInteger(number->integer, mText);
+        return true;
+    }
     char digits[64];
-    auto const result = number->isFloat
-                            ? std::to_chars(std::begin(digits), std::end(digits), number->real)
-                            : std::to_chars(std::begin(digits), std::end(digits), number->integer);
-    std::string_view const element = number->isFloat ? "real" : "integer";
-    mText.append("<").append(element).append(">");
-    mText.append(digits, result.ptr);
-    mText.append("</").append(element).append(">\n");
+    auto const result = std::to_chars(std::begin(digits), std::end(digits), number->real);
+    mText.append("<real>").append(digits, result.ptr).append("</real>\n");
     return result.ec == std::errc();
-}
-
-void PropertyListWriter::WriteData(CFDataRef data, int depth) {
-    std::string const lineStart = '\n' + std::string(static_cast<std::size_t>(depth), '\t');
-    mText += "<data>";
-    AppendBase64(data->bytes.data(), data->bytes.size(), kDataLineLength, lineStart, mText);
-    mText.append(lineStart).append("</data>\n");
 }
 
 bool PropertyListWriter::WriteArray(CFArrayRef array, int depth) {
@@ -455,6 +464,36 @@ CFDataRef CFPropertyListCreateXMLData(CFAllocatorRef allocator, CFPropertyListRe
         writer.Text() += platform::kFooter;
         return CFDataCreate(allocator, reinterpret_cast<std::uint8_t const*>(writer.Text().data()),
                             static_cast<CFIndex>(writer.Text().size()));
+    });
+}
+
+void PropertyListArray::AddInteger(std::int64_t number) {
+    mComplete = mComplete && platform::WithoutExceptions(false, [&] {
+                    mElements += '\t';
+                    platform::AppendInteger(number, mElements);
+                    return true;
+                });
+}
+
+void PropertyListArray::AddData(std::uint8_t const* bytes, std::size_t length) {
+    mComplete = mComplete && platform::WithoutExceptions(false, [&] {
+                    mElements += '\t';
+                    platform::AppendData(bytes, length, 1, mElements);
+                    return true;
+                });
+}
+
+CFDataRef PropertyListArray::CreateXMLData() {
+    return platform::WithoutExceptions<CFDataRef>(nullptr, [&]() -> CFDataRef {
+        if (!mComplete) {
+            return nullptr;
+        }
+        std::string text(platform::kHeader);
+        text.append(mElements.empty() ? "<array/>\n" : "<array>\n");
+        text.append(mElements).append(mElements.empty() ? "" : "</array>\n");
+        text.append(platform::kFooter);
+        return CFDataCreate(nullptr, reinterpret_cast<std::uint8_t const*>(text.data()),
+                            static_cast<CFIndex>(text.size()));
     });
 }
 

@@ -216,7 +216,12 @@ CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding enc
             return 0;
         }
     }
-    auto const converted = platform::Encode(text, *codec, lossByte, sink);
+    // The text has that form already, lone surrogates too.
+    bool const isWhole = encoding == kCFStringEncodingUnicode && !text.empty() &&
+                         sink.Put(reinterpret_cast<std::uint8_t const*>(text.data()),
+                                  text.size() * sizeof(char16_t));
+    std::size_t const converted =
+        isWhole ? text.size() : platform::Encode(text, *codec, lossByte, sink);
     if (used != nullptr) {
         *used = static_cast<CFIndex>(sink.Used());
     }

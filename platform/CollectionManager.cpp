@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/CollectionManager.h"
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/internal/CFRuntime.h"
@@ -13,43 +14,134 @@
 namespace platform {
 namespace {
 
-struct CollectionItem {
-    std::uint32_t tag;
-    std::int32_t id;
-    std::uint32_t attributes;
-    std::string value;
-
-    bool IsLocked() const { return (attributes & collectionLockMask) != 0; }
-};
-
 std::uint64_t ItemKey(std::uint32_t tag, std::int32_t id) {
     return (std::uint64_t{tag} << 32) | static_cast<std::uint32_t>(id);
 }
+
+// Its value lies in the collection's bytes.
+struct CollectionItem {
+    std::uint64_t key;
+    std::size_t start;
+    std::uint32_t size;
+    std::uint32_t attributes;
+
+    std::uint32_t Tag() const { return static_cast<std::uint32_t>(key >> 32); }
+    std::int32_t Id() const { return static_cast<std::int32_t>(key); }
+    bool IsLocked() const { return (attributes & collectionLockMask) != 0; }
+};
 
 }  // namespace
 }  // namespace platform
 
 struct OpaqueCollection {
-    std::vector<platform::CollectionItem> items;
-    std::unordered_map<std::uint64_t, std::size_t> positions;  // in `items`, by tag and id
+    using Item = platform::CollectionItem;
 
-    platform::CollectionItem* Find(std::uint32_t tag, std::int32_t id) {
-        auto const found = positions.find(platform::ItemKey(tag, id));
-        return found == positions.end() ? nullptr : &items[found->second];
+    std::vector<Item> items;
+    std::string bytes;
+    // Places in `items`, from 1, at the slot of their key or behind it; 0 for a free slot. A power
+    // of two, at most half of them taken.
+    std::vector<std::uint32_t> slots;
+    std::size_t unused = 0;             // of the bytes
+    mutable std::size_t lastFound = 0;  // in `items`
+
+    std::string_view Value(Item const& item) const {
+        return std::string_view(bytes).substr(item.start, item.size);
     }
-    platform::CollectionItem* AtIndex(long index) {
+    Item* Find(std::uint64_t key) {
+        // Who reads a record asks for its items one after the other.
+        constexpr std::size_t kNear = 8;
+        std::size_t const end = std::min(items.size(), lastFound + kNear);
+        for (std::size_t at = lastFound - std::min(lastFound, kNear / 2); at < end; ++at) {
+            if (items[at].key == key) {
+                lastFound = at;
+                return &items[at];
+            }
+        }
+        std::uint32_t const place = slots.empty() ? 0 : slots[SlotOf(key)];
+        if (place == 0) {
+            return nullptr;
+        }
+        lastFound = place - 1;
+        return &items[lastFound];
+    }
+    Item* AtIndex(long index) {
         return index < 1 || static_cast<std::size_t>(index) > items.size()
                    ? nullptr
                    : &items[static_cast<std::size_t>(index) - 1];
     }
     // False when there is such an item already.
-    bool Append(platform::CollectionItem&& item) {
-        platform::ReserveOneMore(items);
-        if (!positions.emplace(platform::ItemKey(item.tag, item.id), items.size()).second) {
+    bool Append(Item const& item) {
+        if ((items.size() + 1) * 2 > slots.size()) {
+            MakeSlots((items.size() + 1) * 4);
+        }
+        std::uint32_t& place = slots[SlotOf(item.key)];
+        if (place != 0) {
             return false;
         }
-        items.push_back(std::move(item));
+        items.push_back(item);
+        place = static_cast<std::uint32_t>(items.size());
         return true;
+    }
+    void Remove(std::size_t position) {
+        unused += items[position].size;
+        items.erase(items.begin() + static_cast<std::ptrdiff_t>(position));
+        lastFound = 0;
+        FillSlots();
+    }
+    void SetValue(Item& item, std::string_view value) {
+        std::size_t const start = AppendBytes(value);
+        unused += item.size;
+        item.start = start;
+        item.size = static_cast<std::uint32_t>(value.size());
+        constexpr std::size_t kFewBytes = 4096;
+        if (unused > bytes.size() / 2 + kFewBytes) {
+            DropUnused();
+        }
+    }
+    // The bytes may be some of the collection's own. Returns where they lie.
+    std::size_t AppendBytes(std::string_view value) {
+        std::size_t const start = bytes.size();
+        bytes.append(value);
+        return start;
+    }
+    // For at least half as many items.
+    void MakeSlots(std::size_t count) {
+        std::vector<std::uint32_t> more(std::bit_ceil(std::max<std::size_t>(16, count)));
+        slots.swap(more);
+        FillSlots();
+    }
+
+  private:
+    // Where the key stands, or would.
+    std::size_t SlotOf(std::uint64_t key) const {
+        constexpr std::uint64_t kMixing = 0x9E3779B97F4A7C15U;
+        std::size_t const mask = slots.size() - 1;
+        std::uint64_t const mixed = (key ^ (key >> 32)) * kMixing;
+        std::size_t slot = (mixed >> 32) & mask;
+        while (slots[slot] != 0 && items[slots[slot] - 1].key != key) {
+            slot = (slot + 1) & mask;
+        }
+        return slot;
+    }
+    void FillSlots() {
+        std::fill(slots.begin(), slots.end(), 0);
+        for (std::size_t at = 0; at < items.size(); ++at) {
+            slots[SlotOf(items[at].key)] = static_cast<std::uint32_t>(at + 1);
+        }
+    }
+    void DropUnused() {
+        std::string used;
+        used.reserve(bytes.size() - unused);
+        for (Item& item : items) {
+            used.append(Value(item));
+        }
+        std::size_t start = 0;
+        for (Item& item : items) {
+            item.start = start;
+            start += item.size;
+        }
+        bytes.swap(used);
+        unused = 0;
     }
 };
 
@@ -67,32 +159,63 @@ constexpr std::uint32_t kFlatVersion = 1;
 constexpr std::size_t kNumberSize = 4;
 constexpr std::size_t kFlatItemHeaderSize = 4 * kNumberSize;
 
-constexpr std::array<std::uint32_t, 256> MakeChecksumTable() {
-    std::array<std::uint32_t, 256> table{};
-    for (std::uint32_t byte = 0; byte < table.size(); ++byte) {
+// A row for each of the eight bytes that are taken in one step: what a byte does to the sum when so
+// many others come behind it.
+constexpr std::size_t kStep = 8;
+using ChecksumTable = std::array<std::array<std::uint32_t, 256>, kStep>;
+
+constexpr ChecksumTable MakeChecksumTable() {
+    ChecksumTable table{};
+    for (std::uint32_t byte = 0; byte < 256; ++byte) {
         std::uint32_t value = byte;
         for (int bit = 0; bit < 8; ++bit) {
             value = (value >> 1) ^ ((value & 1) != 0 ? 0xEDB88320U : 0U);
         }
-        table[byte] = value;
+        table[0][byte] = value;
+    }
+    for (std::size_t row = 1; row < kStep; ++row) {
+        for (std::size_t byte = 0; byte < 256; ++byte) {
+            std::uint32_t const former = table[row - 1][byte];
+            table[row][byte] = (former >> 8) ^ table[0][former & 0xFF];
+        }
     }
     return table;
 }
-constexpr auto kChecksumTable = MakeChecksumTable();
+constexpr ChecksumTable kChecksumTable = MakeChecksumTable();
 
 std::uint32_t Checksum(std::string_view bytes) {
     std::uint32_t value = 0xFFFFFFFFU;
+    for (; bytes.size() >= kStep; bytes.remove_prefix(kStep)) {
+        std::uint32_t next = 0;
+        for (std::size_t at = 0; at < kStep; ++at) {
+            std::uint32_t const former = at < 4 ? value >> (8 * at) : 0;
+            next ^= kChecksumTable[kStep - 1 - at]
+                                  [(former ^ static_cast<unsigned char>(bytes[at])) & 0xFF];
+        }
+        value = next;
+    }
     for (char const c : bytes) {
-        value = (value >> 8) ^ kChecksumTable[(value ^ static_cast<unsigned char>(c)) & 0xFF];
+        value = (value >> 8) ^ kChecksumTable[0][(value ^ static_cast<unsigned char>(c)) & 0xFF];
     }
     return ~value;
 }
 
-void AppendNumber(std::uint32_t number, std::string& flat) {
-    for (int shift = 24; shift >= 0; shift -= 8) {
-        flat += static_cast<char>(number >> shift);
+class FlatWriter {
+  public:
+    explicit FlatWriter(char* flat) : mStart(flat), mEnd(flat) {}
+
+    void PutNumber(std::uint32_t number) {
+        for (int shift = 24; shift >= 0; shift -= 8) {
+            *mEnd++ = static_cast<char>(number >> shift);
+        }
     }
-}
+    void PutBytes(std::string_view bytes) { mEnd += bytes.copy(mEnd, bytes.size()); }
+    std::string_view Written() const { return {mStart, static_cast<std::size_t>(mEnd - mStart)}; }
+
+  private:
+    char* mStart;  // not owned, as the place behind what was written
+    char* mEnd;
+};
 
 class FlatReader {
   public:
@@ -123,25 +246,28 @@ class FlatReader {
     std::string_view mRest;
 };
 
-std::string Flatten(OpaqueCollection const& collection) {
+std::size_t FlatSize(OpaqueCollection const& collection) {
     std::size_t size = 4 * kNumberSize;
     for (auto const& item : collection.items) {
-        size += kFlatItemHeaderSize + item.value.size();
+        size += kFlatItemHeaderSize + item.size;
     }
-    std::string flat;
-    flat.reserve(size);
-    AppendNumber(kFlatMark, flat);
-    AppendNumber(kFlatVersion, flat);
-    AppendNumber(static_cast<std::uint32_t>(collection.items.size()), flat);
+    return size;
+}
+
+// Writes FlatSize bytes.
+void Flatten(OpaqueCollection const& collection, char* flat) {
+    FlatWriter writer(flat);
+    writer.PutNumber(kFlatMark);
+    writer.PutNumber(kFlatVersion);
+    writer.PutNumber(static_cast<std::uint32_t>(collection.items.size()));
     for (auto const& item : collection.items) {
-        AppendNumber(item.tag, flat);
-        AppendNumber(static_cast<std::uint32_t>(item.id), flat);
-        AppendNumber(item.attributes, flat);
-        AppendNumber(static_cast<std::uint32_t>(item.value.size()), flat);
-        flat += item.value;
+        writer.PutNumber(item.Tag());
+        writer.PutNumber(static_cast<std::uint32_t>(item.Id()));
+        writer.PutNumber(item.attributes);
+        writer.PutNumber(item.size);
+        writer.PutBytes(collection.Value(item));
     }
-    AppendNumber(Checksum(flat), flat);
-    return flat;
+    writer.PutNumber(Checksum(writer.Written()));
 }
 
 bool UnflattenItem(FlatReader& reader, OpaqueCollection& collection) {
@@ -152,7 +278,8 @@ bool UnflattenItem(FlatReader& reader, OpaqueCollection& collection) {
     std::string_view value;
     return reader.TakeNumber(tag) && reader.TakeNumber(id) && reader.TakeNumber(attributes) &&
            reader.TakeNumber(size) && reader.TakeBytes(size, value) &&
-           collection.Append({tag, static_cast<std::int32_t>(id), attributes, std::string(value)});
+           collection.Append({ItemKey(tag, static_cast<std::int32_t>(id)),
+                              collection.AppendBytes(value), size, attributes});
 }
 
 bool Unflatten(std::string_view flat, OpaqueCollection& collection) {
@@ -173,6 +300,11 @@ bool Unflatten(std::string_view flat, OpaqueCollection& collection) {
         version != kFlatVersion || !reader.TakeNumber(count)) {
         return false;
     }
+    // Flat data says what it likes, but each item takes room in it.
+    std::size_t const likely = std::min<std::size_t>(count, flat.size() / kFlatItemHeaderSize);
+    collection.items.reserve(likely);
+    collection.bytes.reserve(flat.size());
+    collection.MakeSlots(likely * 2 + 1);
     for (std::uint32_t index = 0; index < count; ++index) {
         if (!UnflattenItem(reader, collection)) {
             return false;
@@ -192,18 +324,23 @@ OSErr Error(OSStatus status) {
     return static_cast<OSErr>(status);
 }
 
-OSErr SetValue(CollectionItem& item, long size, void const* data) {
-    if (size < 0 || (data == nullptr && size > 0)) {
+bool IsValue(long size, void const* data) {
+    return size >= 0 && size <= UINT32_MAX && (data != nullptr || size == 0);
+}
+
+std::string_view ValueOf(long size, void const* data) {
+    return {static_cast<char const*>(size > 0 ? data : ""), static_cast<std::size_t>(size)};
+}
+
+OSErr SetValue(OpaqueCollection& collection, CollectionItem& item, long size, void const* data) {
+    if (!IsValue(size, data)) {
         return Error(paramErr);
     }
     if (item.IsLocked()) {
         return collectionItemLockedErr;
     }
     return WithoutExceptions(Error(memFullErr), [&] {
-        // The bytes may lie in the value that goes.
-        std::string value(static_cast<char const*>(size > 0 ? data : ""),
-                          static_cast<std::size_t>(size));
-        item.value = std::move(value);
+        collection.SetValue(item, ValueOf(size, data));
         return Error(noErr);
     });
 }
@@ -242,15 +379,17 @@ OSErr AddCollectionItem(Collection collection, std::uint32_t tag, std::int32_t i
     if (collection == nullptr) {
         return Error(paramErr);
     }
-    if (auto* existing = collection->Find(tag, id); existing != nullptr) {
-        return platform::SetValue(*existing, size, data);
+    std::uint64_t const key = platform::ItemKey(tag, id);
+    if (auto* existing = collection->Find(key); existing != nullptr) {
+        return platform::SetValue(*collection, *existing, size, data);
     }
-    platform::CollectionItem item{tag, id, 0, {}};
-    if (OSErr const error = platform::SetValue(item, size, data); error != noErr) {
-        return error;
+    if (!platform::IsValue(size, data)) {
+        return Error(paramErr);
     }
     return WithoutExceptions(Error(memFullErr), [&] {
-        collection->Append(std::move(item));
+        collection->lastFound = collection->items.size();
+        collection->Append({key, collection->AppendBytes(platform::ValueOf(size, data)),
+                            static_cast<std::uint32_t>(size), 0});
         return Error(noErr);
     });
 }
@@ -260,13 +399,13 @@ OSErr GetCollectionItem(Collection collection, std::uint32_t tag, std::int32_t i
     if (collection == nullptr) {
         return Error(paramErr);
     }
-    auto const* item = collection->Find(tag, id);
+    auto const* item = collection->Find(platform::ItemKey(tag, id));
     if (item == nullptr) {
         return collectionItemNotFoundErr;
     }
-    Store(item->value.size(), size);
+    Store(item->size, size);
     if (data != nullptr) {
-        std::memcpy(data, item->value.data(), item->value.size());
+        collection->Value(*item).copy(static_cast<char*>(data), item->size);
     }
     return Error(noErr);
 }
@@ -275,20 +414,14 @@ OSErr RemoveCollectionItem(Collection collection, std::uint32_t tag, std::int32_
     if (collection == nullptr) {
         return Error(paramErr);
     }
-    auto const* item = collection->Find(tag, id);
+    auto const* item = collection->Find(platform::ItemKey(tag, id));
     if (item == nullptr) {
         return collectionItemNotFoundErr;
     }
     if (item->IsLocked()) {
         return collectionItemLockedErr;
     }
-    auto const position = static_cast<std::size_t>(item - collection->items.data());
-    collection->positions.erase(platform::ItemKey(tag, id));
-    collection->items.erase(collection->items.begin() + static_cast<std::ptrdiff_t>(position));
-    for (std::size_t index = position; index < collection->items.size(); ++index) {
-        auto const& moved = collection->items[index];
-        collection->positions[platform::ItemKey(moved.tag, moved.id)] = index;
-    }
+    collection->Remove(static_cast<std::size_t>(item - collection->items.data()));
     return Error(noErr);
 }
 
@@ -301,12 +434,12 @@ OSErr GetCollectionItemInfo(Collection collection, std::uint32_t tag, std::int32
     if (collection == nullptr) {
         return Error(paramErr);
     }
-    auto const* item = collection->Find(tag, id);
+    auto const* item = collection->Find(platform::ItemKey(tag, id));
     if (item == nullptr) {
         return collectionItemNotFoundErr;
     }
     Store(item - collection->items.data() + 1, index);
-    Store(item->value.size(), size);
+    Store(item->size, size);
     Store(item->attributes, attributes);
     return Error(noErr);
 }
@@ -316,7 +449,7 @@ OSErr SetCollectionItemInfo(Collection collection, std::uint32_t tag, std::int32
     if (collection == nullptr) {
         return Error(paramErr);
     }
-    auto* item = collection->Find(tag, id);
+    auto* item = collection->Find(platform::ItemKey(tag, id));
     if (item == nullptr) {
         return collectionItemNotFoundErr;
     }
@@ -333,9 +466,9 @@ OSErr GetIndexedCollectionItemInfo(Collection collection, long index, std::uint3
     if (item == nullptr) {
         return collectionIndexRangeErr;
     }
-    Store(item->tag, tag);
-    Store(item->id, id);
-    Store(item->value.size(), size);
+    Store(item->Tag(), tag);
+    Store(item->Id(), id);
+    Store(item->size, size);
     Store(item->attributes, attributes);
     return Error(noErr);
 }
@@ -345,21 +478,19 @@ OSErr ReplaceIndexedCollectionItem(Collection collection, long index, long size,
         return Error(paramErr);
     }
     auto* item = collection->AtIndex(index);
-    return item == nullptr ? collectionIndexRangeErr : platform::SetValue(*item, size, data);
+    return item == nullptr ? collectionIndexRangeErr
+                           : platform::SetValue(*collection, *item, size, data);
 }
 
 OSErr FlattenCollectionToHdl(Collection collection, Handle flat) {
     if (collection == nullptr || flat == nullptr) {
         return Error(paramErr);
     }
-    return WithoutExceptions(Error(memFullErr), [&] {
-        std::string const bytes = platform::Flatten(*collection);
-        OSErr const error = SetHandleSize(flat, static_cast<long>(bytes.size()));
-        if (error == noErr) {
-            std::memcpy(*flat, bytes.data(), bytes.size());
-        }
-        return error;
-    });
+    OSErr const error = SetHandleSize(flat, static_cast<long>(platform::FlatSize(*collection)));
+    if (error == noErr) {
+        platform::Flatten(*collection, *flat);
+    }
+    return error;
 }
 
 OSErr UnflattenCollectionFromHdl(Collection collection, Handle flat) {

@@ -25,7 +25,8 @@ namespace {
 constexpr std::size_t kKernelNameLength = 15;  // the kernel cuts a process's name here
 
 std::mutex gMutex;
-std::string* gOwnName = nullptr;              // owned; null until set
+std::string* gOwnName = nullptr;   // owned; null until set
+std::string* gReadName = nullptr;  // owned; the system's name for this process, once read
 std::vector<std::uint32_t>* gList = nullptr;  // owned; the walk's processes by rising number
 
 OSErr Error(OSStatus status) {
@@ -67,17 +68,9 @@ std::string FirstArgument(std::uint32_t process) {
     return arguments.substr(0, arguments.find('\0'));
 }
 
-// Empty when there is no such process.
-std::string NameOfProcess(std::uint32_t process) {
-    bool const isOwn = process == static_cast<std::uint32_t>(getpid());
-    if (isOwn) {
-        std::lock_guard const lock(gMutex);
-        if (gOwnName != nullptr) {
-            return *gOwnName;
-        }
-    }
+std::string ReadName(std::uint32_t process) {
     std::string name;
-    if ((!isOwn && !IsRunning(process)) || ReadWholeFile(ProcessFile(process, "comm"), name) != 0) {
+    if (ReadWholeFile(ProcessFile(process, "comm"), name) != 0) {
         return {};
     }
     if (name.ends_with('\n')) {
@@ -93,6 +86,25 @@ std::string NameOfProcess(std::uint32_t process) {
         }
     }
     return name;
+}
+
+std::string OwnName() {
+    std::lock_guard const lock(gMutex);
+    if (gOwnName != nullptr) {
+        return *gOwnName;
+    }
+    if (gReadName == nullptr) {
+        gReadName = new std::string(ReadName(static_cast<std::uint32_t>(getpid())));
+    }
+    return *gReadName;
+}
+
+// Empty when there is no such process.
+std::string NameOfProcess(std::uint32_t process) {
+    if (process == static_cast<std::uint32_t>(getpid())) {
+        return OwnName();
+    }
+    return IsRunning(process) ? ReadName(process) : std::string();
 }
 
 struct DirectoryCloser {

@@ -100,6 +100,7 @@ Settings& Settings::operator=(Settings const& other) {
     }
     mLastError = other.mLastError;
     mValid = other.mValid;
+    mForeign.reset();
     if (other.mCollection == nullptr) {
         DisposeCollection(mCollection);
         mCollection = nullptr;
@@ -126,6 +127,7 @@ long Settings::Add(unsigned long const& tag, long const& id, void const* data, l
     if (size < 0 || (data == nullptr && size != 0)) {
         return Keep(paramErr);
     }
+    mForeign.reset();
     return Keep(AddCollectionItem(mCollection, To32(tag), To32(id), size, data));
 }
 
@@ -146,6 +148,7 @@ long Settings::Set(unsigned long const& tag, long const& id, void const* data, l
     if (size < 0 || (data == nullptr && size != 0)) {
         return Keep(paramErr);
     }
+    mForeign.reset();
     long index = 0;
     OSErr const status =
         GetCollectionItemInfo(mCollection, To32(tag), To32(id), &index, nullptr, nullptr);
@@ -154,6 +157,7 @@ long Settings::Set(unsigned long const& tag, long const& id, void const* data, l
 }
 
 long Settings::Remove(unsigned long const& tag, long const& id) {
+    mForeign.reset();
     return Keep(mCollection != nullptr ? RemoveCollectionItem(mCollection, To32(tag), To32(id))
                                        : kNoCollection);
 }
@@ -255,6 +259,7 @@ long Settings::Read(DataStream* stream, unsigned long size) {
     if (!stream->in(*flat, wanted, nullptr, nullptr)) {
         return Keep(stream->LastError() != noErr ? stream->LastError() : kNoStream);
     }
+    mForeign.reset();
     return Keep(UnflattenCollectionFromHdl(mCollection, flat.get()));
 }
 
@@ -292,7 +297,14 @@ long Settings::FixEndianness(void* value, long size, bool fix) {
     return Keep(noErr);
 }
 
-bool Settings::IsForeign() const {
+bool Settings::IsForeign() {
+    if (!mForeign) {
+        mForeign = LooksForeign();
+    }
+    return *mForeign;
+}
+
+bool Settings::LooksForeign() const {
     if (mCollection == nullptr) {
         return false;
     }
@@ -341,26 +353,23 @@ unsigned char* CFStringToExternal(__CFString const* string, long* size) {
     if (string == nullptr) {
         return nullptr;
     }
-    CFRef<CFDataRef> const data(
-        CFStringCreateExternalRepresentation(nullptr, string, kCFStringEncodingUnicode, kLossByte));
-    if (!data) {
+    constexpr CFIndex kBytesPerUnit = 2;
+    CFIndex const length = CFStringGetLength(string);
+    CFIndex const room = (1 + length) * kBytesPerUnit;
+    std::unique_ptr<unsigned char[]> bytes(
+        new (std::nothrow) unsigned char[static_cast<std::size_t>(room)]);
+    if (bytes == nullptr ||
+        CFStringGetBytes(string, CFRangeMake(0, length), kCFStringEncodingUnicode, kLossByte, true,
+                         bytes.get(), room, size) != length) {
+        *size = 0;
         return nullptr;
     }
-    std::size_t const length = static_cast<std::size_t>(CFDataGetLength(data));
-    unsigned char* const bytes = new (std::nothrow) unsigned char[length];
-    if (bytes != nullptr) {
-        std::copy_n(CFDataGetBytePtr(data), length, bytes);
-        *size = static_cast<long>(length);
-    }
-    return bytes;
+    return bytes.release();
 }
 
 __CFString const* ExtenalToCFString(unsigned char const* data, long size) {
     if (data == nullptr || size < 0) {
         return nullptr;
     }
-    CFRef<CFDataRef> const bytes(CFDataCreate(nullptr, data, size));
-    return bytes
-               ? CFStringCreateFromExternalRepresentation(nullptr, bytes, kCFStringEncodingUnicode)
-               : nullptr;
+    return CFStringCreateWithBytes(nullptr, data, size, kCFStringEncodingUnicode, true);
 }

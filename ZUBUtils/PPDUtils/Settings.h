@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 struct OpaqueCollection;
 struct __CFString;
@@ -76,7 +77,8 @@ class Settings {
     long FixEndianness(void* value, long size, bool fix);
 
   private:
-    bool IsForeign() const;
+    bool IsForeign();
+    bool LooksForeign() const;
     long Keep(long status);
     long Entry(unsigned long& tag, long& id, long& size, long& attributes, long pastTheEnd);
 
@@ -84,6 +86,7 @@ class Settings {
     bool mValid = false;
     OpaqueCollection* mCollection = nullptr;  // owned, may be null
     std::int32_t mIndex = 0;
+    std::optional<bool> mForeign;  // until an entry changes
 };
 
 // Reads an entry into a field of exactly `size` bytes, with its byte order fixed where `size` is 2,

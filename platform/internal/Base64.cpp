@@ -31,17 +31,18 @@ constexpr auto kDecodingTable = MakeDecodingTable();
 void AppendBase64(std::uint8_t const* bytes, std::size_t size, std::size_t lineLength,
                   std::string_view lineStart, std::string& text) {
     std::size_t const bytesPerLine = lineLength / 4 * 3;
-    for (std::size_t at = 0; at < size; at += 3) {
-        if (at % bytesPerLine == 0) {
-            text.append(lineStart);
-        }
-        std::size_t const count = std::min<std::size_t>(3, size - at);
-        std::uint32_t group = 0;
-        for (std::size_t index = 0; index < 3; ++index) {
-            group = (group << 8) | (index < count ? bytes[at + index] : 0U);
-        }
-        for (std::size_t index = 0; index < 4; ++index) {
-            text += index > count ? kPadding : kAlphabet[(group >> (18 - 6 * index)) & 0x3F];
+    for (std::size_t line = 0; line < size; line += bytesPerLine) {
+        text.append(lineStart);
+        std::size_t const end = std::min(size, line + bytesPerLine);
+        for (std::size_t at = line; at < end; at += 3) {
+            std::size_t const count = std::min<std::size_t>(3, end - at);
+            std::uint32_t const group = (bytes[at] << 16U) |
+                                        (count > 1 ? bytes[at + 1] << 8U : 0U) |
+                                        (count > 2 ? bytes[at + 2] : 0U);
+            char const digits[] = {kAlphabet[group >> 18], kAlphabet[(group >> 12) & 0x3F],
+                                   count > 1 ? kAlphabet[(group >> 6) & 0x3F] : kPadding,
+                                   count > 2 ? kAlphabet[group & 0x3F] : kPadding};
+            text.append(digits, sizeof digits);
         }
     }
 }

@@ -259,7 +259,9 @@ TEST_F(InspectCommandTest, TheProcessIsLeftAsItWas) {
 
     ParsedPPD const ppd(path, kParseAll, {});
     DisplayOptions::Options(kDisplayOrphans);
-    EXPECT_EQ(1U, TreeJson::Describe(ppd.Get())["controls"].size());
+    std::ostringstream out;
+    TreeJson::Write(ppd.Get(), out);
+    EXPECT_EQ(1U, Json::parse(out.str())["controls"].size());
     EXPECT_EQ(kDisplayOrphans, DisplayOptions::Options());
 }
 

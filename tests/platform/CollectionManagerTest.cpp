@@ -2,6 +2,7 @@
 #include "platform/CollectionManager.h"
 
 #include <cstring>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -194,6 +195,24 @@ TEST_F(CollectionManagerTest, HandlesKeepTheirContentAsTheyGrow) {
     EXPECT_EQ(SetHandleSize(handle.get(), -1), paramErr);
     EXPECT_EQ(SetHandleSize(handle.get(), 0), noErr);
     EXPECT_EQ(GetHandleSize(handle.get()), 0);
+}
+
+TEST_F(CollectionManagerTest, ValuesStayWithTheirItemsWhileOthersAreReplacedAndRemoved) {
+    CollectionGuard const collection(NewCollection());
+    std::map<std::int32_t, std::string> expected;
+    for (std::int32_t step = 0; step < 3000; ++step) {
+        std::int32_t const id = step * 7 % 97;
+        expected[id] = std::string(static_cast<std::size_t>(step % 50), static_cast<char>(step));
+        EXPECT_EQ(Add(collection, 1, id, expected[id]), noErr);
+        if (step % 5 == 0) {
+            EXPECT_EQ(RemoveCollectionItem(collection.get(), 1, id), noErr);
+            expected.erase(id);
+        }
+    }
+    EXPECT_EQ(CountCollectionItems(collection.get()), static_cast<long>(expected.size()));
+    for (std::int32_t id = 0; id < 97; ++id) {
+        EXPECT_EQ(Value(collection, 1, id), expected.contains(id) ? expected[id] : "error -5751");
+    }
 }
 
 }  // namespace

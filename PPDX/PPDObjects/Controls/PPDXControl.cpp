@@ -68,18 +68,18 @@ std::string_view ViewOf(unsigned char const* bytes, long length) {
 // Counts bytes, and writes them where there is a place for them.
 class Output {
   public:
-    explicit Output(unsigned char* place) : mPlace(place) {}
+    explicit Output(unsigned char* place) : mPlace(reinterpret_cast<char*>(place)) {}
 
     void Append(std::string_view text) {
         if (mPlace != nullptr) {
-            std::copy(text.begin(), text.end(), mPlace + mLength);
+            text.copy(mPlace + mLength, text.size());
         }
         mLength += static_cast<long>(text.size());
     }
     long Length() const { return mLength; }
 
   private:
-    unsigned char* mPlace;  // not owned, may be null
+    char* mPlace;  // not owned, may be null
     long mLength = 0;
 };
 

@@ -16,10 +16,16 @@ constexpr std::array<std::string_view, 12> kExpertKeywords = {
 }  // namespace
 
 bool HoldsSpecialChromvaleKeyword(char const* keyword) {
-    return keyword != nullptr &&
-           std::ranges::any_of(kSpecialChromvaleKeywords, [keyword](char const* special) {
-               return std::strstr(keyword, special) != nullptr;
-           });
+    // An asterisk begins each of them, and mostly a keyword has no second one.
+    for (char const* rest = keyword; rest != nullptr && *rest != '\0';
+         rest = std::strchr(rest + 1, '*')) {
+        if (std::ranges::any_of(kSpecialChromvaleKeywords, [rest](std::string_view special) {
+                return std::strncmp(rest, special.data(), special.size()) == 0;
+            })) {
+            return true;
+        }
+    }
+    return false;
 }
 
 bool isExpertChromvaleControl(char const* keyword) {

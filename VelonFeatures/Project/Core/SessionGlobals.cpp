@@ -3,6 +3,7 @@
 
 char const* gCommonPresetsPath = "/CommonPresets.txt";
 bool gUseCommonPresets = false;
+bool gMayEndApplications = true;
 bool gFactoryBusy = false;
 bool gNeedShrink = true;
 bool gAppIsAdobe = false;

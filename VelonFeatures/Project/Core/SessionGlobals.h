@@ -13,6 +13,9 @@ class PDEData;
 extern char const* gCommonPresetsPath;
 // Set by the factory when that file exists; stays set as long as the process lives.
 extern bool gUseCommonPresets;
+// A dialog that closes may end the Job Properties application, for which it looks at every process
+// of the machine. Cleared by a host whose dialogs start none.
+extern bool gMayEndApplications;
 // A dialog is under way: the factory sets it, Close and Terminate clear it.
 extern bool gFactoryBusy;
 // The pane shrinks once for each ProjectPDE.

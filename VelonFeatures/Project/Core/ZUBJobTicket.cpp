@@ -5,20 +5,37 @@
 #include <unistd.h>
 
 #include <cstring>
-#include <memory>
-#include <new>
 
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
 #include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
 #include "VelonFeatures/Project/Core/ServerPreset.h"
 #include "VelonFeatures/Project/Core/TicketKeys.h"
 #include "platform/CFRef.h"
+#include "platform/PropertyListArray.h"
 
 namespace {
 
-constexpr std::size_t kLocalTextSize = 1024;
 constexpr std::size_t kPathSize = 256;
 constexpr mode_t kFileMode = 0666;
+
+// Appends both or neither: half a pair would shift all that come behind it.
+bool AppendPair(CFMutableArrayRef list, JobEntries::Entry const& entry) {
+    std::int32_t const site = entry.site;
+    CFRef<CFNumberRef> const number(CFNumberCreate(nullptr, kCFNumberSInt32Type, &site));
+    CFRef<CFDataRef> const data(
+        CFDataCreate(nullptr, entry.bytes, static_cast<CFIndex>(entry.length)));
+    if (!number || !data) {
+        return false;
+    }
+    CFIndex const count = CFArrayGetCount(list);
+    CFArrayAppendValue(list, number);
+    CFArrayAppendValue(list, data);
+    bool const isWhole = CFArrayGetCount(list) == count + 2;
+    while (!isWhole && CFArrayGetCount(list) > count) {
+        CFArrayRemoveValueAtIndex(list, count);
+    }
+    return isWhole;
+}
 
 // A path in bytes, terminated.
 struct FilePath {
@@ -45,49 +62,46 @@ ZUBJobTicket::~ZUBJobTicket() {
 
 bool ZUBJobTicket::Create() {
     CFRelease(mList);
+    mEntries.Clear();
     mCount = 0;
     mList = CFArrayCreateMutable(nullptr, 0);
     mLastStatus = mList == nullptr ? memFullErr : noErr;
     return mList != nullptr;
 }
 
-bool ZUBJobTicket::Add(PostScriptInjectionSite site, unsigned char const* bytes,
-                       unsigned long length) {
-    mLastStatus = noErr;
-    if (mList == nullptr || bytes == nullptr || length == 0) {
-        return true;
-    }
-    if (!mSiteNumber || mSite != site) {
-        std::int32_t const number = site;
-        mSite = site;
-        mSiteNumber = CFRef<CFNumberRef>(CFNumberCreate(nullptr, kCFNumberSInt32Type, &number));
-    }
-    CFRef<CFDataRef> const data(CFDataCreate(nullptr, bytes, static_cast<CFIndex>(length)));
-    if (!mSiteNumber || !data) {
-        mLastStatus = memFullErr;
-        return false;
-    }
-    if (!ServerPresetKeywordShouldBeDiscarded(bytes, length)) {
-        return Append(mSiteNumber, data);
-    }
-    return true;
+CFArrayRef ZUBJobTicket::List() const {
+    CFIndex listed = mList != nullptr ? CFArrayGetCount(mList) / 2 : 0;
+    bool const isWhole = mEntries.ForEach(
+        [&](JobEntries::Entry const& entry) { return listed-- > 0 || AppendPair(mList, entry); });
+    return isWhole ? mList : nullptr;
 }
 
-// Both or neither: half a pair would shift all that come behind it.
-bool ZUBJobTicket::Append(CFNumberRef site, CFDataRef data) {
-    CFIndex const count = CFArrayGetCount(mList);
-    CFArrayAppendValue(mList, site);
-    CFArrayAppendValue(mList, data);
-    if (CFArrayGetCount(mList) != count + 2) {
-        while (CFArrayGetCount(mList) > count) {
-            CFArrayRemoveValueAtIndex(mList, count);
-        }
-        mLastStatus = memFullErr;
-        return false;
+bool ZUBJobTicket::Keep(OSStatus status) {
+    mLastStatus = status;
+    return status == noErr;
+}
+
+bool ZUBJobTicket::Add(PostScriptInjectionSite site, unsigned char const* bytes,
+                       unsigned long length) {
+    if (mList == nullptr || bytes == nullptr || length == 0) {
+        return Keep(noErr);
     }
-    mDirty = true;
-    ++mCount;
-    return true;
+    unsigned char* const room = mEntries.Room(length);
+    if (room == nullptr) {
+        return Keep(memFullErr);
+    }
+    std::memcpy(room, bytes, length);
+    return AddFromRoom(site, room, length);
+}
+
+bool ZUBJobTicket::AddFromRoom(PostScriptInjectionSite site, unsigned char const* bytes,
+                               unsigned long length) {
+    if (!ServerPresetKeywordShouldBeDiscarded(bytes, length)) {
+        mEntries.Add(site, length);
+        mDirty = true;
+        ++mCount;
+    }
+    return Keep(noErr);
 }
 
 bool ZUBJobTicket::AddText(PostScriptInjectionSite site, char const* text) {
@@ -98,20 +112,16 @@ bool ZUBJobTicket::Add(PostScriptInjectionSite site, PPDXControl* control) {
     if (control == nullptr) {
         return false;
     }
-    unsigned char local[kLocalTextSize];
-    std::unique_ptr<unsigned char[]> large;
-    unsigned char* text = local;
     long const size = control->PostScript(nullptr);
-    if (size > static_cast<long>(sizeof(local))) {
-        large.reset(new (std::nothrow) unsigned char[static_cast<std::size_t>(size)]);
-        text = large.get();
+    if (mList == nullptr || size <= 0) {
+        return Keep(noErr);
     }
-    if (text == nullptr) {
-        mLastStatus = memFullErr;
-        return false;
+    unsigned char* const room = mEntries.Room(static_cast<std::size_t>(size));
+    if (room == nullptr) {
+        return Keep(memFullErr);
     }
-    long const length = size > 0 ? control->PostScript(text) : 0;
-    return Add(site, text, static_cast<unsigned long>(length));
+    long const length = control->PostScript(room);
+    return length <= 0 || AddFromRoom(site, room, static_cast<unsigned long>(length));
 }
 
 bool ZUBJobTicket::Save(CFStringRef client) {
@@ -150,7 +160,13 @@ CFStringRef ZUBJobTicket::CreateFilePath() {
 }
 
 OSStatus ZUBJobTicket::WriteList(CFStringRef path) {
-    CFRef<CFDataRef> const data(CFPropertyListCreateXMLData(nullptr, mList));
+    PropertyListArray list;
+    mEntries.ForEach([&](JobEntries::Entry const& entry) {
+        list.AddInteger(entry.site);
+        list.AddData(entry.bytes, entry.length);
+        return true;
+    });
+    CFRef<CFDataRef> const data(list.CreateXMLData());
     FilePath const file(path);
     CFRef<CFURLRef> const url(CFURLCreateFromFileSystemRepresentation(
         nullptr, reinterpret_cast<std::uint8_t const*>(file.mText),

@@ -3,9 +3,10 @@
 
 #include <cstdint>
 
+#include "VelonFeatures/Project/Core/JobEntries.h"
 #include "VelonFeatures/Project/Core/JobTicket.h"
 #include "VelonFeatures/Project/Core/PostScriptInjectionSite.h"
-#include "platform/CFRef.h"
+#include "platform/CoreFoundation.h"
 
 class PPDXControl;
 class PrintSettingsTicket;
@@ -23,7 +24,9 @@ class ZUBJobTicket : public JobTicket {
     bool IsJobValid() const { return mJobValid; }
     OSStatus LastStatus() const { return mLastStatus; }  // memFullErr after a lack of memory
     std::uint32_t Count() const { return mCount; }       // pairs added
-    CFArrayRef List() const { return mList; }            // borrowed: number, data, number, data ...
+    // Number, data, number, data ...: borrowed, with all that was added so far. Null for a ticket
+    // that isn't usable and without memory.
+    CFArrayRef List() const;
 
     bool Create();  // a new, empty list
     // False without memory; what was added before stays. A length of 0 and an outdated server
@@ -65,7 +68,10 @@ class ZUBJobTicket : public JobTicket {
   private:
     bool ReadChoices(CFStringRef key, CFDictionaryRef& choices);  // borrowed from the settings
     bool WriteChoices(CFStringRef key, CFDictionaryRef choices);
-    bool Append(CFNumberRef site, CFDataRef data);
+    // Makes what was written into the room of mEntries an entry.
+    bool AddFromRoom(PostScriptInjectionSite site, unsigned char const* bytes,
+                     unsigned long length);
+    bool Keep(OSStatus status);  // as LastStatus(); whether it is good
     // A new path "/tmp/Velon.temp..."; the caller releases it.
     static CFStringRef CreateFilePath();
     OSStatus WriteList(CFStringRef path);
@@ -73,10 +79,9 @@ class ZUBJobTicket : public JobTicket {
     PrintSettingsTicket* mSettings;  // not owned
     CFStringRef mDataKey = nullptr;  // owned
     std::uint32_t mCount = 0;
-    CFMutableArrayRef mList = nullptr;  // owned
-    // The number that the last entry was added under: mostly the next one has the same site.
-    CFRef<CFNumberRef> mSiteNumber;
-    PostScriptInjectionSite mSite = kFeatureSite;
+    JobEntries mEntries;
+    // Owned. Takes the entries when somebody asks for the list; null as long as there is none.
+    CFMutableArrayRef mList = nullptr;
     OSStatus mLastStatus = noErr;
     bool mDirty = true;
     bool mJobValid = false;

@@ -126,7 +126,8 @@ void JobAssembly::SuppressApplePostscript() {
          control = GetNext(controls, type)) {
         std::string_view const keyword = KeywordOf(control);
         if (!keyword.empty() && keyword != "*PageSize") {
-            mTicket.AddText(kSuppressedKeywordSite, control->Keyword());
+            mTicket.Add(kSuppressedKeywordSite,
+                        reinterpret_cast<unsigned char const*>(keyword.data()), keyword.size());
         }
     }
 }

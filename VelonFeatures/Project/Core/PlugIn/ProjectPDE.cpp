@@ -282,7 +282,7 @@ void ProjectPDE::RaiseWindow() {
 
 OSStatus ProjectPDE::Close() {
     char const* const version = mPPD == nullptr ? nullptr : mPPD->ZUVersion();
-    if (version == nullptr || *version != '2') {
+    if (gMayEndApplications && (version == nullptr || *version != '2')) {
         KillJP();
     }
     return noErr;

@@ -7,6 +7,8 @@
 #include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
 #include "tests/VelonFeatures/Project/Core/CoreFixture.h"
 
+void FailNewAfter(long count);  // as in FailingNew.h, whose fixture would meet this one's helpers
+
 namespace {
 
 // Emits `length` bytes.
@@ -60,17 +62,44 @@ TEST_F(ZUBJobTicketTest, AControlsTextComesWholeWhateverItsLength) {
     }
 }
 
+TEST_F(ZUBJobTicketTest, TheListHasWhatWasAddedWheneverItIsAskedFor) {
+    std::string const large(100000, 'x');  // more than lies together with others
+    TestSession::Pairs expected;
+    for (int i = 0; i < 3000; ++i) {
+        std::string const text = i % 1000 == 500 ? large : "entry " + std::to_string(i);
+        PostScriptInjectionSite const site = i % 2 == 0 ? kFeatureSite : kSuppressedKeywordSite;
+        EXPECT_TRUE(mTicket.AddText(site, text.c_str()));
+        expected.emplace_back(site, text);
+        if (i % 700 == 0) {
+            EXPECT_EQ(expected, Added()) << i;
+        }
+    }
+    EXPECT_EQ(expected, Added());
+    ASSERT_TRUE(mTicket.Save(CFSTR("client")));
+    EXPECT_EQ(expected, mSession.TakeJob());
+    EXPECT_TRUE(mTicket.Create());
+    EXPECT_EQ(0U, mTicket.Count());
+    EXPECT_TRUE(Added().empty());
+}
+
 TEST_F(ZUBJobTicketTest, ALackOfMemoryKeepsWhatWasThere) {
     mTicket.AddText(kFeatureSite, "first");
-    for (long const creation : {0L, 1L, 0L}) {  // of another site's number, the data, the data
+    std::string const large(100000, 'x');
+    FailNewAfter(0);
+    EXPECT_FALSE(mTicket.AddText(kSuppressedKeywordSite, large.c_str()));
+    EXPECT_EQ(-108, mTicket.LastStatus());
+    FixedControl control(100000);
+    FailNewAfter(0);
+    EXPECT_FALSE(mTicket.Add(kSuppressedKeywordSite, &control));
+    EXPECT_EQ(-108, mTicket.LastStatus());
+    for (long const creation : {0L, 1L}) {  // of the site's number, of the data
         FailCreationAfter(creation);
-        EXPECT_FALSE(mTicket.AddText(kSuppressedKeywordSite, "second")) << creation;
-        EXPECT_EQ(-108, mTicket.LastStatus());
+        EXPECT_EQ(nullptr, mTicket.List()) << creation;
     }
-    FailCreationAfter(-1);
     EXPECT_EQ((TestSession::Pairs{{81, "first"}}), Added());
     EXPECT_TRUE(mTicket.AddText(kFeatureSite, "third"));
     EXPECT_EQ(noErr, mTicket.LastStatus());
+    EXPECT_EQ((TestSession::Pairs{{81, "first"}, {81, "third"}}), Added());
 }
 
 TEST_F(ZUBJobTicketTest, WithoutAListATicketIsRefused) {

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "VelonFeatures/Project/Core/JobEntries.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <new>
+#include <utility>
+
+namespace {
+
+// Below what the C library takes from the system for each block anew.
+constexpr std::size_t kBlockSize = 64 * std::size_t{1024};
+// What is kept for the next job: more than the largest PPDs need.
+constexpr std::size_t kSpareBlocks = 32;
+
+// Stands in front of an entry's bytes, at any address.
+struct EntryHead {
+    std::size_t length;
+    PostScriptInjectionSite site;
+};
+
+}  // namespace
+
+// Blocks of the usual size that no job uses.
+class JobEntries::SpareBlocks {
+  public:
+    SpareBlocks() = default;
+    SpareBlocks(SpareBlocks const&) = delete;
+    SpareBlocks& operator=(SpareBlocks const&) = delete;
+    ~SpareBlocks() {
+        while (mFirst != nullptr) {
+            delete[] reinterpret_cast<unsigned char*>(Take());
+        }
+    }
+
+    Block* Take() {
+        Block* const block = mFirst;
+        if (block != nullptr) {
+            mFirst = block->next;
+            --mCount;
+        }
+        return block;
+    }
+    void Keep(Block* block) {
+        if (block->size != kBlockSize || mCount == kSpareBlocks) {
+            delete[] reinterpret_cast<unsigned char*>(block);
+            return;
+        }
+        block->next = std::exchange(mFirst, block);
+        ++mCount;
+    }
+
+  private:
+    Block* mFirst = nullptr;  // owned, as all behind it
+    std::size_t mCount = 0;
+};
+
+JobEntries::SpareBlocks& JobEntries::Spare() {
+    static SpareBlocks blocks;
+    return blocks;
+}
+
+void JobEntries::Clear() {
+    while (mFirst != nullptr) {
+        Spare().Keep(std::exchange(mFirst, mFirst->next));
+    }
+    mLast = nullptr;
+}
+
+unsigned char* JobEntries::Room(std::size_t length) {
+    if (length > PTRDIFF_MAX - sizeof(Block) - sizeof(EntryHead)) {
+        return nullptr;
+    }
+    std::size_t const needed = sizeof(EntryHead) + length;
+    if (mLast == nullptr || needed > mLast->size - mLast->used) {
+        std::size_t const size = std::max(needed, kBlockSize);
+        Block* block = size == kBlockSize ? Spare().Take() : nullptr;
+        if (block == nullptr) {
+            block =
+                reinterpret_cast<Block*>(new (std::nothrow) unsigned char[sizeof(Block) + size]);
+        }
+        if (block == nullptr) {
+            return nullptr;
+        }
+        *block = {nullptr, size, 0};
+        (mLast == nullptr ? mFirst : mLast->next) = block;
+        mLast = block;
+    }
+    return BytesOf(*mLast) + mLast->used + sizeof(EntryHead);
+}
+
+void JobEntries::Add(PostScriptInjectionSite site, std::size_t length) {
+    EntryHead const head = {length, site};
+    std::memcpy(BytesOf(*mLast) + mLast->used, &head, sizeof head);
+    mLast->used += sizeof head + length;
+}
+
+unsigned char* JobEntries::BytesOf(Block const& block) {
+    return reinterpret_cast<unsigned char*>(const_cast<Block*>(&block + 1));
+}
+
+JobEntries::Entry JobEntries::EntryAt(Block const& block, std::size_t& at) {
+    EntryHead head;
+    std::memcpy(&head, BytesOf(block) + at, sizeof head);
+    unsigned char const* const bytes = BytesOf(block) + at + sizeof head;
+    at += sizeof head + head.length;
+    return {head.site, head.length, bytes};
+}

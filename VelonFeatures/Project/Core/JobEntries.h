@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+
+#include "VelonFeatures/Project/Core/PostScriptInjectionSite.h"
+
+// The entries of one job, each a site and bytes, in the order in which they were added. They lie
+// one behind the other in blocks; a block that one job gives up serves the process's next one.
+// Belongs to the dialog's thread.
+class JobEntries {
+  public:
+    struct Entry {
+        PostScriptInjectionSite site;
+        std::size_t length;
+        unsigned char const* bytes;  // as long as no entry goes
+    };
+
+    JobEntries() = default;
+    JobEntries(JobEntries const&) = delete;
+    JobEntries& operator=(JobEntries const&) = delete;
+    ~JobEntries() { Clear(); }
+
+    void Clear();
+    // Where the bytes of the next entry go, at most `length` of them; null without memory.
+    unsigned char* Room(std::size_t length);
+    // Makes the first `length` bytes of the room that was given last an entry.
+    void Add(PostScriptInjectionSite site, std::size_t length);
+
+    // Calls `visit` with each entry until it says false; whether it never did.
+    template <typename Visit>
+    bool ForEach(Visit visit) const {
+        for (Block const* block = mFirst; block != nullptr; block = block->next) {
+            for (std::size_t at = 0; at < block->used;) {
+                if (!visit(EntryAt(*block, at))) {
+                    return false;
+                }
+            }
+        }
+        return true;
+    }
+
+  private:
+    // Followed by its bytes.
+    struct Block {
+        Block* next;
+        std::size_t size;
+        std::size_t used;
+    };
+    class SpareBlocks;
+
+    static SpareBlocks& Spare();
+    static unsigned char* BytesOf(Block const& block);
+    // Moves `at` behind the entry.
+    static Entry EntryAt(Block const& block, std::size_t& at);
+
+    Block* mFirst = nullptr;  // owned, as all behind it
+    Block* mLast = nullptr;
+};
