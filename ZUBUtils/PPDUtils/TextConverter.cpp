@@ -81,6 +81,19 @@ void Dispose(TECObjectRef* converter) {
     }
 }
 
+bool IsASCII(std::string_view text) {
+    constexpr std::uint64_t kBeyondASCII = 0x8080808080808080;
+    std::uint64_t bits = 0;
+    std::uint64_t word = 0;
+    for (; text.size() >= sizeof word; text.remove_prefix(sizeof word)) {
+        std::memcpy(&word, text.data(), sizeof word);
+        bits |= word;
+    }
+    word = 0;
+    std::memcpy(&word, text.data(), text.size());
+    return ((bits | word) & kBeyondASCII) == 0;
+}
+
 bool IsOutputFull(OSStatus status) {
     return status == kTECOutputBufferFullStatus || status == kTECBufferBelowMinimumSizeErr;
 }
@@ -229,6 +242,14 @@ __CFString const* TextConverter::ConvertToCFString(char const* text, long /*limi
     }
     DehexBufferFill(text, decoded.Get());
     return StringFromBytes(decoded.Get(), std::strlen(decoded.Get()));
+}
+
+bool TextConverter::IsPlain(std::string_view text) const {
+    // The others aren't ASCII in every place or go through a converter of their own.
+    bool const extendsASCII = mInputEncoding != kCFStringEncodingISOLatin2 &&
+                              mInputEncoding != kCFStringEncodingISOLatin5 &&
+                              mInputEncoding != kCFStringEncodingShiftJIS;
+    return extendsASCII && IsASCII(text) && text.find('<') == text.npos;
 }
 
 __CFString const* TextConverter::StringFromBytes(char const* bytes, unsigned long length) {

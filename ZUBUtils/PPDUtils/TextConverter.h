@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "ZUBUtils/PPDUtils/HexLanguageExceptions.h"
 
@@ -31,6 +32,9 @@ class TextConverter {
     // Works without a valid converter too: an unknown encoding is read as UTF-8. `limit` is not
     // used.
     __CFString const* ConvertToCFString(char const* text, long limit);
+
+    // Whether ConvertToCFString gives just these bytes as ASCII, whatever happens.
+    bool IsPlain(std::string_view text) const;
 
     // Converts `text` in place to the output encoding, within `size` bytes with the terminator.
     // Returns the platform's status, 5000 for an empty text; the text is as it was unless that

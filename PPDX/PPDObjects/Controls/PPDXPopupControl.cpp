@@ -37,10 +37,10 @@ bool Equal(CFStringRef left, CFStringRef right, CFOptionFlags options) {
     return left != nullptr && CFStringCompare(left, right, options) == kCFCompareEqualTo;
 }
 
-void SaveItem(ControlRecord& record, _PopupItem const& item) {
+void SaveItem(ControlRecord& record, _PopupItem& item) {
     record.AddText(ArchiveTags::kItemKeyword, item.mKeyword);
     long nameSize = 0;
-    std::unique_ptr<unsigned char[]> const name(CFStringToExternal(item.mLocalName, &nameSize));
+    std::unique_ptr<unsigned char[]> const name(CFStringToExternal(item.LocalName(), &nameSize));
     record.AddBytes(ArchiveTags::kItemName, name.get(), nameSize);
     record.AddBytes(ArchiveTags::kItemCode, item.mPSCode, item.mPSLength);
     record.AddNumber(ArchiveTags::kItemSelected, item.mSelected);
@@ -90,6 +90,9 @@ PPDXPopupControl::PPDXPopupControl(char const* keyword, CFStringRef localName, P
       mDefaultKeyword(defaultKeyword),
       mItems(std::move(items)) {
     SetType(kPopupType);
+    for (PointerListItr it = mItems.Begin(); _PopupItem const* const item = ItemAt(it); ++it) {
+        mItemsHoldMemory |= item->HoldsMemory();
+    }
     SetKeywordSelect(GetDefaultKeyword(), true);
 }
 
@@ -126,10 +129,10 @@ void PPDXPopupControl::ReadItems(Settings& settings, long id, long count) {
 void PPDXPopupControl::DeleteItems() {
     MakeCurrent(nullptr);
     mItemCursor = PointerListItr();
-    while (!mItems.Empty()) {
-        delete static_cast<_PopupItem*>(mItems.Back());
-        mItems.PopBack();
+    for (PointerListItr it = mItems.Begin(); mItemsHoldMemory && it != mItems.End(); ++it) {
+        _PopupItem::Delete(ItemAt(it));
     }
+    mItems.MakeEmpty();
 }
 
 short PPDXPopupControl::Save(Settings& settings, long const& id) {
@@ -142,6 +145,7 @@ short PPDXPopupControl::Save(Settings& settings, long const& id) {
     }
     short status = record.Status();
     long position = 0;
+    mItemsHoldMemory = true;
     for (PointerListItr it = mItems.Begin(); _PopupItem* const item = ItemAt(it); ++it) {
         ControlRecord itemRecord(settings, ItemRecordID(id, position++), status);
         SaveItem(itemRecord, *item);
@@ -208,6 +212,7 @@ bool PPDXPopupControl::TakesUnknownValues() const {
 
 long PPDXPopupControl::IndexOfValue(CFStringRef value) {
     bool const byName = TakesUnknownValues();
+    mItemsHoldMemory |= byName;
     // Keywords are read as Mac Roman, in which every text has its bytes: comparing those saves a
     // string for each item.
     char keyword[kLongestKeyword];
@@ -217,7 +222,7 @@ long PPDXPopupControl::IndexOfValue(CFStringRef value) {
     long index = 0;
     for (PointerListItr it = mItems.Begin(); _PopupItem* const item = ItemAt(it); ++it) {
         ++index;
-        if ((byName && Equal(item->mLocalName, value, kCFCompareCaseInsensitive)) ||
+        if ((byName && Equal(item->LocalName(), value, kCFCompareCaseInsensitive)) ||
             (isKeyword && item->HasKeyword(keyword))) {
             return index;
         }
@@ -240,6 +245,7 @@ void PPDXPopupControl::AddUnknownValue(CFStringRef value) {
 }
 
 _PopupItem* PPDXPopupControl::FirstItem() {
+    mItemsHoldMemory = true;
     mItemCursor = mItems.Begin();
     return ItemAt(mItemCursor);
 }
@@ -249,6 +255,7 @@ _PopupItem* PPDXPopupControl::NextItem() {
 }
 
 void PPDXPopupControl::AppendPopupItem(_PopupItem* item) {
+    mItemsHoldMemory = true;
     mItems.PushBack(item);
 }
 
@@ -332,6 +339,7 @@ _PopupItem* PPDXPopupControl::FirstItemOf(char const* keyword) {
 }
 
 _PopupItem* PPDXPopupControl::LastItemOf(char const* keyword) {
+    mItemsHoldMemory = true;
     _PopupItem* last = nullptr;
     for (PointerListItr it = mItems.Begin(); _PopupItem* const item = ItemAt(it); ++it) {
         if (item->HasKeyword(keyword)) {
@@ -364,8 +372,8 @@ char const* PPDXPopupControl::GetKeywordLocalName(char const* keyword) {
 }
 
 CFStringRef PPDXPopupControl::GetKeywordCFLocalName(char const* keyword) {
-    _PopupItem const* const item = LastItemOf(keyword);
-    return item != nullptr ? item->mLocalName : nullptr;
+    _PopupItem* const item = LastItemOf(keyword);
+    return item != nullptr ? item->LocalName() : nullptr;
 }
 
 bool PPDXPopupControl::Rebuild(char const* name, PointerList& items, CString* defaultKeyword) {
@@ -378,6 +386,7 @@ bool PPDXPopupControl::Rebuild(char const* name, PointerList& items, CString* de
     }
     DeleteItems();
     mItems = items;
+    mItemsHoldMemory = true;
     delete mDefaultKeyword;
     mDefaultKeyword = defaultKeyword;
     SetKeywordSelect(GetDefaultKeyword(), true);
