@@ -227,6 +227,7 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     HeadResult TakeNamedDefault(PPDStream& line, std::string_view keyword, PopupBlock& block);
     HeadResult TakePopupDefault(PPDStream& line, Delimiters const& delimiters, PopupBlock& block);
     HeadResult TakePopupOption(PPDStream& line, std::string_view head, PopupBlock& block);
+    void NameItem(_PopupItem& item, std::string_view name);
     void ReadItemCode(PPDStream& line, _PopupItem& item);
     HeadResult TakeBooleanHead(PPDStream& line, std::string_view head, std::string_view keyword,
                                BooleanBlock& block);

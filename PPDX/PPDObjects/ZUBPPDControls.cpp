@@ -361,14 +361,22 @@ ZUBPPD::HeadResult ZUBPPD::TakePopupOption(PPDStream& line, std::string_view hea
     block.items.PushBack(item, mArena);
     block.defaultFound |=
         block.defaultKeyword != nullptr && *block.defaultKeyword == item->Keyword();
-    TextConverter const* const converter = GetTextConverter();
-    if (option.hasTranslation && converter != nullptr && converter->IsPlain(option.translation)) {
-        item->SetPlainName(mArena, option.translation);
-    } else if (option.hasTranslation) {
-        item->mLocalName = CopyTranslation(std::string(option.translation).c_str());
+    if (option.hasTranslation) {
+        NameItem(*item, option.translation);
     }
     ReadItemCode(line, *item);
     return HeadResult::kTaken;
+}
+
+void ZUBPPD::NameItem(_PopupItem& item, std::string_view name) {
+    TextConverter const* const converter = GetTextConverter();
+    std::uint32_t const encoding =
+        converter != nullptr ? converter->EncodingOf(name) : TextConverter::kUnknownEncoding;
+    if (encoding != TextConverter::kUnknownEncoding) {
+        item.SetName(mArena, name, encoding);
+    } else {
+        item.mLocalName = CopyTranslation(std::string(name).c_str());
+    }
 }
 
 void ZUBPPD::ReadItemCode(PPDStream& line, _PopupItem& item) {

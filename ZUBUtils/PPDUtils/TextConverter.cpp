@@ -81,19 +81,6 @@ void Dispose(TECObjectRef* converter) {
     }
 }
 
-bool IsASCII(std::string_view text) {
-    constexpr std::uint64_t kBeyondASCII = 0x8080808080808080;
-    std::uint64_t bits = 0;
-    std::uint64_t word = 0;
-    for (; text.size() >= sizeof word; text.remove_prefix(sizeof word)) {
-        std::memcpy(&word, text.data(), sizeof word);
-        bits |= word;
-    }
-    word = 0;
-    std::memcpy(&word, text.data(), text.size());
-    return ((bits | word) & kBeyondASCII) == 0;
-}
-
 bool IsOutputFull(OSStatus status) {
     return status == kTECOutputBufferFullStatus || status == kTECBufferBelowMinimumSizeErr;
 }
@@ -244,27 +231,29 @@ __CFString const* TextConverter::ConvertToCFString(char const* text, long /*limi
     return StringFromBytes(decoded.Get(), std::strlen(decoded.Get()));
 }
 
-bool TextConverter::IsPlain(std::string_view text) const {
-    // The others aren't ASCII in every place or go through a converter of their own.
-    bool const extendsASCII = mInputEncoding != kCFStringEncodingISOLatin2 &&
-                              mInputEncoding != kCFStringEncodingISOLatin5 &&
-                              mInputEncoding != kCFStringEncodingShiftJIS;
-    return extendsASCII && IsASCII(text) && text.find('<') == text.npos;
+std::uint32_t TextConverter::EncodingOf(std::string_view text) const {
+    return text.find('<') == text.npos ? OneStepEncoding() : kUnknownEncoding;
 }
 
-__CFString const* TextConverter::StringFromBytes(char const* bytes, unsigned long length) {
+std::uint32_t TextConverter::OneStepEncoding() const {
     switch (mInputEncoding) {
         case kCFStringEncodingMacRoman:
         case kCFStringEncodingISOLatin1:
         case kCFStringEncodingWindowsLatin1:
-            return StringInEncoding(bytes, length, mInputEncoding);
+            return mInputEncoding;
         case kCFStringEncodingISOLatin2:
         case kCFStringEncodingISOLatin5:
         case kCFStringEncodingShiftJIS:
-            return StringThroughUnicode(bytes, length);
+            return kUnknownEncoding;
         default:
-            return StringInEncoding(bytes, length, kCFStringEncodingUTF8);
+            return kCFStringEncodingUTF8;
     }
+}
+
+__CFString const* TextConverter::StringFromBytes(char const* bytes, unsigned long length) {
+    std::uint32_t const encoding = OneStepEncoding();
+    return encoding != kUnknownEncoding ? StringInEncoding(bytes, length, encoding)
+                                        : StringThroughUnicode(bytes, length);
 }
 
 __CFString const* TextConverter::StringThroughUnicode(char const* bytes, unsigned long length) {

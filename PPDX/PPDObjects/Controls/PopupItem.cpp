@@ -35,8 +35,9 @@ void _PopupItem::Delete(_PopupItem* item) {
     }
 }
 
-void _PopupItem::SetPlainName(Arena& arena, std::string_view name) {
-    mPlainName = arena.CopyText(name);
+void _PopupItem::SetName(Arena& arena, std::string_view name, CFStringEncoding encoding) {
+    mName = arena.CopyText(name);
+    mNameEncoding = encoding;
 }
 
 void _PopupItem::SetCode(Arena& arena, std::string_view code) {
@@ -47,8 +48,8 @@ void _PopupItem::SetCode(Arena& arena, std::string_view code) {
 }
 
 CFStringRef _PopupItem::LocalName() {
-    if (mLocalName == nullptr && mPlainName != nullptr) {
-        mLocalName = CFStringCreateWithCString(nullptr, mPlainName, kCFStringEncodingASCII);
+    if (mLocalName == nullptr && mName != nullptr) {
+        mLocalName = CFStringCreateWithCString(nullptr, mName, mNameEncoding);
     }
     return mLocalName;
 }

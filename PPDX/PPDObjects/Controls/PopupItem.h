@@ -12,7 +12,7 @@ class CString;
 // One choice of a popup. Whoever makes it fills the fields in; what they hold is the item's from
 // then on.
 //
-// An item of a parsed PPD lies in the PPD's arena, with its keyword, its code and its plain name.
+// An item of a parsed PPD lies in the PPD's arena, with its keyword, its code and its name's bytes.
 struct _PopupItem {
     _PopupItem() = default;
     // In the arena, which must outlive it. Throws std::bad_alloc.
@@ -24,8 +24,8 @@ struct _PopupItem {
     // HoldsMemory() the call may be left out.
     static void Delete(_PopupItem* item);
 
-    // A name that is ASCII, for an item in this arena: no string is made before somebody asks.
-    void SetPlainName(Arena& arena, std::string_view name);
+    // For an item in this arena. No string is made of the name before somebody asks.
+    void SetName(Arena& arena, std::string_view name, CFStringEncoding encoding);
     void SetCode(Arena& arena, std::string_view code);
     bool HoldsMemory() const {
         return !mInArena || mLocalName != nullptr || mDisplayName != nullptr;
@@ -38,14 +38,16 @@ struct _PopupItem {
     char const* Keyword() const;                 // null when there is none
     bool HasKeyword(char const* keyword) const;  // exact; false for null
 
-    CString* mKeyword = nullptr;       // owned
-    CFStringRef mLocalName = nullptr;  // owned, released; a plain name's is null until asked for
+    CString* mKeyword = nullptr;  // owned
+    CFStringRef mLocalName =
+        nullptr;  // owned, released; null until asked for where the name is bytes
     unsigned char* mPSCode = nullptr;  // owned, from malloc or in the arena, may be null
     std::int32_t mPSLength = 0;
     std::int32_t mSelected = 0;
     char* mDisplayName = nullptr;  // owned, from new[]; null until asked for
 
   private:
-    char const* mPlainName = nullptr;  // in the arena; null for any other name
+    char const* mName = nullptr;  // in the arena; null for a name that came as a string
+    CFStringEncoding mNameEncoding = 0;
     bool mInArena = false;
 };
