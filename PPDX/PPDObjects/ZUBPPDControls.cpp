@@ -41,6 +41,23 @@ bool IsOneOf(Words const& words, std::string_view text) {
     return std::find(std::begin(words), std::end(words), text) != std::end(words);
 }
 
+// Most code begins and ends in its line, where it needn't be put together. False, with the line as
+// it was, for any other.
+bool TakeCodeOfOneLine(PPDStream& line, std::string_view& code) {
+    PPDStream ahead = line;
+    char quote = 0;
+    ahead.GetUpTo('"');
+    if (!ahead.GetChar(quote)) {
+        return false;
+    }
+    code = ahead.GetUpTo('"');
+    if (!ahead.GetChar(quote)) {
+        return false;
+    }
+    line = ahead;
+    return true;
+}
+
 }  // namespace
 
 // What stands in front of an option's code: views of the line.
@@ -380,10 +397,17 @@ void ZUBPPD::NameItem(_PopupItem& item, std::string_view name) {
 }
 
 void ZUBPPD::ReadItemCode(PPDStream& line, _PopupItem& item) {
-    char code[kPostScriptSize];
-    unsigned long const size = GetPostscriptString(line, code, kPostScriptSize);
+    std::string_view code;
+    if (TakeCodeOfOneLine(line, code)) {
+        if (!code.empty()) {
+            item.SetCode(mArena, code);
+        }
+        return;
+    }
+    char text[kPostScriptSize];
+    unsigned long const size = GetPostscriptString(line, text, kPostScriptSize);
     if (size > 0) {
-        item.SetCode(mArena, {code, size});
+        item.SetCode(mArena, {text, size - 1});
     }
 }
 

@@ -41,10 +41,11 @@ void _PopupItem::SetName(Arena& arena, std::string_view name, CFStringEncoding e
 }
 
 void _PopupItem::SetCode(Arena& arena, std::string_view code) {
-    auto* const copy = static_cast<unsigned char*>(arena.Allocate(code.size(), 1));
-    std::ranges::copy(code, copy);
-    mPSCode = copy;
-    mPSLength = static_cast<std::int32_t>(code.size());
+    std::size_t const size = code.size() + 1;
+    mPSCode = static_cast<unsigned char*>(arena.Allocate(size, 1));
+    std::memcpy(mPSCode, code.data(), code.size());
+    mPSCode[code.size()] = '\n';
+    mPSLength = static_cast<std::int32_t>(size);
 }
 
 CFStringRef _PopupItem::LocalName() {

@@ -26,6 +26,7 @@ struct _PopupItem {
 
     // For an item in this arena. No string is made of the name before somebody asks.
     void SetName(Arena& arena, std::string_view name, CFStringEncoding encoding);
+    // The code gets a line feed behind it.
     void SetCode(Arena& arena, std::string_view code);
     bool HoldsMemory() const {
         return !mInArena || mLocalName != nullptr || mDisplayName != nullptr;
