@@ -62,9 +62,9 @@ Json PostScript(PPDXControl& control) {
     return JsonText::Bytes(code.data(), length);
 }
 
-Json Item(_PopupItem const& item) {
+Json Item(_PopupItem& item) {
     return {{"keyword", JsonText::Bytes(item.Keyword())},
-            {"name", JsonText::Text(item.mLocalName)},
+            {"name", JsonText::Text(item.LocalName())},
             {"code", JsonText::Bytes(item.mPSCode, item.mPSLength)},
             {"selected", item.mSelected != 0}};
 }

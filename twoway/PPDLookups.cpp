@@ -8,11 +8,11 @@
 
 namespace {
 
-_PopupItem const* ItemAt(PPDXPopupControl* popup, long index) {
+_PopupItem* ItemAt(PPDXPopupControl* popup, long index) {
     if (index < 1) {
         return nullptr;
     }
-    _PopupItem const* item = FirstItem(popup);
+    _PopupItem* item = FirstItem(popup);
     for (long passed = 1; item != nullptr && passed < index; ++passed) {
         item = NextItem(popup);
     }
@@ -23,8 +23,8 @@ _PopupItem const* ItemAt(PPDXPopupControl* popup, long index) {
 
 bool GetPPDPopupItemDisplayNameAsCFString(PPDXPopupControl* popup, long index,
                                           CFMutableStringRef out) {
-    _PopupItem const* const item = ItemAt(popup, index);
-    CFStringReplaceAll(out, item == nullptr ? nullptr : item->mLocalName);
+    _PopupItem* const item = ItemAt(popup, index);
+    CFStringReplaceAll(out, item == nullptr ? nullptr : item->LocalName());
     return item != nullptr && out != nullptr;
 }
 

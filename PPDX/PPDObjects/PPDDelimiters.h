@@ -7,14 +7,18 @@
 class Delimiters {
   public:
     constexpr Delimiters(char const* bytes)  // not explicit: most are written as a text
-        : mBytes(bytes), mStops(mBytes | ByteSet("\n\r")) {}
+        : mBytes(bytes),
+          mStops(mBytes | ByteSet("\n\r")),
+          mOnly(bytes != nullptr && bytes[0] != '\0' && bytes[1] == '\0' ? bytes[0] : '\0') {}
 
     constexpr bool Has(char byte) const { return mBytes.Has(byte); }
+    constexpr char Only() const { return mOnly; }  // the one byte of the set; NUL for other sets
     constexpr ByteSet const& Stops() const { return mStops; }  // line ends included
 
   private:
     ByteSet mBytes;
     ByteSet mStops;
+    char mOnly;
 };
 
 constexpr Delimiters kKeywordDelimiters(" \t:");

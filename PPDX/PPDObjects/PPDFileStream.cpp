@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PPDX/PPDObjects/PPDFileStream.h"
 
+#include <algorithm>
+
 #include "PPDX/PPDObjects/PPDFile.h"
 
 namespace {
@@ -24,18 +26,29 @@ PPDFileStream::~PPDFileStream() {
 }
 
 void PPDFileStream::Setup() {
-    if (mFile == nullptr || (!mFile->dataForkOpen() && mFile->openDataFork(fsRdPerm) != noErr)) {
+    if (mFile == nullptr || (mUnseen.empty() && !Read())) {
         SetStatus(kBad);
         return;
     }
+    std::string_view const chunk = mUnseen.substr(0, mChunked ? kChunkSize : mUnseen.npos);
+    mUnseen.remove_prefix(chunk.size());
+    PPDStream::Setup(chunk.data(), static_cast<long>(chunk.size()));
+    SetPlain(IsPlain(chunk));
+}
+
+bool PPDFileStream::Read() {
+    if (!mFile->dataForkOpen() && mFile->openDataFork(fsRdPerm) != noErr) {
+        return false;
+    }
     if (mBuffer.empty()) {
-        mBuffer.resize(static_cast<std::size_t>(mChunked ? kChunkSize : WholeSize(*mFile)));
+        mBuffer.resize(static_cast<std::size_t>(mChunked ? kReadSize : WholeSize(*mFile)));
     }
     unsigned long size = mBuffer.size();
     OSErr const error = mFile->dataForkRead(mBuffer.data(), &size);
     bool const read = error == noErr || error == eofErr;
     mReadFailed |= !read;
-    PPDStream::Setup(mBuffer.data(), read ? static_cast<long>(size) : 0);
+    mUnseen = {mBuffer.data(), read ? size : 0};
+    return true;
 }
 
 bool PPDFileStream::Refill() {
@@ -56,12 +69,25 @@ bool PPDFileStream::Refill() {
     return true;
 }
 
-bool PPDFileStream::GetLine(char* line) {
-    long stored = 0;
-    bool whole = GetRestOfLine(line, stored);
-    while (!whole && EndOfFile() && Refill()) {
-        whole = GetRestOfLine(line, stored);
+bool PPDFileStream::NextLine(std::string_view& line) {
+    bool whole = TakeLine(line, kLineLength);
+    if (!whole && EndOfFile()) {
+        whole = GoOnInNextChunk(line);
     }
     mLineFeedDue = whole && EndedInCarriageReturn();
+    line = TextOf(line);
+    return whole;
+}
+
+bool PPDFileStream::GoOnInNextChunk(std::string_view& line) {
+    std::size_t stored = line.copy(mLine, line.size());
+    bool whole = false;
+    while (!whole && EndOfFile() && Refill()) {
+        std::string_view part;
+        whole = TakeLine(part, kLineLength - stored);
+        stored += part.copy(mLine + stored, part.size());
+    }
+    // A NUL may have come from a chunk that is no longer there.
+    line = std::string_view(mLine, stored).substr(0, std::string_view(mLine, stored).find('\0'));
     return whole;
 }

@@ -1,17 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <string_view>
 #include <vector>
 
 #include "PPDX/PPDObjects/PPDStream.h"
 
 class PPDFile;
 
-// A cursor over a file, of which it holds a chunk at a time. Only GetLine goes on from one chunk
-// to the next.
+// A cursor over a file, of which it shows a chunk at a time. Only reading a line goes on from one
+// chunk to the next.
 class PPDFileStream : public PPDStream {
   public:
     static constexpr long kChunkSize = 10000;
+    static constexpr long kReadSize = 10 * kChunkSize;  // what it reads at once
 
     // Opens the file and reads its beginning: a chunk, or the whole of it. Bad for a null file, for
     // one that can't be read and for an empty one. The file must outlive the stream, which closes
@@ -25,7 +27,7 @@ class PPDFileStream : public PPDStream {
     bool ReadFailed() const { return mReadFailed; }
 
     // As in PPDStream, over the borders of chunks. A last line without a line end isn't delivered.
-    bool GetLine(char* line) override;
+    bool NextLine(std::string_view& line) override;
 
     using PPDStream::Setup;
     // Goes on with the file's next chunk, whatever of the last one is unread. Bad when there is
@@ -33,9 +35,14 @@ class PPDFileStream : public PPDStream {
     void Setup();
 
   private:
+    bool Read();    // the file's next bytes, if there are any; false when it can't be opened
     bool Refill();  // false at the end of the file
+    // TakeLine for a line whose beginning ended the chunk.
+    bool GoOnInNextChunk(std::string_view& line);
 
     std::vector<char> mBuffer;
+    std::string_view mUnseen;  // read and in no chunk yet
+    char mLine[kLineSize];     // a line over the border of chunks
     bool mChunked;
     PPDFile* mFile;  // not owned
     bool mReadFailed = false;

@@ -5,33 +5,9 @@
 
 namespace {
 
-constexpr char kEndMark = static_cast<char>(0xFF);
-constexpr char kLineStops[] = {'\n', '\r', kEndMark};
+constexpr char kRareLineStops[] = {'\r', PPDStream::kEndMark};
 
 }  // namespace
-
-void PPDStream::Setup(char const* bytes, long length) {
-    bool const usable = bytes != nullptr && length > 0;
-    mStart = bytes;
-    mPosition = bytes;
-    mEnd = usable ? bytes + length : bytes;
-    mStatus = usable ? kGood : kBad;
-}
-
-bool PPDStream::GetChar(char& byte) {
-    if (mPosition == mEnd) {
-        byte = kEndMark;
-        mStatus = kEndOfFile;
-        return false;
-    }
-    byte = *mPosition++;
-    mStatus = kGood;
-    return true;
-}
-
-int PPDStream::PeekChar() const {
-    return mPosition == mEnd ? -1 : static_cast<signed char>(*mPosition);
-}
 
 void PPDStream::SkipWhiteSpace() {
     while (mPosition != mEnd && (*mPosition == ' ' || *mPosition == '\t')) {
@@ -40,43 +16,40 @@ void PPDStream::SkipWhiteSpace() {
 }
 
 bool PPDStream::GetLine(char* line) {
-    long stored = 0;
-    return GetRestOfLine(line, stored);
+    std::string_view text;
+    bool const whole = NextLine(text);
+    *std::ranges::copy(text, line).out = '\0';
+    return whole;
 }
 
-bool PPDStream::GetRestOfLine(char* line, long& stored) {
+bool PPDStream::NextLine(std::string_view& line) {
+    bool const whole = TakeLine(line, kLineLength);
+    line = TextOf(line);
+    return whole;
+}
+
+bool PPDStream::IsPlain(std::string_view bytes) {
+    return bytes.find('\0') == bytes.npos && bytes.find('\r') == bytes.npos &&
+           bytes.find(kEndMark) == bytes.npos;
+}
+
+bool PPDStream::TakeLine(std::string_view& line, std::size_t most) {
     // One byte more than a line may have, which then is too long.
-    auto const room = static_cast<std::size_t>(kLineLength + 1 - stored);
-    std::string_view text = Rest().substr(0, room);
-    for (char const stop : kLineStops) {
-        text = text.substr(0, text.find(stop));
+    std::size_t const room = most + 1;
+    line = Rest().substr(0, room);
+    line = line.substr(0, line.find('\n'));
+    if (!mPlain) {
+        for (char const stop : kRareLineStops) {
+            line = line.substr(0, line.find(stop));
+        }
     }
-    std::ranges::copy(Take(text.size()), line + stored);
-    stored += static_cast<long>(text.size());
-    line[stored] = '\0';
+    mPosition += line.size();
     char byte = 0;
-    if (text.size() == room || !GetChar(byte) || byte == kEndMark) {
+    if (line.size() == room || !GetChar(byte) || byte == kEndMark) {
         return false;
     }
     if (byte == '\r' && PeekChar() == '\n') {
         GetChar(byte);
     }
     return true;
-}
-
-std::string_view PPDStream::GetUpTo(ByteSet const& stops, std::size_t most) {
-    std::string_view const rest = Rest().substr(0, most);
-    auto const stop = std::ranges::find_if(rest, [&](char byte) { return stops.Has(byte); });
-    return Take(static_cast<std::size_t>(stop - rest.begin()));
-}
-
-std::string_view PPDStream::GetUpTo(char stop, std::size_t most) {
-    std::string_view const rest = Rest().substr(0, most);
-    return Take(std::min(rest.find(stop), rest.size()));
-}
-
-std::string_view PPDStream::Take(std::size_t count) {
-    std::string_view const taken = Rest().substr(0, count);
-    mPosition += count;
-    return taken;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -16,31 +17,72 @@ class PPDStream {
     static constexpr long kLineLength = 254;
     static constexpr long kLineSize = 256;
 
+    static constexpr char kEndMark = static_cast<char>(0xFF);  // what a read byte is at the end
+
     static constexpr std::int32_t kGood = 0;
     static constexpr std::int32_t kBad = 1;
     static constexpr std::int32_t kEndOfFile = 2;
 
     PPDStream() = default;
     PPDStream(char const* bytes, long length) { Setup(bytes, length); }
+    explicit PPDStream(std::string_view line) { SetupLine(line); }
     PPDStream(PPDStream const&) = default;
     PPDStream& operator=(PPDStream const&) = default;
     virtual ~PPDStream() = default;
 
     // Null bytes or no bytes make the stream bad.
-    void Setup(char const* bytes, long length);
+    void Setup(char const* bytes, long length) {
+        bool const usable = bytes != nullptr && length > 0;
+        mStart = bytes;
+        mPosition = bytes;
+        mEnd = usable ? bytes + length : bytes;
+        mStatus = usable ? kGood : kBad;
+        mPlain = false;
+        mIsLine = false;
+    }
+    // The same for bytes among which there is no line end.
+    void SetupLine(std::string_view line) {
+        Setup(line.data(), static_cast<long>(line.size()));
+        mIsLine = true;
+    }
+    bool IsLine() const { return mIsLine; }
 
     // False at the end, with -1 in `byte`.
-    bool GetChar(char& byte);
-    int PeekChar() const;   // the next byte as a signed value, -1 at the end; nothing moves
+    bool GetChar(char& byte) {
+        if (mPosition == mEnd) {
+            byte = kEndMark;
+            mStatus = kEndOfFile;
+            return false;
+        }
+        byte = *mPosition++;
+        mStatus = kGood;
+        return true;
+    }
+    // The next byte as a signed value, -1 at the end; nothing moves.
+    int PeekChar() const { return mPosition == mEnd ? -1 : static_cast<signed char>(*mPosition); }
     void SkipWhiteSpace();  // spaces and tabs
     // Moves over the bytes ahead of the first stop, at most so many, and returns them; they live
     // as long as those under the cursor. Unlike GetChar, leaves the status as it is.
-    std::string_view GetUpTo(ByteSet const& stops, std::size_t most);
-    std::string_view GetUpTo(char stop, std::size_t most = std::string_view::npos);
+    std::string_view GetUpTo(ByteSet const& stops, std::size_t most) {
+        char const* const start = mPosition;
+        char const* const end = start + std::min(most, Rest().size());
+        while (mPosition != end && !stops.Has(*mPosition)) {
+            ++mPosition;
+        }
+        return {start, mPosition};
+    }
+    std::string_view GetUpTo(char stop, std::size_t most = std::string_view::npos) {
+        std::string_view const rest = Rest().substr(0, most);
+        std::string_view const taken = rest.substr(0, rest.find(stop));
+        mPosition += taken.size();
+        return taken;
+    }
     // Reads up to LF, CR or CR LF, which is consumed, into kLineSize bytes, terminated. False for
     // a line that the bytes end or the byte 0xFF ends, and for one of more than kLineLength bytes,
-    // whose rest then stays in the stream.
+    // whose rest then stays in the stream. A NUL in the line ends its text.
     virtual bool GetLine(char* line);
+    // The same without a copy: `line` is good until the next line is read.
+    virtual bool NextLine(std::string_view& line);
 
     std::int32_t Status() const { return mStatus; }
     bool Good() const { return mStatus == kGood; }
@@ -49,8 +91,17 @@ class PPDStream {
 
   protected:
     void SetStatus(std::int32_t status) { mStatus = status; }
-    // GetLine for a line whose first `stored` bytes are in place already; `stored` counts on.
-    bool GetRestOfLine(char* line, long& stored);
+    // Promises, until the next Setup, that a line feed is the only byte that ends a line or its
+    // text.
+    void SetPlain(bool plain) { mPlain = plain; }
+    static bool IsPlain(std::string_view bytes);
+    // Moves behind the line and gives its bytes, of which there may be `most`, with a NUL that
+    // stands among them; false as in GetLine.
+    bool TakeLine(std::string_view& line, std::size_t most);
+    // The text of such bytes.
+    std::string_view TextOf(std::string_view line) const {
+        return mPlain ? line : line.substr(0, line.find('\0'));
+    }
     // Whether the bytes are used up and the last of them is a carriage return.
     bool EndedInCarriageReturn() const {
         return mPosition == mEnd && mPosition != mStart && mPosition[-1] == '\r';
@@ -58,10 +109,11 @@ class PPDStream {
 
   private:
     std::string_view Rest() const { return {mPosition, mEnd}; }
-    std::string_view Take(std::size_t count);
 
     char const* mStart = nullptr;  // not owned, like all three
     char const* mEnd = nullptr;
     char const* mPosition = nullptr;
     std::int32_t mStatus = kBad;
+    bool mPlain = false;
+    bool mIsLine = false;
 };

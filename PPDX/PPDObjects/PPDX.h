@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "PPDX/PPDObjects/PPDDelimiters.h"
 #include "platform/CoreFoundation.h"
@@ -75,6 +76,8 @@ class PPDX {
     // consumed. At most kTextSize - 1 bytes; the rest waits for the next call. False when
     // nothing was read; with `strip` the token may come out empty though the result is true.
     bool NextToken(PPDStream& stream, char* token, Delimiters const& delimiters, bool strip);
+    // The same, stripped, as bytes of the stream: good as long as those are.
+    static bool NextToken(PPDStream& stream, std::string_view& token, Delimiters const& delimiters);
     // A value in double quotes, which may go on over lines of the current stream; a NUL byte
     // stands for each line break. Bytes written, the terminator counted
     // unless the limit was met; 0 for an empty value and when the file ends in it. A line that

@@ -16,11 +16,38 @@ bool IsBlank(char byte) {
     return byte == ' ' || byte == '\t';
 }
 
-void CutTrailingBlanks(char* text, unsigned long length) {
-    while (length > 0 && IsBlank(text[length - 1])) {
-        --length;
+std::string_view WithoutTrailingBlanks(std::string_view text) {
+    while (!text.empty() && IsBlank(text.back())) {
+        text.remove_suffix(1);
     }
-    text[length] = '\0';
+    return text;
+}
+
+std::string_view WithoutBlanksAround(std::string_view text) {
+    while (!text.empty() && IsBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+    return WithoutTrailingBlanks(text);
+}
+
+// A token as it stands in the stream, which moves behind it. It may end in the carriage return of
+// a line end that lies behind the longest token.
+std::string_view TakeToken(PPDStream& stream, Delimiters const& delimiters) {
+    constexpr std::size_t kMost = PPDX::kTextSize - 1;
+    bool const isOneSearch = stream.IsLine() && delimiters.Only() != '\0';
+    std::string_view const token = isOneSearch ? stream.GetUpTo(delimiters.Only(), kMost)
+                                               : stream.GetUpTo(delimiters.Stops(), kMost);
+    char stop = 0;
+    if (token.size() == kMost || !stream.GetChar(stop)) {
+        return token;
+    }
+    if (stop == '\r' && stream.PeekChar() == '\n' && !delimiters.Has(stop)) {
+        if (token.size() + 1 == kMost) {
+            return {token.data(), kMost};
+        }
+        stream.GetChar(stop);
+    }
+    return token;
 }
 
 // Moves behind the next double quote; false when the bytes end first.
@@ -107,36 +134,19 @@ void PPDX::StripLeadingWhiteSpace(char* text) {
 }
 
 void PPDX::StripTrailingWhiteSpace(char* text) {
-    CutTrailingBlanks(text, std::strlen(text));
+    text[WithoutTrailingBlanks(text).size()] = '\0';
 }
 
 bool PPDX::NextToken(PPDStream& stream, char* token, Delimiters const& delimiters, bool strip) {
-    unsigned long length = 0;
-    bool lineFeed = false;
-    while (length < kTextSize - 1) {
-        std::string_view const bytes = stream.GetUpTo(delimiters.Stops(), kTextSize - 1 - length);
-        std::ranges::copy(bytes, token + length);
-        length += bytes.size();
-        char stop = 0;
-        if (length == kTextSize - 1 || !stream.GetChar(stop)) {
-            break;
-        }
-        lineFeed = stop == '\n';
-        if (stop != '\r' || stream.PeekChar() != '\n' || delimiters.Has(stop)) {
-            break;
-        }
-        token[length++] = stop;
-    }
-    if (lineFeed && length > 0 && token[length - 1] == '\r') {
-        --length;
-    }
-    token[length] = '\0';
-    bool const isToken = length > 0;
-    if (isToken && strip) {
-        CutTrailingBlanks(token, length);
-        StripLeadingWhiteSpace(token);
-    }
-    return isToken;
+    std::string_view const text = TakeToken(stream, delimiters);
+    *std::ranges::copy(strip ? WithoutBlanksAround(text) : text, token).out = '\0';
+    return !text.empty();
+}
+
+bool PPDX::NextToken(PPDStream& stream, std::string_view& token, Delimiters const& delimiters) {
+    std::string_view const text = TakeToken(stream, delimiters);
+    token = WithoutBlanksAround(text);
+    return !text.empty();
 }
 
 unsigned long PPDX::GetQuotedString(PPDStream& stream, char* text, unsigned long const& limit) {
@@ -150,19 +160,19 @@ unsigned long PPDX::GetQuotedString(PPDStream& stream, char* text, unsigned long
     if (stop == Stop::kQuote && value.Count() == 0) {
         return value.Terminate(0);
     }
-    char line[PPDStream::kLineSize];
+    std::string_view line;
     while (stop == Stop::kBytesEnded) {
-        if (mCurrentStream == nullptr || !mCurrentStream->GetLine(line)) {
+        if (mCurrentStream == nullptr || !mCurrentStream->NextLine(line)) {
             return value.Terminate(0);
         }
-        if (line[0] == '\0') {
+        if (line.empty()) {
             continue;
         }
         value.PutLineBreak();
-        if (line[0] == '*') {
+        if (line.starts_with('*')) {
             return value.Terminate(value.Count());
         }
-        PPDStream more(line, static_cast<long>(std::strlen(line)));
+        PPDStream more(line);
         stop = value.PutUpToQuote(more);
     }
     return value.Terminate(value.Count() + (stop == Stop::kQuote ? 1 : 0));
@@ -176,20 +186,19 @@ unsigned long PPDX::GetPostscriptString(PPDStream& stream, char* text, unsigned 
     if (value.PutUpToQuote(stream)) {
         return value.Count() == 0 ? 0 : value.Finish();
     }
-    char line[PPDStream::kLineSize];
-    while (mCurrentStream != nullptr && mCurrentStream->GetLine(line)) {
-        if (line[0] == '\0') {
+    std::string_view line;
+    while (mCurrentStream != nullptr && mCurrentStream->NextLine(line)) {
+        if (line.empty()) {
             continue;
         }
         value.Put("\n");
-        char const* content = line;
-        if (line[0] == '*') {
-            if (line[1] != '%') {
+        if (line.starts_with('*')) {
+            if (!line.starts_with("*%")) {
                 break;
             }
-            content += 2;
+            line.remove_prefix(2);
         }
-        PPDStream more(content, static_cast<long>(std::strlen(content)));
+        PPDStream more(line);
         if (value.PutUpToQuote(more)) {
             break;
         }

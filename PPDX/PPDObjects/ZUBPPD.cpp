@@ -27,6 +27,7 @@
 namespace {
 
 constexpr char kInstallableOptions[] = "InstallableOptions";
+constexpr char kSizeLine[] = "*%ParamCustomPrintSize";
 
 // Two files that can't be named are no more the same than one and another.
 bool IsSameFile(PPDFile const& left, PPDFile const& right) {
@@ -43,15 +44,15 @@ bool IsSameText(char const* left, char const* right) {
 
 // What the table of the grammar calls, in one form for all rows.
 template <PPDXErrorObj* (ZUBPPD::*kParse)(PPDStream&)>
-PPDXErrorObj* ParseLine(ZUBPPD& ppd, PPDStream& line, char const*) {
+PPDXErrorObj* ParseLine(ZUBPPD& ppd, PPDStream& line) {
     return (ppd.*kParse)(line);
 }
 template <bool kRequirement>
-PPDXErrorObj* ParseRule(ZUBPPD& ppd, PPDStream& line, char const*) {
+PPDXErrorObj* ParseRule(ZUBPPD& ppd, PPDStream& line) {
     return ppd.ParseUIConstraint(line, kRequirement);
 }
-PPDXErrorObj* ParseSizeLine(ZUBPPD& ppd, PPDStream& line, char const* keyword) {
-    return ppd.ParseCustomPageSize(line, keyword);
+PPDXErrorObj* ParseSizeLine(ZUBPPD& ppd, PPDStream& line) {
+    return ppd.ParseCustomPageSize(line, kSizeLine);
 }
 
 }  // namespace
@@ -212,12 +213,11 @@ void ZUBPPD::ParseFile() {
 }
 
 void ZUBPPD::ReadLines() {
-    char text[PPDStream::kLineSize];
-    char keyword[kTextSize];
+    PPDStream line;
+    std::string_view keyword;
     std::int32_t const former = mErrors->Count();
-    while (ReadLine(text)) {
-        PPDStream line(text, static_cast<long>(std::strlen(text)));
-        if (!NextToken(line, keyword, kKeywordDelimiters, true)) {
+    while (ReadLine(line)) {
+        if (!NextToken(line, keyword, kKeywordDelimiters)) {
             continue;
         }
         PPDXErrorObj* const error = Dispatch(line, keyword);
@@ -231,22 +231,23 @@ void ZUBPPD::ReadLines() {
     }
 }
 
-bool ZUBPPD::ReadLine(char* text) {
-    return mCurrentStream != nullptr && mCurrentStream->GetLine(text);
-}
-
-bool ZUBPPD::NextLine(char* text, PPDStream& line, char* token) {
-    if (!ReadLine(text)) {
+bool ZUBPPD::ReadLine(PPDStream& line) {
+    std::string_view text;
+    if (mCurrentStream == nullptr || !mCurrentStream->NextLine(text)) {
         return false;
     }
-    line.Setup(text, static_cast<long>(std::strlen(text)));
-    return NextToken(line, token, kKeywordDelimiters, true);
+    line.SetupLine(text);
+    return true;
 }
 
-PPDXErrorObj* ZUBPPD::Dispatch(PPDStream& line, char const* keyword) {
+bool ZUBPPD::NextLine(PPDStream& line, std::string_view& token) {
+    return ReadLine(line) && NextToken(line, token, kKeywordDelimiters);
+}
+
+PPDXErrorObj* ZUBPPD::Dispatch(PPDStream& line, std::string_view keyword) {
     struct Row {
         std::string_view keyword;
-        PPDXErrorObj* (*parse)(ZUBPPD& ppd, PPDStream& line, char const* keyword);
+        PPDXErrorObj* (*parse)(ZUBPPD& ppd, PPDStream& line);
     };
     static constexpr Row kGrammar[] = {
         {"*UIConstraints", ParseRule<false>},
@@ -255,18 +256,19 @@ PPDXErrorObj* ZUBPPD::Dispatch(PPDStream& line, char const* keyword) {
         {"*%ZUBGroupName", ParseLine<&ZUBPPD::ParseGroupName>},
         {"*%ZUBParent", ParseLine<&ZUBPPD::ParseParent>},
         {"*%ZUBFlags", ParseLine<&ZUBPPD::ParseControl>},
-        {"*%ParamCustomPrintSize", ParseSizeLine},
+        {kSizeLine, ParseSizeLine},
         {"*%ZUShortcut", ParseLine<&ZUBPPD::ParseShortcut>},
         {"*%ZUBSpecialOption", ParseLine<&ZUBPPD::ParseSpecialOption>},
         {"*%ZUBUIRequires", ParseRule<true>},
     };
-    std::string_view const wanted = keyword;
     for (Row const& row : kGrammar) {
-        if (row.keyword == wanted) {
-            return row.parse(*this, line, keyword);
+        if (row.keyword == keyword) {
+            return row.parse(*this, line);
         }
     }
-    return ParsePSKeywords(line, keyword);
+    char terminated[kTextSize];
+    *std::ranges::copy(keyword, terminated).out = '\0';
+    return ParsePSKeywords(line, terminated);
 }
 
 void ZUBPPD::SettleForwardReferences() {

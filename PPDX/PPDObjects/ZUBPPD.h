@@ -7,6 +7,7 @@
 
 #include "PPDX/PPDObjects/Controls/DisplayOptions.h"
 #include "PPDX/PPDObjects/PPDX.h"
+#include "ZUBUtils/PPDUtils/Arena.h"
 #include "ZUBUtils/PPDUtils/PointerList.h"
 #include "ZUBUtils/PPDUtils/TextHash.h"
 
@@ -21,6 +22,7 @@ class PPDXRollDown;
 class PPDXShortcuts;
 class UIConstraints;
 struct CodeBlock;
+struct _PopupItem;
 
 // What a parse takes in beside visible elements that have a parent.
 enum _PARSE_OPTIONS_ : std::int32_t {
@@ -173,7 +175,7 @@ class ZUBPPD : public PPDX, public DisplayOptions {
   private:
     struct FlagWords;
     struct RangeLine;
-    struct OptionLine;
+    struct OptionHead;
     struct PopupBlock;
     struct BooleanBlock;
     enum class BlockEnd { kClosed, kFileEnded, kFailed };
@@ -189,11 +191,12 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     void RefuseForLackOfMemory();
     void ParseFile();
     void ReadLines();
-    bool ReadLine(char* text);  // the file's next line; false at its end, and outside of a parse
-    // The next line of the file and its first token, with `line` behind it; false without one.
-    // `text` holds the line and must outlive it.
-    bool NextLine(char* text, PPDStream& line, char* token);
-    PPDXErrorObj* Dispatch(PPDStream& line, char const* keyword);
+    // The file's next line; false at its end, and outside of a parse. It and what is cut from it
+    // are good until the next line is read, for code and values of several lines too.
+    bool ReadLine(PPDStream& line);
+    // The next line and its first token, with `line` behind it; false without one.
+    bool NextLine(PPDStream& line, std::string_view& token);
+    PPDXErrorObj* Dispatch(PPDStream& line, std::string_view keyword);
     void SettleForwardReferences();
     PPDXErrorObj* ParseFileVersion(PPDStream& line);
     PPDXErrorObj* ParseVersion(PPDStream& line);
@@ -223,13 +226,17 @@ class ZUBPPD : public PPDX, public DisplayOptions {
                            PPDXGroup* group);
     template <typename TakeHead>
     BlockEnd ReadBlock(TakeHead takeHead);
-    HeadResult TakePopupHead(PPDStream& line, char const* head, char const* keyword,
+    HeadResult TakePopupHead(PPDStream& line, std::string_view head, std::string_view keyword,
                              PopupBlock& block);
-    HeadResult TakePopupDefault(PPDStream& line, char const* keyword, PopupBlock& block);
-    HeadResult TakePopupOption(PPDStream& line, char const* head, PopupBlock& block);
-    HeadResult TakeBooleanHead(PPDStream& line, char const* head, char const* keyword,
+    // For a default in its long form, which names the option that it is about.
+    HeadResult TakeNamedDefault(PPDStream& line, std::string_view keyword, PopupBlock& block);
+    HeadResult TakePopupDefault(PPDStream& line, Delimiters const& delimiters, PopupBlock& block);
+    HeadResult TakePopupOption(PPDStream& line, std::string_view head, PopupBlock& block);
+    void NameItem(_PopupItem& item, std::string_view name);
+    void ReadItemCode(PPDStream& line, _PopupItem& item);
+    HeadResult TakeBooleanHead(PPDStream& line, std::string_view head, std::string_view keyword,
                                BooleanBlock& block);
-    void CutOptionHead(char const* head, OptionLine& option);
+    static OptionHead CutOptionHead(std::string_view head);
     CodeBlock ReadCode(PPDStream& line);
     // The error that keeps a block, read to its end, from making its control; null for none.
     PPDXErrorObj* WhyNoControl(char const* keyword, CFStringRef translation,
@@ -267,4 +274,5 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     std::unordered_map<std::string_view, GroupName const*, TextHash> mGroupNamesByKeyword;
     bool mCustomPaper = false;
     UIConstraints* mConstraints = nullptr;  // owned
+    Arena mArena;                           // the items of the popups that a parse made
 };

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <memory>
 #include <new>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -22,6 +23,7 @@
 #include "PPDX/PPDObjects/PPDXRollDown.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "ZUBUtils/PPDUtils/CString.h"
+#include "ZUBUtils/PPDUtils/TextConverter.h"
 #include "constraints/UIConstraints.h"
 #include "platform/CFRef.h"
 
@@ -41,19 +43,31 @@ bool IsOneOf(Words const& words, std::string_view text) {
     return std::find(std::begin(words), std::end(words), text) != std::end(words);
 }
 
-PPDStream StreamOf(char const* text) {
-    return PPDStream(text, static_cast<long>(std::strlen(text)));
+// Most code begins and ends in its line, where it needn't be put together. False, with the line as
+// it was, for any other.
+bool TakeCodeOfOneLine(PPDStream& line, std::string_view& code) {
+    PPDStream ahead = line;
+    char quote = 0;
+    ahead.GetUpTo('"');
+    if (!ahead.GetChar(quote)) {
+        return false;
+    }
+    code = ahead.GetUpTo('"');
+    if (!ahead.GetChar(quote)) {
+        return false;
+    }
+    line = ahead;
+    return true;
 }
 
 }  // namespace
 
-// One option line, cut into its fields.
-struct ZUBPPD::OptionLine {
-    char option[kTextSize];
-    char translation[kTextSize];
+// What stands in front of an option's code: views of the line.
+struct ZUBPPD::OptionHead {
+    std::string_view option;
+    std::string_view translation;
     bool hasOption;
     bool hasTranslation;
-    CodeBlock code;
 };
 
 // The words of a flags line, until a control takes them.
@@ -72,14 +86,13 @@ struct ZUBPPD::PopupBlock {
     PopupBlock(PopupBlock const&) = delete;
     PopupBlock& operator=(PopupBlock const&) = delete;
     ~PopupBlock() {
-        for (; !items.Empty(); items.PopBack()) {
-            delete static_cast<_PopupItem*>(items.Back());
+        for (auto it = items.Begin(); it != items.End(); ++it) {
+            _PopupItem::Delete(static_cast<_PopupItem*>(*it));
         }
     }
 
-    PointerList items;  // _PopupItem*, owned
+    PointerList items;  // _PopupItem*, owned; they and their nodes lie in the PPD's arena
     std::unique_ptr<CString> defaultKeyword;
-    std::unique_ptr<CString> firstOption;
     bool defaultFound = false;
     bool secondDefault = false;
 };
@@ -136,13 +149,12 @@ ZUBPPD::BlockParser ZUBPPD::BlockParserOf(std::string_view token, bool inGroup) 
 }
 
 PPDXErrorObj* ZUBPPD::ParseFlaggedBlock(char const* keyword, PointerList& flags) {
-    char text[PPDStream::kLineSize];
-    char token[kTextSize];
+    std::string_view token;
     PPDStream line;
-    if (!NextLine(text, line, token)) {
+    if (!NextLine(line, token)) {
         return nullptr;
     }
-    if (std::strcmp(token, "*%ZUBGroup") == 0) {
+    if (token == "*%ZUBGroup") {
         return ParseGroup(line, keyword, flags);
     }
     BlockParser const parse = BlockParserOf(token, false);
@@ -166,10 +178,9 @@ PPDXErrorObj* ZUBPPD::ParseGroup(PPDStream& line, char const* keyword, PointerLi
 }
 
 PPDXErrorObj* ZUBPPD::ParseGroupedBlock(char const* keyword, PointerList& flags, PPDXGroup* group) {
-    char text[PPDStream::kLineSize];
-    char token[kTextSize];
+    std::string_view token;
     PPDStream line;
-    if (!NextLine(text, line, token)) {
+    if (!NextLine(line, token)) {
         return nullptr;
     }
     BlockParser const parse = BlockParserOf(token, true);
@@ -184,33 +195,31 @@ PPDXErrorObj* ZUBPPD::PassOver(PPDStream&, char const*, PointerList&, PPDXGroup*
 
 PPDXErrorObj* ZUBPPD::ParseOpenUI(PPDStream& line, char const* keyword, PointerList& flags,
                                   PPDXGroup* group) {
-    char key[kTextSize];
+    std::string_view key;
     char text[kTextSize];
-    char type[kTextSize];
-    if (!NextToken(line, key, kNameDelimiters, true)) {
+    std::string_view kind;
+    if (!NextToken(line, key, kNameDelimiters)) {
         return new PPDXErrorObj(kOpenerWithoutKeyword, keyword, false);
     }
     NextToken(line, text, kTranslationDelimiters, true);
-    if (!NextToken(line, type, kTypeDelimiters, true)) {
+    if (!NextToken(line, kind, kTypeDelimiters)) {
         return new PPDXErrorObj(kUnknownUIType, keyword, false);
     }
-    std::string_view const kind = type;
     bool const popup = kind == "PickOne" || kind == "PickMany";
     if (!popup && kind != "Boolean") {
         return new PPDXErrorObj(kUnknownUIType, keyword, false);
     }
     CFRef<CFStringRef> const translation(CopyTranslation(text));
-    return popup ? ParsePopupControl(keyword, translation, flags, group, kind == "PickMany")
+    bool const pickMany = kind == "PickMany";
+    return popup ? ParsePopupControl(keyword, translation, flags, group, pickMany)
                  : ParseBooleanControl(keyword, translation, flags, group);
 }
 
 PPDXErrorObj* ZUBPPD::ParseOpenUIZUB(PPDStream&, char const* keyword, PointerList&, PPDXGroup*) {
     AddError(kBlockSkipped, keyword, false);
-    char text[PPDStream::kLineSize];
-    char token[kTextSize];
-    while (ReadLine(text)) {
-        PPDStream line = StreamOf(text);
-        if (NextToken(line, token, kKeywordDelimiters, true) && token == kSkippedCloser) {
+    std::string_view token;
+    for (PPDStream line; ReadLine(line);) {
+        if (NextToken(line, token, kKeywordDelimiters) && token == kSkippedCloser) {
             return nullptr;
         }
     }
@@ -223,12 +232,9 @@ PPDXErrorObj* ZUBPPD::ParseOpenUIZUB(PPDStream&, char const* keyword, PointerLis
 // nothing knows ends its line when it is the line's first.
 template <typename TakeHead>
 ZUBPPD::BlockEnd ZUBPPD::ReadBlock(TakeHead takeHead) {
-    char text[PPDStream::kLineSize];
-    char head[kTextSize];
-    while (ReadLine(text)) {
-        PPDStream line = StreamOf(text);
-        for (bool first = true; NextToken(line, head, kTranslationDelimiters, true);
-             first = false) {
+    std::string_view head;
+    for (PPDStream line; ReadLine(line);) {
+        for (bool first = true; NextToken(line, head, kTranslationDelimiters); first = false) {
             if (IsOneOf(kClosers, head)) {
                 return BlockEnd::kClosed;
             }
@@ -244,12 +250,14 @@ ZUBPPD::BlockEnd ZUBPPD::ReadBlock(TakeHead takeHead) {
     return BlockEnd::kFileEnded;
 }
 
-void ZUBPPD::CutOptionHead(char const* head, OptionLine& option) {
-    PPDStream stream = StreamOf(head);
-    char word[kTextSize];
-    NextToken(stream, word, kKeywordDelimiters, true);
-    option.hasOption = NextToken(stream, option.option, kNameDelimiters, true);
-    option.hasTranslation = NextToken(stream, option.translation, kTranslationDelimiters, true);
+ZUBPPD::OptionHead ZUBPPD::CutOptionHead(std::string_view head) {
+    PPDStream stream(head);
+    OptionHead cut;
+    std::string_view word;
+    NextToken(stream, word, kKeywordDelimiters);
+    cut.hasOption = NextToken(stream, cut.option, kNameDelimiters);
+    cut.hasTranslation = NextToken(stream, cut.translation, kTranslationDelimiters);
+    return cut;
 }
 
 CodeBlock ZUBPPD::ReadCode(PPDStream& line) {
@@ -289,7 +297,7 @@ PPDXErrorObj* ZUBPPD::ParsePopupControl(char const* keyword, CFStringRef transla
                                         PointerList& flags, PPDXGroup* group,
                                         bool const& pickMany) {
     PopupBlock block;
-    BlockEnd const end = ReadBlock([&](PPDStream& line, char const* head) {
+    BlockEnd const end = ReadBlock([&](PPDStream& line, std::string_view head) {
         return TakePopupHead(line, head, keyword, block);
     });
     if (end == BlockEnd::kFileEnded || block.secondDefault) {
@@ -303,7 +311,8 @@ PPDXErrorObj* ZUBPPD::ParsePopupControl(char const* keyword, CFStringRef transla
         return error;
     }
     if (!block.defaultFound && block.defaultKeyword != nullptr) {
-        block.defaultKeyword = std::move(block.firstOption);
+        auto const* const first = static_cast<_PopupItem const*>(block.items.Front());
+        block.defaultKeyword.reset(first != nullptr ? new CString(first->Keyword()) : nullptr);
     }
     bool const installable = group != nullptr && *group == kInstallableGroup;
     auto* const popup = new (std::nothrow)
@@ -316,66 +325,92 @@ PPDXErrorObj* ZUBPPD::ParsePopupControl(char const* keyword, CFStringRef transla
     block.items.MakeEmpty();
     static_cast<void>(block.defaultKeyword.release());
     SetupControl(group, popup, true);
+    if (popup->ItemCount() == 0) {
+        return nullptr;
+    }
     CStringSoup& texts = mConstraints->GetConstraintStrings();
-    for (_PopupItem* item = popup->FirstItem(); item != nullptr; item = popup->NextItem()) {
-        long const key = texts.Insert(keyword);
+    long const key = texts.Insert(keyword);
+    for (auto it = popup->Items().Begin(); it != popup->Items().End(); ++it) {
+        auto const* const item = static_cast<_PopupItem const*>(*it);
         mConstraints->KVSInsert(key, texts.Insert(item->Keyword()));
     }
     return nullptr;
 }
 
-ZUBPPD::HeadResult ZUBPPD::TakePopupHead(PPDStream& line, char const* head, char const* keyword,
-                                         PopupBlock& block) {
-    std::string_view const text = head;
-    if (text == kOrder) {
+ZUBPPD::HeadResult ZUBPPD::TakePopupHead(PPDStream& line, std::string_view head,
+                                         std::string_view keyword, PopupBlock& block) {
+    if (head == kOrder) {
         return HeadResult::kLineDone;
     }
-    if (text.starts_with(kDefault)) {
-        return TakePopupDefault(line, text == kDefault ? keyword : nullptr, block);
+    if (head.starts_with(kDefault)) {
+        return head == kDefault ? TakeNamedDefault(line, keyword, block)
+                                : TakePopupDefault(line, kNameDelimiters, block);
     }
-    if (text.starts_with(keyword)) {
+    if (head.starts_with(keyword)) {
         return TakePopupOption(line, head, block);
     }
     return HeadResult::kIgnored;
 }
 
-// In the long form, "*Default: keyword: value", the line names the option that it is about.
-ZUBPPD::HeadResult ZUBPPD::TakePopupDefault(PPDStream& line, char const* keyword,
+ZUBPPD::HeadResult ZUBPPD::TakeNamedDefault(PPDStream& line, std::string_view keyword,
                                             PopupBlock& block) {
-    char text[kTextSize];
-    if (keyword != nullptr &&
-        (!NextToken(line, text, kNameDelimiters, true) || std::strcmp(text, keyword) != 0)) {
-        return HeadResult::kLineDone;
+    std::string_view name;
+    return NextToken(line, name, kNameDelimiters) && name == keyword
+               ? TakePopupDefault(line, kWordDelimiters, block)
+               : HeadResult::kLineDone;
+}
+
+ZUBPPD::HeadResult ZUBPPD::TakePopupDefault(PPDStream& line, Delimiters const& delimiters,
+                                            PopupBlock& block) {
+    char value[kTextSize];
+    if (NextToken(line, value, delimiters, true)) {
+        block.secondDefault |= block.defaultKeyword != nullptr;
+        block.defaultKeyword = std::make_unique<CString>(value);
     }
-    if (!NextToken(line, text, keyword != nullptr ? kWordDelimiters : kNameDelimiters, true)) {
-        return HeadResult::kTaken;
-    }
-    block.secondDefault |= block.defaultKeyword != nullptr;
-    block.defaultKeyword = std::make_unique<CString>(text);
     return HeadResult::kTaken;
 }
 
-ZUBPPD::HeadResult ZUBPPD::TakePopupOption(PPDStream& line, char const* head, PopupBlock& block) {
-    OptionLine option;
-    CutOptionHead(head, option);
+ZUBPPD::HeadResult ZUBPPD::TakePopupOption(PPDStream& line, std::string_view head,
+                                           PopupBlock& block) {
+    OptionHead const option = CutOptionHead(head);
     if (!option.hasOption) {
         return HeadResult::kLineDone;
     }
-    option.code = ReadCode(line);
-    auto item = std::make_unique<_PopupItem>();
-    item->mKeyword = new CString(option.option);
-    if (block.firstOption == nullptr) {
-        block.firstOption = std::make_unique<CString>(option.option);
+    _PopupItem* const item = _PopupItem::New(mArena, option.option);
+    block.items.PushBack(item, mArena);
+    block.defaultFound |=
+        block.defaultKeyword != nullptr && *block.defaultKeyword == item->Keyword();
+    if (option.hasTranslation) {
+        NameItem(*item, option.translation);
     }
-    block.defaultFound |= block.defaultKeyword != nullptr && *block.defaultKeyword == option.option;
-    item->mLocalName = option.hasTranslation ? CopyTranslation(option.translation) : nullptr;
-    item->mPSLength = static_cast<std::int32_t>(option.code.size);
-    item->mPSCode = option.code.bytes.release();
-    if (item->Keyword() == nullptr) {
-        throw std::bad_alloc();
-    }
-    PushOwned(block.items, std::move(item));
+    ReadItemCode(line, *item);
     return HeadResult::kTaken;
+}
+
+void ZUBPPD::NameItem(_PopupItem& item, std::string_view name) {
+    TextConverter const* const converter = GetTextConverter();
+    std::uint32_t const encoding =
+        converter != nullptr ? converter->EncodingOf(name) : TextConverter::kUnknownEncoding;
+    if (encoding != TextConverter::kUnknownEncoding) {
+        item.SetName(mArena, name, encoding);
+    } else {
+        item.mLocalName = CopyTranslation(std::string(name).c_str());
+    }
+}
+
+void ZUBPPD::ReadItemCode(PPDStream& line, _PopupItem& item) {
+    std::string_view code;
+    if (TakeCodeOfOneLine(line, code)) {
+        if (!code.empty()) {
+            item.SetCode(mArena, code);
+        }
+        return;
+    }
+    char text[kPostScriptSize];
+    unsigned long const size = GetPostscriptString(line, text, kPostScriptSize);
+    if (size > 0) {
+        item.SetCode(mArena, {text, size - 1});
+    }
 }
 
 // ---- Booleans ----
@@ -383,7 +418,7 @@ ZUBPPD::HeadResult ZUBPPD::TakePopupOption(PPDStream& line, char const* head, Po
 PPDXErrorObj* ZUBPPD::ParseBooleanControl(char const* keyword, CFStringRef translation,
                                           PointerList& flags, PPDXGroup* group) {
     BooleanBlock block;
-    BlockEnd const end = ReadBlock([&](PPDStream& line, char const* head) {
+    BlockEnd const end = ReadBlock([&](PPDStream& line, std::string_view head) {
         return TakeBooleanHead(line, head, keyword, block);
     });
     if (end == BlockEnd::kFailed) {
@@ -418,33 +453,31 @@ PPDXErrorObj* ZUBPPD::ParseBooleanControl(char const* keyword, CFStringRef trans
     return nullptr;
 }
 
-ZUBPPD::HeadResult ZUBPPD::TakeBooleanHead(PPDStream& line, char const* head, char const* keyword,
-                                           BooleanBlock& block) {
-    std::string_view const text = head;
-    if (text == kOrder) {
+ZUBPPD::HeadResult ZUBPPD::TakeBooleanHead(PPDStream& line, std::string_view head,
+                                           std::string_view keyword, BooleanBlock& block) {
+    if (head == kOrder) {
         return HeadResult::kLineDone;
     }
-    if (text.starts_with(kDefault)) {
-        char value[kTextSize];
-        NextToken(line, value, kNameDelimiters, true);
+    if (head.starts_with(kDefault)) {
+        std::string_view value;
+        NextToken(line, value, kNameDelimiters);
         block.defaultSeen = true;
-        block.defaultState = std::strcmp(value, "True") == 0;
+        block.defaultState = value == "True";
         return HeadResult::kTaken;
     }
-    if (!text.starts_with(keyword)) {
+    if (!head.starts_with(keyword)) {
         return HeadResult::kIgnored;
     }
-    OptionLine option;
-    CutOptionHead(head, option);
-    bool const isTrue = std::strcmp(option.option, "True") == 0;
-    if (!isTrue && std::strcmp(option.option, "False") != 0) {
+    OptionHead const option = CutOptionHead(head);
+    bool const isTrue = option.option == "True";
+    if (!isTrue && option.option != "False") {
         return HeadResult::kFailed;
     }
-    option.code = ReadCode(line);
     BooleanBlock::State& state = isTrue ? block.trueState : block.falseState;
-    state.text.reset(option.hasTranslation ? new (std::nothrow) CString(option.translation)
+    state.text.reset(option.hasTranslation ? new (std::nothrow)
+                                                 CString(std::string(option.translation).c_str())
                                            : nullptr);
-    state.code = std::move(option.code);
+    state.code = ReadCode(line);
     return HeadResult::kTaken;
 }
 

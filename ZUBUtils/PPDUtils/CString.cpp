@@ -6,8 +6,8 @@
 #include <cstring>
 #include <new>
 #include <string_view>
-#include <utility>
 
+#include "ZUBUtils/PPDUtils/Arena.h"
 #include "platform/CoreFoundation.h"
 #include "platform/TextEncodingConverter.h"
 
@@ -37,13 +37,18 @@ CString::CString(CString const& other) {
     SetBuffer(other.mBuffer);
 }
 
+CString::CString(Arena& arena, std::string_view text)
+    : mBuffer(arena.CopyText(text)),
+      mLength(static_cast<std::uint32_t>(text.size())),
+      mOwnsBuffer(false) {}
+
 CString::CString(__CFString const* string) {
     std::uint32_t const encodings[] = {CFStringGetSystemEncoding(), kCFStringEncodingUTF8};
     Convert(string, kBytesPerUnitInAnyEncoding, encodings, std::size(encodings));
 }
 
 CString::~CString() {
-    delete[] mBuffer;
+    ClearBuffer();
 }
 
 CString& CString::operator=(char const* text) {
@@ -125,11 +130,20 @@ void CString::Replace(CString const& what, CString const& with) {
 void CString::Initialize() {
     mBuffer = nullptr;
     mLength = 0;
+    mOwnsBuffer = true;
 }
 
 void CString::ClearBuffer() {
-    delete[] mBuffer;
-    Initialize();
+    Adopt(nullptr, 0);
+}
+
+void CString::Adopt(char* buffer, std::size_t length) {
+    if (mOwnsBuffer) {
+        delete[] mBuffer;
+    }
+    mBuffer = buffer;
+    mLength = static_cast<std::uint32_t>(length);
+    mOwnsBuffer = true;
 }
 
 bool CString::SetBuffer(char const* text) {
@@ -146,9 +160,7 @@ bool CString::SetBuffer(char const* text) {
         return false;
     }
     std::memcpy(buffer, text, length + 1);
-    delete[] mBuffer;
-    mBuffer = buffer;
-    mLength = static_cast<std::uint32_t>(length);
+    Adopt(buffer, length);
     return true;
 }
 
@@ -169,9 +181,7 @@ bool CString::Splice(std::size_t position, std::size_t removed, char const* text
         end = std::copy_n(mBuffer + position + removed, tail, end);
     }
     *end = '\0';
-    delete[] mBuffer;
-    mBuffer = buffer;
-    mLength = static_cast<std::uint32_t>(end - buffer);
+    Adopt(buffer, static_cast<std::size_t>(end - buffer));
     return true;
 }
 
@@ -181,7 +191,7 @@ bool CString::Convert(__CFString const* string, std::size_t bytesPerUnit,
         return false;
     }
     std::size_t const size = static_cast<std::size_t>(CFStringGetLength(string)) * bytesPerUnit;
-    char* buffer = NewBuffer(size);
+    char* const buffer = NewBuffer(size);
     if (buffer == nullptr) {
         return false;
     }
@@ -189,9 +199,9 @@ bool CString::Convert(__CFString const* string, std::size_t bytesPerUnit,
         return CFStringGetCString(string, buffer, static_cast<CFIndex>(size + 1), encoding);
     });
     if (converted) {
-        std::swap(mBuffer, buffer);
-        mLength = static_cast<std::uint32_t>(std::strlen(mBuffer));
+        Adopt(buffer, std::strlen(buffer));
+    } else {
+        delete[] buffer;
     }
-    delete[] buffer;
     return converted;
 }

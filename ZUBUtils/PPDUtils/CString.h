@@ -3,7 +3,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
+class Arena;
 struct __CFString;
 
 // An 8-bit text on the heap, NUL-terminated. A string that was never given a text has a null
@@ -18,6 +20,9 @@ class CString {
     CString() = default;
     CString(char const* text);  // a private copy; null leaves a null buffer
     CString(CString const& other);
+    // The copy lies in the arena, which must outlive the string or its next change: such a string
+    // needn't be destroyed. Throws std::bad_alloc.
+    CString(Arena& arena, std::string_view text);
     // In the system encoding, or where that has no form for a character in UTF-8; null buffer for
     // a null string and when both fail.
     CString(__CFString const* string);
@@ -69,6 +74,9 @@ class CString {
     bool Convert(__CFString const* string, std::size_t bytesPerUnit, std::uint32_t const* encodings,
                  std::size_t encodingCount);
 
-    char* mBuffer = nullptr;  // owned, may be null
+    void Adopt(char* buffer, std::size_t length);  // in place of the buffer that there is
+
+    char* mBuffer = nullptr;  // may be null
     std::uint32_t mLength = 0;
+    bool mOwnsBuffer = true;  // false for one in an arena
 };

@@ -4,6 +4,21 @@
 #include <new>
 #include <utility>
 
+#include "ZUBUtils/PPDUtils/Arena.h"
+
+namespace {
+
+// A node that goes with its arena, and not before.
+class ArenaNode final : public PNode {
+  public:
+    explicit ArenaNode(void const* data) : PNode(data) {}
+    static void* operator new(std::size_t, Arena& arena) { return arena.PlaceFor<ArenaNode>(); }
+    static void operator delete(void*) {}
+    static void operator delete(void*, Arena&) {}
+};
+
+}  // namespace
+
 PointerList::PointerList() {
     mHead.mNext = &mTail;
     mTail.mPrevious = &mHead;
@@ -18,6 +33,7 @@ PointerList::PointerList(PointerList&& other) noexcept : PointerList() {
         return;
     }
     mCount = std::exchange(other.mCount, 0);
+    mOwnNodes = std::exchange(other.mOwnNodes, 0);
     mHead.mNext = std::exchange(other.mHead.mNext, &other.mTail);
     mTail.mPrevious = std::exchange(other.mTail.mPrevious, &other.mHead);
     mHead.mNext->mPrevious = &mHead;
@@ -53,12 +69,21 @@ PointerListItr PointerList::InsertBefore(PointerListItr position, void const* da
     if (node == nullptr) {
         return PointerListItr();
     }
-    node->mPrevious = next->mPrevious;
-    node->mNext = next;
-    node->mPrevious->mNext = node;
-    next->mPrevious = node;
-    ++mCount;
+    LinkBefore(*next, *node);
+    ++mOwnNodes;
     return PointerListItr(node);
+}
+
+void PointerList::PushBack(void const* data, Arena& arena) {
+    LinkBefore(mTail, *new (arena) ArenaNode(data));
+}
+
+void PointerList::LinkBefore(PNode& next, PNode& node) {
+    node.mPrevious = next.mPrevious;
+    node.mNext = &next;
+    node.mPrevious->mNext = &node;
+    next.mPrevious = &node;
+    ++mCount;
 }
 
 PointerListItr PointerList::Erase(PointerListItr& position) {
@@ -73,6 +98,7 @@ PointerListItr PointerList::Erase(PointerListItr& position) {
     PNode* const next = node->mNext;
     node->mPrevious->mNext = next;
     next->mPrevious = node->mPrevious;
+    mOwnNodes -= dynamic_cast<ArenaNode*>(node) == nullptr ? 1 : 0;
     delete node;
     --mCount;
     return PointerListItr(next);
@@ -106,9 +132,12 @@ void PointerList::PopBack() {
 }
 
 void PointerList::MakeEmpty() {
-    while (!Empty()) {
+    while (mOwnNodes != 0) {
         PopFront();
     }
+    mCount = 0;
+    mHead.mNext = &mTail;
+    mTail.mPrevious = &mHead;
 }
 
 void PointerList::Append(PointerList const& other) {

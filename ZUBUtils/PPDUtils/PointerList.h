@@ -7,6 +7,8 @@
 #include "ZUBUtils/PPDUtils/PNode.h"
 #include "ZUBUtils/PPDUtils/PointerListItr.h"
 
+class Arena;
+
 // A doubly linked list of pointers between two sentinels. It owns its nodes and never what they
 // point to: whoever fills a list with objects of its own takes Back(), deletes and calls PopBack()
 // until Empty(). An iterator stays good until its own element is erased. Not for use from two
@@ -22,6 +24,9 @@ class PointerList {
     // False, with the list as it was, when there is no memory.
     bool PushBack(void const* data);
     bool PushFront(void const* data);
+    // The node lies in the arena, which must outlive the list and keeps it for good. Throws
+    // std::bad_alloc.
+    void PushBack(void const* data, Arena& arena);
     // Returns the position of the new element. A null iterator, with the list as it was, when
     // there is no memory or nothing can stand before `position`.
     PointerListItr InsertBefore(PointerListItr position, void const* data);
@@ -42,15 +47,17 @@ class PointerList {
     void* Back() const;
     void PopFront();  // nothing on an empty list
     void PopBack();
-    void MakeEmpty();
+    void MakeEmpty();  // without a walk when all nodes lie in an arena
 
     std::uint32_t Size() const { return mCount; }
     bool Empty() const { return mCount == 0; }
 
   private:
     void Append(PointerList const& other);
+    void LinkBefore(PNode& next, PNode& node);
 
     std::uint32_t mCount = 0;
+    std::uint32_t mOwnNodes = 0;  // of those, the ones in no arena
     PNode mHead;
     PNode mTail;
 };

@@ -231,19 +231,29 @@ __CFString const* TextConverter::ConvertToCFString(char const* text, long /*limi
     return StringFromBytes(decoded.Get(), std::strlen(decoded.Get()));
 }
 
-__CFString const* TextConverter::StringFromBytes(char const* bytes, unsigned long length) {
+std::uint32_t TextConverter::EncodingOf(std::string_view text) const {
+    return text.find('<') == text.npos ? OneStepEncoding() : kUnknownEncoding;
+}
+
+std::uint32_t TextConverter::OneStepEncoding() const {
     switch (mInputEncoding) {
         case kCFStringEncodingMacRoman:
         case kCFStringEncodingISOLatin1:
         case kCFStringEncodingWindowsLatin1:
-            return StringInEncoding(bytes, length, mInputEncoding);
+            return mInputEncoding;
         case kCFStringEncodingISOLatin2:
         case kCFStringEncodingISOLatin5:
         case kCFStringEncodingShiftJIS:
-            return StringThroughUnicode(bytes, length);
+            return kUnknownEncoding;
         default:
-            return StringInEncoding(bytes, length, kCFStringEncodingUTF8);
+            return kCFStringEncodingUTF8;
     }
+}
+
+__CFString const* TextConverter::StringFromBytes(char const* bytes, unsigned long length) {
+    std::uint32_t const encoding = OneStepEncoding();
+    return encoding != kUnknownEncoding ? StringInEncoding(bytes, length, encoding)
+                                        : StringThroughUnicode(bytes, length);
 }
 
 __CFString const* TextConverter::StringThroughUnicode(char const* bytes, unsigned long length) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "ZUBUtils/PPDUtils/HexLanguageExceptions.h"
 
@@ -31,6 +32,11 @@ class TextConverter {
     // Works without a valid converter too: an unknown encoding is read as UTF-8. `limit` is not
     // used.
     __CFString const* ConvertToCFString(char const* text, long limit);
+
+    // The encoding in which ConvertToCFString reads this text as it stands: a string can be made
+    // from the bytes later. kUnknownEncoding for a text with escapes, and in the encodings that it
+    // doesn't read in one step.
+    std::uint32_t EncodingOf(std::string_view text) const;
 
     // Converts `text` in place to the output encoding, within `size` bytes with the terminator.
     // Returns the platform's status, 5000 for an empty text; the text is as it was unless that
@@ -71,6 +77,7 @@ class TextConverter {
   private:
     void SetLanguage(PPDX* ppd);
     void UseMacRomanForPlainLanguages(char const* text, long size);
+    std::uint32_t OneStepEncoding() const;  // kUnknownEncoding when Unicode comes between
     __CFString const* StringFromBytes(char const* bytes, unsigned long length);
     __CFString const* StringThroughUnicode(char const* bytes, unsigned long length);
     bool PrepareUnicodeConverter();

@@ -38,15 +38,15 @@ bool Equal(CFStringRef left, CFStringRef right, CFOptionFlags options) {
 }
 
 // By its name for people, or by its keyword.
-bool IsProfile(_PopupItem const& item, CFStringRef value) {
-    return Equal(item.mLocalName, value, kCFCompareCaseInsensitive) ||
+bool IsProfile(_PopupItem& item, CFStringRef value) {
+    return Equal(item.LocalName(), value, kCFCompareCaseInsensitive) ||
            Equal(CFRef<CFStringRef>(CopyProfileText(item.Keyword())), value, 0);
 }
 
-void SaveItem(ControlRecord& record, _PopupItem const& item) {
+void SaveItem(ControlRecord& record, _PopupItem& item) {
     record.AddText(ArchiveTags::kItemKeyword, item.mKeyword);
     long nameSize = 0;
-    std::unique_ptr<unsigned char[]> const name(CFStringToExternal(item.mLocalName, &nameSize));
+    std::unique_ptr<unsigned char[]> const name(CFStringToExternal(item.LocalName(), &nameSize));
     record.AddBytes(ArchiveTags::kItemName, name.get(), nameSize);
     record.AddBytes(ArchiveTags::kItemCode, item.mPSCode, item.mPSLength);
     record.AddNumber(ArchiveTags::kItemSelected, item.mSelected);
@@ -96,6 +96,9 @@ PPDXPopupControl::PPDXPopupControl(char const* keyword, CFStringRef localName, P
       mDefaultKeyword(defaultKeyword),
       mItems(std::move(items)) {
     SetType(kPopupType);
+    for (PointerListItr it = mItems.Begin(); _PopupItem const* const item = ItemAt(it); ++it) {
+        mItemsHoldMemory |= item->HoldsMemory();
+    }
     try {
         SetKeywordSelect(GetDefaultKeyword(), true);
     } catch (...) {
@@ -138,10 +141,10 @@ void PPDXPopupControl::ReadItems(Settings& settings, long id, long count) {
 void PPDXPopupControl::DeleteItems() {
     MakeCurrent(nullptr);
     mItemCursor = PointerListItr();
-    while (!mItems.Empty()) {
-        delete static_cast<_PopupItem*>(mItems.Back());
-        mItems.PopBack();
+    for (PointerListItr it = mItems.Begin(); mItemsHoldMemory && it != mItems.End(); ++it) {
+        _PopupItem::Delete(ItemAt(it));
     }
+    mItems.MakeEmpty();
 }
 
 short PPDXPopupControl::Save(Settings& settings, long const& id) {
@@ -154,6 +157,7 @@ short PPDXPopupControl::Save(Settings& settings, long const& id) {
     }
     short status = record.Status();
     long position = 0;
+    mItemsHoldMemory = true;
     for (PointerListItr it = mItems.Begin(); _PopupItem* const item = ItemAt(it); ++it) {
         ControlRecord itemRecord(settings, ItemRecordID(id, position++), status);
         SaveItem(itemRecord, *item);
@@ -228,6 +232,7 @@ bool PPDXPopupControl::TakesUnknownValues() const {
 
 long PPDXPopupControl::IndexOfValue(CFStringRef value) {
     bool const isProfile = TakesUnknownValues();
+    mItemsHoldMemory |= isProfile;
     // Keywords are read as Mac Roman, in which every text has its bytes: comparing those saves a
     // string for each item.
     char keyword[kLongestKeyword];
@@ -259,6 +264,7 @@ void PPDXPopupControl::AddUnknownValue(CFStringRef value) {
 }
 
 _PopupItem* PPDXPopupControl::FirstItem() {
+    mItemsHoldMemory = true;
     mItemCursor = mItems.Begin();
     return ItemAt(mItemCursor);
 }
@@ -268,6 +274,7 @@ _PopupItem* PPDXPopupControl::NextItem() {
 }
 
 void PPDXPopupControl::AppendPopupItem(_PopupItem* item) {
+    mItemsHoldMemory = true;
     mItems.PushBack(item);
 }
 
@@ -351,6 +358,7 @@ _PopupItem* PPDXPopupControl::FirstItemOf(char const* keyword) {
 }
 
 _PopupItem* PPDXPopupControl::LastItemOf(char const* keyword) {
+    mItemsHoldMemory = true;
     _PopupItem* last = nullptr;
     for (PointerListItr it = mItems.Begin(); _PopupItem* const item = ItemAt(it); ++it) {
         if (item->HasKeyword(keyword)) {
@@ -383,8 +391,8 @@ char const* PPDXPopupControl::GetKeywordLocalName(char const* keyword) {
 }
 
 CFStringRef PPDXPopupControl::GetKeywordCFLocalName(char const* keyword) {
-    _PopupItem const* const item = LastItemOf(keyword);
-    return item != nullptr ? item->mLocalName : nullptr;
+    _PopupItem* const item = LastItemOf(keyword);
+    return item != nullptr ? item->LocalName() : nullptr;
 }
 
 bool PPDXPopupControl::Rebuild(char const* name, PointerList& items, CString* defaultKeyword) {
@@ -397,6 +405,7 @@ bool PPDXPopupControl::Rebuild(char const* name, PointerList& items, CString* de
     }
     DeleteItems();
     mItems = items;
+    mItemsHoldMemory = true;
     delete mDefaultKeyword;
     mDefaultKeyword = defaultKeyword;
     SetKeywordSelect(GetDefaultKeyword(), true);

@@ -57,7 +57,8 @@ class PPDXPopupControl : public PPDXControl {
     long ItemCount() const { return static_cast<long>(mItems.Size()); }
     _PopupItem* FirstItem();  // null at the end; one walk at a time
     _PopupItem* NextItem();
-    void AppendPopupItem(_PopupItem* item);  // the item passes to the control
+    void AppendPopupItem(_PopupItem* item);              // the item passes to the control
+    PointerList const& Items() const { return mItems; }  // _PopupItem*, to look at only
 
     long GetValue();                        // the first flagged item
     long DefaultValue();                    // the item of the default keyword
@@ -98,6 +99,9 @@ class PPDXPopupControl : public PPDXControl {
     std::int32_t mInstallable = 0;
     CString* mDefaultKeyword = nullptr;  // owned, may be null
     PointerList mItems;                  // _PopupItem*, owned
+    // Whether some item may hold memory outside of the PPD's arena. One that is given out may: its
+    // names are made on demand.
+    bool mItemsHoldMemory = false;
     PointerListItr mItemCursor;
     _PopupItem* mCurrentItem = nullptr;  // in mItems
     // The first item of the current one's keyword, whose code counts; null until it is asked for.

@@ -30,6 +30,15 @@ Lines LinesOfFile(std::string const& bytes) {
     return LinesOf(stream);
 }
 
+// Whole lines of so many bytes.
+std::string LinesUpTo(std::size_t size) {
+    std::string bytes;
+    while (bytes.size() + 101 < size) {
+        bytes += std::string(100, '.') + "\n";
+    }
+    return bytes + std::string(size - bytes.size() - 1, '.') + "\n";
+}
+
 }  // namespace
 
 TEST(PPDStreamTest, LineEndsOfEveryKindCountAlike) {
@@ -77,16 +86,21 @@ TEST(PPDStreamTest, NoBytesMakeABadStream) {
 TEST(PPDFileStreamTest, LinesStraddleChunksAtEveryOffset) {
     // The border falls on each byte of "xyz\r\nnext" in turn, the line end's two bytes included.
     std::string const tail = "xyz\r\nnext\rlast\n";
-    for (std::size_t before = 0; before <= tail.size(); ++before) {
-        std::size_t const filler = PPDFileStream::kChunkSize - before;
-        std::string bytes;
-        while (bytes.size() + 101 < filler) {
-            bytes += std::string(100, '.') + "\n";
+    for (std::size_t const border : {PPDFileStream::kChunkSize, PPDFileStream::kReadSize}) {
+        for (std::size_t before = 0; before <= tail.size(); ++before) {
+            Lines const lines = LinesOfFile(LinesUpTo(border - before) + tail);
+            ASSERT_GE(lines.size(), 3U);
+            EXPECT_EQ(Lines(lines.end() - 3, lines.end()), (Lines{"xyz", "next", "last"}))
+                << border << " " << before;
         }
-        bytes += std::string(filler - bytes.size() - 1, '.') + "\n";
-        Lines const lines = LinesOfFile(bytes + tail);
-        ASSERT_GE(lines.size(), 3U);
-        EXPECT_EQ(Lines(lines.end() - 3, lines.end()), (Lines{"xyz", "next", "last"})) << before;
+    }
+}
+
+TEST(PPDFileStreamTest, NULInEitherChunkEndsTheTextOfALine) {
+    for (std::size_t before = 0; before <= 7; ++before) {
+        std::string const tail("ab\0cd\0e\nnext\n", 13);
+        Lines const lines = LinesOfFile(LinesUpTo(PPDFileStream::kChunkSize - before) + tail);
+        EXPECT_EQ(Lines(lines.end() - 2, lines.end()), (Lines{"ab", "next"})) << before;
     }
 }
 
