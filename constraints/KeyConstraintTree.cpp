@@ -79,11 +79,8 @@ void KeyConstraintTree::DisableSome(ItemConstraintList& active, long key2, long 
             kept.insert(rule);
         }
     }
-    // Where nothing goes off, the copy aside stays the full one.
-    if (kept.size() < active.size()) {
-        ListOf(mDisabled, active.Item()) = active;
-        active = kept;
-    }
+    ListOf(mDisabled, active.Item()) = active;
+    active = kept;
 }
 
 Pairs KeyConstraintTree::EnableConstraints(long item, long key2, long item2) {

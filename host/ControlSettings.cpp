@@ -2,6 +2,7 @@
 #include "host/ControlSettings.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "PPDX/PPDObjects/Controls/PPDText.h"
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
@@ -104,6 +105,19 @@ Outcome ControlSettings::Apply(std::vector<ControlSetting> const& settings) {
     return Outcome::Done();
 }
 
+void ControlSettings::NoteKept() {
+    DisplayOptionsScope const all(kDisplayAll);
+    PPDXControls* const controls = mPPD.GetControls();
+    PPDXPopupControl* popup = controls == nullptr ? nullptr : controls->FirstPopupControl();
+    for (; popup != nullptr; popup = controls->NextPopupControl()) {
+        char const* const keyword = popup->CurrentKeyword();
+        char const* const byDefault = popup->GetDefaultKeyword();
+        if (keyword != nullptr && byDefault != nullptr && std::strcmp(keyword, byDefault) != 0) {
+            mKept.push_back(popup);
+        }
+    }
+}
+
 PPDXControl* ControlSettings::Find(char const* keyword) const {
     DisplayOptionsScope const all(kDisplayAll);
     CNTL_TYPE type = kControlType;
@@ -153,6 +167,9 @@ void ControlSettings::ApplyPaperFeed(std::string const& keyword) {
 }
 
 void ControlSettings::CheckRules() {
+    for (PPDXControl* const kept : mKept) {
+        Note(*kept);
+    }
     if (mPPD.GetUIConstraints() == nullptr || mChosen.empty()) {
         return;
     }

@@ -20,6 +20,9 @@ class ControlSettings {
     // `file` is the PPD's name for messages.
     ControlSettings(ZUBPPD& ppd, std::string const& file, std::ostream& err);
 
+    // Takes the lists that don't stand at their default as chosen before: CheckRules speaks of them
+    // too. Called ahead of Apply.
+    void NoteKept();
     // In the order given. Stops at the first keyword that the PPD doesn't have. A choice that a
     // control doesn't take as it is, and a colour profile that can't stand in a job, is warned of.
     Outcome Apply(std::vector<ControlSetting> const& settings);
@@ -44,5 +47,6 @@ class ControlSettings {
     std::string const& mFile;
     std::ostream& mErr;
     std::vector<PPDXControl*> mChosen;  // each once; the PPD's
+    std::vector<PPDXControl*> mKept;    // from before
     std::size_t mWarnings = 0;
 };

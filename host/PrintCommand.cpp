@@ -125,6 +125,7 @@ Outcome PrintCommand::MakeChoices(DialogSession& dialog, std::size_t& warnings) 
         ppd->SetCustomPaper(true);
     }
     ControlSettings settings(*ppd, mOptions.ppd, mErr);
+    settings.NoteKept();
     Outcome outcome = settings.Apply(mOptions.settings);
     if (std::string const feed = dialog.PaperFeed(); outcome.Ok() && !feed.empty()) {
         settings.ApplyPaperFeed(feed);
@@ -140,7 +141,7 @@ void PrintCommand::Report(std::string const& path, JobDataFile const& job) {
     } else if (!path.empty()) {
         mNotes.Keep(path);
         mOut << path << '\n';
-        if (!mOut.flush()) {
+        if (!mOut.flush() && mOptions.tickets.empty()) {
             mNotes.Made(path);  // nobody knows of it
         }
     }

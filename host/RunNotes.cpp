@@ -23,8 +23,8 @@ constexpr std::string_view kFolder = "/tmp/";
 constexpr std::string_view kJobData = "/tmp/Velon.temp";
 constexpr std::string_view kUUIDCharacters = "0123456789ABCDEF-";
 constexpr std::size_t kUUIDSize = 36;
-// What both are called while they are written.
-constexpr std::string_view kNewJobData = "/tmp/.new-";
+// What files and the PPD's copy are called while they are written.
+constexpr std::string_view kUnfinished = ".new-";
 constexpr std::string_view kNewCopy = "/tmp/Velon.copy";
 constexpr std::string_view kNote = "run-";
 constexpr std::string_view kMade = "made ";
@@ -41,11 +41,16 @@ bool IsJobData(std::string_view path) {
     return uuid.size() == kUUIDSize && uuid.find_first_not_of(kUUIDCharacters) == uuid.npos;
 }
 
-// A job data file's name, that of a PPD's copy, or what both are called at first.
+// What a file is called while it is written whole, in whatever folder.
+bool IsUnfinished(std::string_view path) {
+    return path.starts_with('/') && path.substr(path.rfind('/') + 1).starts_with(kUnfinished);
+}
+
+// A job data file's name, that of a PPD's copy, or what a file is called at first.
 bool HasOurForm(std::string_view path) {
-    return path.starts_with(kFolder) && path.find('/', kFolder.size()) == path.npos &&
-           (IsJobData(path) || path.starts_with(kNewJobData) || path.starts_with(kNewCopy) ||
-            path.find(".ppd") != path.npos);
+    return IsUnfinished(path) ||
+           (path.starts_with(kFolder) && path.find('/', kFolder.size()) == path.npos &&
+            (IsJobData(path) || path.starts_with(kNewCopy) || path.find(".ppd") != path.npos));
 }
 
 // When the process started, in the kernel's ticks; empty for one that has ended.
@@ -149,12 +154,14 @@ void RunNotes::Add(File const& file) {
 void RunNotes::Hear(char const* path, char const* target) {
     struct stat status {};
     bool const isOurs = IsJobData(target) || std::string_view(path).starts_with(kNewCopy);
-    if (!isOurs || lstat(path, &status) != 0) {
+    if (!(isOurs || IsUnfinished(path)) || lstat(path, &status) != 0) {
         return;
     }
     try {
         gHearing->Add({path, status.st_dev, status.st_ino});
-        gHearing->Add({target, status.st_dev, status.st_ino});
+        if (isOurs) {
+            gHearing->Add({target, status.st_dev, status.st_ino});
+        }
     } catch (std::bad_alloc const&) {
         return;  // it stays, and the run has other troubles
     }

@@ -51,7 +51,7 @@ bool Same(CFStringRef left, CFStringRef right, CFOptionFlags options) {
 bool IsNameOfPresent(PPDXPopupControl& popup, CFStringRef asked) {
     for (_PopupItem* item = popup.FirstItem(); item != nullptr; item = popup.NextItem()) {
         if (item->HasKeyword(popup.CurrentKeyword()) &&
-            Same(item->mLocalName, asked, kCFCompareCaseInsensitive)) {
+            Same(item->LocalName(), asked, kCFCompareCaseInsensitive)) {
             return popup.TakesUnknownValues();
         }
     }

@@ -41,6 +41,45 @@ std::vector<CFStringRef> KeysOf(CFDictionaryRef items) {
     return texts;
 }
 
+CFTypeRef ValueIn(CFDictionaryRef dictionary, CFStringRef key) {
+    return dictionary == nullptr ? nullptr : CFDictionaryGetValue(dictionary, key);
+}
+
+CFDictionaryRef AsDictionary(CFTypeRef value) {
+    bool const isOne = value != nullptr && CFGetTypeID(value) == CFDictionaryGetTypeID();
+    return isOne ? static_cast<CFDictionaryRef>(value) : nullptr;
+}
+
+// What this run changed wins; all else is as it is there. A printer's choices are a dictionary too,
+// and so merged one by one.
+CFRef<CFDictionaryRef> MergedItems(CFDictionaryRef before, CFDictionaryRef own,
+                                   CFDictionaryRef there) {
+    CFRef<CFMutableDictionaryRef> items(there != nullptr
+                                            ? CFDictionaryCreateMutableCopy(nullptr, 0, there)
+                                            : CFDictionaryCreateMutable(nullptr, 0));
+    for (CFStringRef const key : KeysOf(own)) {
+        CFTypeRef const value = ValueIn(own, key);
+        CFTypeRef const former = ValueIn(before, key);
+        CFDictionaryRef const inside = AsDictionary(ValueIn(there, key));
+        if (IsSame(value, former)) {
+            continue;
+        }
+        if (AsDictionary(value) != nullptr && AsDictionary(former) != nullptr &&
+            inside != nullptr) {
+            CFDictionarySetValue(
+                items, key, MergedItems(AsDictionary(former), AsDictionary(value), inside).Get());
+        } else {
+            CFDictionarySetValue(items, key, value);
+        }
+    }
+    for (CFStringRef const key : KeysOf(before)) {
+        if (ValueIn(own, key) == nullptr) {
+            CFDictionaryRemoveValue(items, key);
+        }
+    }
+    return CFRef<CFDictionaryRef>(items.Release());
+}
+
 }  // namespace
 
 Outcome TicketFile::Read(std::string const& path) {
@@ -100,28 +139,8 @@ CFDictionaryRef TicketFile::Items(CFStringRef name) const {
     return DictionaryIn(mTickets, name);
 }
 
-// What this run changed wins; all else is as it is there.
 CFRef<CFDictionaryRef> TicketFile::Merged(CFStringRef name, CFDictionaryRef there) const {
-    CFDictionaryRef const before = DictionaryIn(mAsRead, name);
-    CFDictionaryRef const own = Items(name);
-    CFRef<CFMutableDictionaryRef> items(there != nullptr
-                                            ? CFDictionaryCreateMutableCopy(nullptr, 0, there)
-                                            : CFDictionaryCreateMutable(nullptr, 0));
-    auto const valueIn = [](CFDictionaryRef dictionary, CFStringRef key) {
-        return dictionary == nullptr ? nullptr : CFDictionaryGetValue(dictionary, key);
-    };
-    for (CFStringRef const key : KeysOf(own)) {
-        CFTypeRef const value = valueIn(own, key);
-        if (!IsSame(value, valueIn(before, key))) {
-            CFDictionarySetValue(items, key, value);
-        }
-    }
-    for (CFStringRef const key : KeysOf(before)) {
-        if (valueIn(own, key) == nullptr) {
-            CFDictionaryRemoveValue(items, key);
-        }
-    }
-    return CFRef<CFDictionaryRef>(items.Release());
+    return MergedItems(DictionaryIn(mAsRead, name), Items(name), there);
 }
 
 OSStatus TicketFile::Fill(CFStringRef name, PMTicketRef ticket) const {

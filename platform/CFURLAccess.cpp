@@ -162,12 +162,15 @@ std::int32_t ReplacementFile::Create(std::string const& folder, struct stat cons
     if (old == nullptr) {
         return 0;
     }
-    // Another's file stays theirs where we may give it away; the mode counts in any case.
-    if (fchown(mDescriptor, old->st_uid, old->st_gid) != 0) {
-        errno = 0;
-    }
     // New bytes don't get the rights of the program that stood there.
-    return fchmod(mDescriptor, old->st_mode & 0777) == 0 ? 0 : errno;
+    mode_t mode = old->st_mode & 0777;
+    // Another's file stays theirs where we may give it away. Else its group's rights aren't for
+    // ours.
+    if (fchown(mDescriptor, old->st_uid, old->st_gid) != 0 &&
+        fchown(mDescriptor, static_cast<uid_t>(-1), old->st_gid) != 0) {
+        mode &= ~static_cast<mode_t>(S_IRWXG);
+    }
+    return fchmod(mDescriptor, mode) == 0 ? 0 : errno;
 }
 
 std::int32_t ReplacementFile::Fill(std::uint8_t const* bytes, std::size_t size) {

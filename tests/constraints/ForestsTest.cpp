@@ -87,12 +87,16 @@ TEST_F(SwitchedRulesTest, AWholeKeyGoesOffAndComesBackEvenWhenToldTwice) {
 TEST_F(SwitchedRulesTest, RulesAgainstOneKeyOrOptionGoOffAndComeBackSorted) {
     mForest.DisableConstraints(kA, kA1, kB, -1);
     EXPECT_EQ(Rules(mForest, kA, kA1), (Pairs{{kC, kC1}}));
-    mForest.DisableConstraints(kA, kA1, kB, -1);
     mForest.EnableConstraints(kA, kA1, kB, kB2);
     EXPECT_EQ(Rules(mForest, kA, kA1), (Pairs{{kB, kB2}, {kC, kC1}}));
     mForest.EnableConstraints(kA, kA1, kB, -1);
     EXPECT_EQ(Rules(mForest, kA, kA1), (Pairs{{kB, kB1}, {kB, kB2}, {kC, kC1}}));
     EXPECT_EQ(Rules(mForest, kB, kB1), (Pairs{{kA, kA1}, {kA, kA2}}));
+    // Each call puts aside what is on by then: told twice, nothing comes back.
+    mForest.DisableConstraints(kA, kA1, kB, -1);
+    mForest.DisableConstraints(kA, kA1, kB, -1);
+    mForest.EnableConstraints(kA, kA1, kB, -1);
+    EXPECT_EQ(Rules(mForest, kA, kA1), (Pairs{{kC, kC1}}));
 }
 
 TEST_F(SwitchedRulesTest, EveryKeyAtOnceAndAnUnknownOne) {

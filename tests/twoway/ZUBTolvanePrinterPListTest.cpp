@@ -243,7 +243,7 @@ bool RunAsUser(TemporaryFolder const& home, Function function) {
                 _exit(2);
             }
         }
-        bool const isUser = getuid() != 0 || setuid(kNobody) == 0;
+        bool const isUser = getuid() != 0 || (setgid(kNobody) == 0 && setuid(kNobody) == 0);
         _exit(isUser && function() ? 0 : 1);
     }
     int status = -1;

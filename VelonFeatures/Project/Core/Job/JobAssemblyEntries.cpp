@@ -101,18 +101,20 @@ bool IsFit(std::string const& key, std::string const& value) {
     return fit;
 }
 
-// Whether nobody chose the value: it is the PPD's default, or can't be chosen.
+// Whether nobody chose the value: it is the PPD's default. Of an option that isn't a list nobody
+// can choose a path or a destination: its value counts as the PPD's own.
 bool IsPPDsOwn(PPDXControl* control) {
     if (auto* const popup = dynamic_cast<PPDXPopupControl*>(control)) {
         char const* const keyword = popup->GetDefaultKeyword();
         char const* const current = popup->CurrentKeyword();
         return keyword != nullptr && current != nullptr && std::strcmp(keyword, current) == 0;
     }
-    return dynamic_cast<PPDXSpecialOption*>(control) != nullptr;
+    return true;
 }
 
-// Makes an empty file at a path that a PPD may have named. Only a regular file of the user's own is
-// touched, whatever stands there; with `keep` one with content is left alone.
+// Makes an empty file at a path that a PPD may have named. Only a regular file of the user's own,
+// with no other name, is touched, whatever stands there; with `keep` one with content is left
+// alone.
 void MakeEmptyFile(char const* path, bool keep) {
     constexpr mode_t kMode = 0777;
     // A pipe without a reader would make the dialog wait, a link would lead elsewhere.
@@ -123,7 +125,7 @@ void MakeEmptyFile(char const* path, bool keep) {
     }
     struct stat found = {};
     if (fstat(file, &found) == 0 && S_ISREG(found.st_mode) && found.st_uid == geteuid() &&
-        !(keep && found.st_size > 0) && ftruncate(file, 0) == 0) {
+        found.st_nlink == 1 && !(keep && found.st_size > 0) && ftruncate(file, 0) == 0) {
         fchmod(file, kMode);
     }
     close(file);
