@@ -29,7 +29,7 @@ Outcome PPDCommand::Run() {
         return Outcome::NotOurs(mReadOptions.ppd + " isn't a PPD of the extension, or is broken");
     }
     ControlSettings settings(ppd.Get(), mReadOptions.ppd, mErr);
-    Outcome const outcome = settings.Apply(mReadOptions.settings);
+    Outcome outcome = settings.Apply(mReadOptions.settings);
     if (!outcome.Ok()) {
         return outcome;
     }
