@@ -35,6 +35,7 @@ std::vector<CFStringRef> KeysOf(CFDictionaryRef items) {
         CFDictionaryGetKeysAndValues(items, keys.data(), values.data());
     }
     std::vector<CFStringRef> texts;
+    texts.reserve(keys.size());
     for (CFTypeRef const key : keys) {
         texts.push_back(static_cast<CFStringRef>(key));
     }

@@ -268,9 +268,11 @@ class ObjectWriter {
     void Value(Json const& value, std::size_t depth) {
         std::string const text = value.dump(2);
         std::string_view rest = text;
-        for (std::size_t end; (end = rest.find('\n')) != std::string_view::npos;) {
+        std::size_t end = rest.find('\n');
+        while (end != std::string_view::npos) {
             mOut << rest.substr(0, end + 1) << std::string_view("    ", 2 * depth);
             rest.remove_prefix(end + 1);
+            end = rest.find('\n');
         }
         mOut << rest;
     }

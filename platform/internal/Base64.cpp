@@ -36,9 +36,9 @@ void AppendBase64(std::uint8_t const* bytes, std::size_t size, std::size_t lineL
         std::size_t const end = std::min(size, line + bytesPerLine);
         for (std::size_t at = line; at < end; at += 3) {
             std::size_t const count = std::min<std::size_t>(3, end - at);
-            std::uint32_t const group = (bytes[at] << 16U) |
-                                        (count > 1 ? bytes[at + 1] << 8U : 0U) |
-                                        (count > 2 ? bytes[at + 2] : 0U);
+            std::uint32_t group = std::uint32_t{bytes[at]} << 16U;
+            group |= count > 1 ? std::uint32_t{bytes[at + 1]} << 8U : 0U;
+            group |= count > 2 ? std::uint32_t{bytes[at + 2]} : 0U;
             char const digits[] = {kAlphabet[group >> 18], kAlphabet[(group >> 12) & 0x3F],
                                    count > 1 ? kAlphabet[(group >> 6) & 0x3F] : kPadding,
                                    count > 2 ? kAlphabet[group & 0x3F] : kPadding};
