@@ -231,15 +231,15 @@ TEST(InterfaceTest, TextConversion) {
 TEST(InterfaceTest, ReaderAndFiles) {
     TemporaryFile const file(kHeader);
     PPDFile onDisk(file.URL());
-    FSSpec spec;
+    FSSpec place;
     short volume = 0;
     long folder = 0;
     char name[FileMac::kNameSize];
-    onDisk.getFileInfo(&spec);
+    onDisk.getFileInfo(&place);
     onDisk.getFileInfo(&volume, &folder, name);
-    EXPECT_TRUE(folder == spec.parID && volume == onDisk.getFileInfo().vRefNum);
+    EXPECT_TRUE(folder == place.parID && volume == onDisk.getFileInfo().vRefNum);
     EXPECT_TRUE(onDisk.getFileName(name) == noErr && onDisk.exists());
-    PPDFile same(spec);
+    PPDFile same(place);
     unsigned long count = 4;
     EXPECT_EQ(same.openDataFork(1), noErr);
     EXPECT_EQ(same.dataForkRead(name, &count), noErr);
@@ -259,9 +259,9 @@ TEST(InterfaceTest, ReaderAndFiles) {
     stream.Setup("y", 1);
     EXPECT_EQ(stream.PeekChar(), 'y');
 
-    PPDPtr const ppd(new ZUBPPD(spec, kParseAll, nullptr));
+    PPDPtr const ppd(new ZUBPPD(place, kParseAll, nullptr));
     EXPECT_TRUE(ppd->IsValidPrinterName() && ppd->IsValidPPD());
-    EXPECT_TRUE(ppd->GetFileSpec(spec) && ppd->GetPPDFileName(name));
+    EXPECT_TRUE(ppd->GetFileSpec(place) && ppd->GetPPDFileName(name));
     EXPECT_STREQ(ppd->PCFileName(), "ZUBTEST.PPD");
     EXPECT_STREQ(ppd->LanguageVersion(), "English");
     EXPECT_STREQ(ppd->LanguageEncoding(), "ISOLatin1");
@@ -277,7 +277,7 @@ TEST(InterfaceTest, ReaderAndFiles) {
     EXPECT_STREQ(ppd->ModelName(), "Own");
     PPDPtr const empty(new ZUBPPD(kParseAll));
     empty->Parse();
-    EXPECT_FALSE(empty->IsValidPPD() || empty->GetFileSpec(spec));
+    EXPECT_FALSE(empty->IsValidPPD() || empty->GetFileSpec(place));
     EXPECT_EQ(ppd->GetErrors()->Count(), 3);
 
     PPDStream text("a/b: \"q\" \"ps\"", 13);

@@ -241,9 +241,9 @@ class ArchiveTest : public testing::Test {
 };
 
 TEST_F(ArchiveTest, EveryEntryHasItsPlaceTagAndBytes) {
-    FSSpec spec = {};
-    ASSERT_TRUE(mPPD->GetFileSpec(spec));
-    auto const* const bytes = reinterpret_cast<std::uint8_t const*>(&spec);
+    FSSpec place = {};
+    ASSERT_TRUE(mPPD->GetFileSpec(place));
+    auto const* const bytes = reinterpret_cast<std::uint8_t const*>(&place);
     EXPECT_EQ(ValueOf(mSettings, 1000, 1002), Bytes(bytes, bytes + 70));
     mSettings.Set(1000, 1002, "-", 1);
     EXPECT_EQ(Listing(mSettings), kListing);
