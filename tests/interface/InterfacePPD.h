@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <memory>
 #include <string>
 
+#include "PPDX/PPDObjects/PPDXErrorObj.h"
+#include "platform/CFRef.h"
 #include "tests/PPDLines.h"
 #include "tests/PPDX/PPDObjects/PPDText.h"
+#include "tests/VelonFeatures/Project/Core/TestSession.h"
 
 // Two of each kind of option but the special one, two pages, and shortcuts to what has a lookup of
 // its own.
@@ -25,4 +29,15 @@ inline PPDPtr ParseTwoOfEach() {
     }
     return ParseBody(body + "*%ParamCustomPrintSize Width: 1 points 72 1000\n" +
                      "*%ZUBSpecialOption *Server: 2.1\n*UIConstraints: *PageSize B *ZUDuplex B\n");
+}
+
+inline std::string Taken(CFStringRef string) {
+    CFRef<CFStringRef> const owned(string);
+    return owned ? Text(owned) : "(null)";
+}
+
+// The text of an error that a parser gave, which goes.
+inline std::string Taken(PPDXErrorObj* error) {
+    std::unique_ptr<PPDXErrorObj> const owned(error);
+    return owned != nullptr ? std::to_string(owned->Code()) : "none";
 }
