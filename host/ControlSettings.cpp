@@ -27,7 +27,7 @@ constexpr char kSameAsPageSize[] = "SameAsPageSize";
 using Pair = std::pair<long, long>;
 
 // A profile that isn't the PPD's own and would end what it stands in.
-bool IsUnfitProfile(PPDXControl& control, CFStringRef asked, std::string const& text) {
+bool IsUnfitProfile(PPDXControl& control, CFStringRef asked, std::string_view text) {
     auto* const popup = dynamic_cast<PPDXPopupControl*>(&control);
     return popup != nullptr && popup->TakesUnknownValues() && !IsPlainProfileText(text) &&
            !popup->HasValue(asked);
@@ -135,18 +135,23 @@ Outcome ControlSettings::Apply(ControlSetting const& setting) {
 }
 
 void ControlSettings::Set(PPDXControl& control, ControlSetting const& setting) {
-    CFRef<CFStringRef> const asked = JsonText::FromUTF8(setting.value);
+    CFRef<CFStringRef> const asked = JsonText::FromUTF8(setting.value.View());
     CFRef<CFStringRef> const before(control.CopyCurrentControlValueString());
     Note(control);
-    if (!IsUnfitProfile(control, asked, setting.value)) {
+    if (!IsUnfitProfile(control, asked, setting.value.View())) {
         control.SetCurrentControlWithCFString(asked);
-        if (StandsAt(control, setting.value)) {
+        if (StandsAt(control, setting.value.View())) {
             return;
         }
     }
     CFRef<CFStringRef> const after(control.CopyCurrentControlValueString());
     bool const stays = !after || !before || CFEqual(after, before);
-    Warn(setting.keyword + " doesn't take " + setting.value + " and " +
+    // What was kept out of the command line isn't told here either.
+    if (!setting.file.empty()) {
+        Warn(setting.keyword + " doesn't take what " + setting.file + " holds");
+        return;
+    }
+    Warn(setting.keyword + " doesn't take " + std::string(setting.value.View()) + " and " +
          (stays ? "stays " : "is now ") + (stays && after ? "at " : "") +
          (after ? JsonText::ToUTF8(after) : std::string("unset")));
 }
