@@ -293,6 +293,21 @@ void DescribePrint(CLI::App& app, PrintOptions& options) {
         ->capture_default_str();
 }
 
+void DescribeUnpack(CLI::App& app, UnpackOptions& options) {
+    app.add_option("TEXT", options.text,
+                   "The record, as it stands behind %%ZUBUATag:; - is standard input")
+        ->required();
+}
+
+void DescribeDecryptNote(CLI::App& app, DecryptNoteOptions& options) {
+    app.add_option("--ppd", options.ppd, "The printer's PPD, which chooses cipher and key")
+        ->required()
+        ->type_name("PPD");
+    app.add_flag("--aes", options.isAES, "The note is one with AESEncrypt");
+    app.add_option("HEX", options.digits, "The hexadecimal digits; - is standard input")
+        ->required();
+}
+
 }  // namespace
 
 std::optional<ExitStatus> CommandLine::Parse(int argc, char const* const* argv, std::ostream& out,
@@ -314,6 +329,12 @@ std::optional<ExitStatus> CommandLine::Parse(int argc, char const* const* argv, 
     DescribePrint(*add(Command::kPrint, "print",
                        "Run one dialog without a window and print the path of the job data file"),
                   mPrint);
+    DescribeUnpack(*add(Command::kUnpack, "unpack",
+                        "Print what a packed user authentication record holds, as JSON"),
+                   mUnpack);
+    DescribeDecryptNote(
+        *add(Command::kDecryptNote, "decrypt-note", "Print the plain text of an enciphered note"),
+        mDecryptNote);
     try {
         app.parse(argc, argv);
     } catch (CLI::CallForHelp const&) {

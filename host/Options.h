@@ -48,6 +48,18 @@ struct SolveOptions : ReadOptions {
     bool test = false;  // search for nothing
 };
 
+// What `zubprint unpack` was told.
+struct UnpackOptions {
+    std::string text;  // the record, "-" for standard input
+};
+
+// What `zubprint decrypt-note` was told.
+struct DecryptNoteOptions {
+    std::string ppd;
+    std::string digits;  // hexadecimal, "-" for standard input
+    bool isAES = false;  // the note asks for AES where the PPD names no algorithm
+};
+
 // Pages on a sheet.
 struct PageLayout {
     int rows;

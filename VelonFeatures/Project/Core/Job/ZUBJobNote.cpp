@@ -4,14 +4,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/Controls/PPDXJobNote.h"
-#include "PPDX/PPDObjects/Controls/PPDXSpecialOption.h"
-#include "PPDX/PPDObjects/ZUBPPD.h"
 #include "VelonFeatures/Project/Core/ControlLookup.h"
 #include "VelonFeatures/Project/Core/PDEData.h"
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
-#include "ZUBUtils/PPDUtils/CString.h"
 #include "ZUBUtils/PPDUtils/StringUtils.h"
 #include "ciphers/NoteCipher.h"
 
@@ -28,22 +24,7 @@ std::size_t TakeText(char const* text, char* out) {
     return view.empty() ? 0 : view.size() + 1;
 }
 
-// The text of a special option; null without PPD or option.
-char const* SpecialOptionText(ZUBPPD* ppd, char const* keyword) {
-    PPDXControls* const controls = ControlsOf(ppd);
-    PPDXSpecialOption* const option =
-        controls == nullptr ? nullptr : controls->FindSpecialOption(keyword, true);
-    return option == nullptr               ? nullptr
-           : option->GetValue() == nullptr ? ""
-                                           : option->GetValue()->GetCharData();
-}
-
 }  // namespace
-
-bool IsSpecialOptionTrue(ZUBPPD* ppd, char const* keyword) {
-    char const* const text = SpecialOptionText(ppd, keyword);
-    return text != nullptr && std::strcmp(text, "True") == 0;
-}
 
 ZUBJobNote::ZUBJobNote(PPDXJobNote* control, bool flag, ZUBPPD* ppd)
     : mControl(control), mNotesOn(flag || control->GetNotesOnValue()), mPPD(ppd) {

@@ -36,10 +36,6 @@ constexpr std::array<NoteKeyword, 9> gKeywordMap = {{
 static_assert(std::string_view(gKeywordMap[kUserNameRow].keyword) == "*ZUUserAuthName");
 static_assert(std::string_view(gKeywordMap[kPasswordRow].keyword) == "*ZUUserAuthPwd");
 
-// Whether the PPD tells the print server's ability under this name, as "True". Leaves the
-// process's display option at 1.
-bool IsSpecialOptionTrue(ZUBPPD* ppd, char const* keyword);
-
 // A note of the PPD on its way into one job.
 class ZUBJobNote : public LinkElement_Dual {
   public:

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "host/SecretCommands.h"
+
+#include <array>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+#include "PPDX/PPDObjects/Controls/PPDXUserAuthLib/PPDXUserAuthLib.h"
+#include "PPDX/PPDObjects/ZUBPPD.h"
+#include "VelonFeatures/Project/Core/ControlLookup.h"
+#include "ciphers/NoteCipher.h"
+#include "host/HostFiles.h"
+#include "host/JsonText.h"
+#include "host/PPDCommand.h"
+#include "host/SettingFiles.h"
+
+namespace {
+
+// A text that may have come with its comment's line end, or cut into lines.
+Outcome ReadArgument(std::string const& argument, WipedText& text) {
+    if (argument == "-") {
+        return SettingFiles::ReadText("-", text);
+    }
+    text = WipedText(argument);
+    return Outcome::Done();
+}
+
+std::string InHex(std::array<unsigned char, kUALIdentifierSize> const& bytes) {
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    std::string hex;
+    for (unsigned char const byte : bytes) {
+        hex += kDigits[byte >> 4];
+        hex += kDigits[byte & 15];
+    }
+    return hex;
+}
+
+}  // namespace
+
+Outcome UnpackCommand::Run() {
+    WipedText text;
+    if (Outcome outcome = ReadArgument(mOptions.text, text); !outcome.Ok()) {
+        return outcome;
+    }
+    char* user = nullptr;
+    char* password = nullptr;
+    char* domain = nullptr;
+    UAL_DomainType type{};
+    std::array<unsigned char, kUALIdentifierSize> identifier{};
+    if (UAL_UnpackAndDecrypt(text.CStr(), &user, &password, &domain, &type, identifier.data()) !=
+        0) {
+        return Outcome::Failed("this is no user authentication record of this build's keys");
+    }
+    Json record;
+    record["user"] = JsonText::Bytes(user);
+    record["password"] = JsonText::Bytes(password);
+    record["domain"] = JsonText::Bytes(domain);
+    record["domainType"] = static_cast<long>(type);
+    record["identifier"] = InHex(identifier);
+    for (char** const part : {&user, &password, &domain}) {
+        AUTH_freeBuffer(part);
+    }
+    mOut << record.dump() << '\n';
+    return Outcome::Done();
+}
+
+Outcome DecryptNoteCommand::Run() {
+    if (Outcome outcome = HostFiles::CheckReadable(mOptions.ppd); !outcome.Ok()) {
+        return outcome;
+    }
+    WipedText digits;
+    if (Outcome outcome = ReadArgument(mOptions.digits, digits); !outcome.Ok()) {
+        return outcome;
+    }
+    ParsedPPD const ppd(mOptions.ppd, kParseAll, {});
+    if (!ppd->IsValidPPD()) {
+        return Outcome::NotOurs(mOptions.ppd + " isn't a PPD of the extension, or is broken");
+    }
+    NoteCipherChoice const choice = {
+        .algorithm = SpecialOptionText(&ppd.Get(), "*UseSpecialAlgorithm"),
+        .key = SpecialOptionText(&ppd.Get(), "*UseSpecialKey"),
+        .isAES = mOptions.isAES,
+    };
+    WipedText text;
+    if (!DecipherNote(digits.CStr(), choice, text)) {
+        return Outcome::Failed("this is no enciphered note of this build's keys and " +
+                               mOptions.ppd);
+    }
+    mOut << text.View() << '\n';
+    return Outcome::Done();
+}
