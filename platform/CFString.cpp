@@ -168,6 +168,7 @@ std::size_t DecimalLength(std::string const& text) {
 
 using platform::NewObject;
 using platform::TextOf;
+using platform::UTF16Text;
 using platform::WithoutExceptions;
 
 CFStringRef CFStringCreateWithCharacters(CFAllocatorRef, char16_t const* characters,
