@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "ciphers/KeyMaterial.h"
+#include "platform/Wiping.h"
 
 namespace {
 
@@ -52,7 +53,7 @@ CSSM_RETURN CreateSymmetricContext(CSSM_CSP_HANDLE handle, CSSM_KEY const* key,
 
 void WipeAndFree(CSSM_DATA& data) {
     if (data.Data != nullptr) {
-        WipeMemory(data.Data, data.Length);
+        Wipe(data.Data, data.Length);
         appFree(data.Data, nullptr);
     }
     data = {};

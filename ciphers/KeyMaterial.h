@@ -8,10 +8,11 @@
 // The fixed key material. These are placeholders: whoever ships the plug-in puts in the values that
 // the readers of what it writes have.
 
-// Notes in presets: the salt and the initialisation vector of the string cipher, and the pass
-// phrase, a GUID as text.
-inline constexpr std::string_view kPresetSalt = "ZUBSALT0";
-inline constexpr std::array<std::uint8_t, 16> kPresetInitialisationVector = {
-    0x00, 0x01, 0x02, 0x03, 0x04, 0x05, 0x06, 0x07, 0x08, 0x09, 0x0A, 0x0B, 0x0C, 0x0D, 0x0E, 0x0F};
-inline constexpr std::string_view kPresetKey = "00000000-0000-4000-8000-000000000000";
+// Stored presets of job notes: the pass phrase, in the form of a GUID, and of the key that is
+// derived from it the salt, 8 ASCII characters; the initialisation vector of the cipher.
+constexpr std::string_view kPresetKey = "00010203-0405-0607-0809-0A0B0C0D0E0F";
+constexpr std::string_view kPresetSalt = "01234567";
+constexpr std::array<std::uint8_t, 16> kPresetInitialisationVector = {
+    0xE0, 0xE1, 0xE2, 0xE3, 0xE4, 0xE5, 0xE6, 0xE7, 0xE8, 0xE9, 0xEA, 0xEB, 0xEC, 0xED, 0xEE, 0xEF,
+};
 static_assert(kPresetSalt.size() == 8 && kPresetKey.size() == 36);

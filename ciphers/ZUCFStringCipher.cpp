@@ -8,6 +8,7 @@
 #include "ciphers/CdsaLayer.h"
 #include "ciphers/ZUCFBase64.h"
 #include "platform/CFRef.h"
+#include "platform/Wiping.h"
 
 namespace {
 
@@ -17,11 +18,6 @@ constexpr CFIndex kMaximumUTF8PerUnit = 3;
 // The UTF-8 bytes of a text, wiped at the end.
 class PlainBytes {
   public:
-    PlainBytes() = default;
-    PlainBytes(PlainBytes const&) = delete;
-    PlainBytes& operator=(PlainBytes const&) = delete;
-    ~PlainBytes() { WipeMemory(mBytes.data(), mBytes.size()); }
-
     // False for a text that has no UTF-8 form. A null text is the empty one. May throw.
     bool Take(CFStringRef text) {
         CFIndex const length = CFStringGetLength(text);
@@ -32,7 +28,7 @@ class PlainBytes {
     CSSM_DATA Data() { return {static_cast<std::size_t>(mUsed), mBytes.data()}; }
 
   private:
-    std::vector<std::uint8_t> mBytes;
+    std::vector<std::uint8_t, WipingAllocator<std::uint8_t>> mBytes;
     CFIndex mUsed = 0;
 };
 
@@ -48,7 +44,7 @@ class CipherSession {
         }
         cdsaFreeKey(mHandle, &mKey);
         if (mOutput.Data != nullptr) {
-            WipeMemory(mOutput.Data, mOutput.Length);
+            Wipe(mOutput.Data, mOutput.Length);
             appFree(mOutput.Data, nullptr);
         }
         cdsaCspDetach(mHandle);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/CryptoService.h"
 
-#include <openssl/crypto.h>
 #include <openssl/evp.h>
 
 #include <atomic>
@@ -13,30 +12,27 @@
 #include <vector>
 
 #include "platform/Testing.h"
+#include "platform/Wiping.h"
 #include "platform/internal/CFRuntime.h"
 
 struct OpaqueCSP {
     CSSM_API_MEMORY_FUNCS memory;
 };
 
+using SecretBytes = std::vector<std::uint8_t, WipingAllocator<std::uint8_t>>;
+
 struct OpaqueCryptoContext {
     enum class Kind { kDeriveKey, kSymmetric };
 
-    OpaqueCryptoContext(Kind theKind, CSSM_CSP_HANDLE owner, std::vector<std::uint8_t> theBytes,
-                        std::vector<std::uint8_t> theVector)
+    OpaqueCryptoContext(Kind theKind, CSSM_CSP_HANDLE owner, SecretBytes theBytes,
+                        SecretBytes theVector)
         : kind(theKind), csp(owner), bytes(std::move(theBytes)), vector(std::move(theVector)) {}
-    OpaqueCryptoContext(OpaqueCryptoContext const&) = delete;
-    OpaqueCryptoContext& operator=(OpaqueCryptoContext const&) = delete;
-    ~OpaqueCryptoContext() {
-        WipeMemory(bytes.data(), bytes.size());
-        WipeMemory(vector.data(), vector.size());
-    }
 
     Kind kind;
-    CSSM_CSP_HANDLE csp;               // not owned
-    std::vector<std::uint8_t> bytes;   // the salt, or the key
-    std::vector<std::uint8_t> vector;  // of a symmetric context
-    std::uint32_t keySize = 0;         // bytes of the key to derive
+    CSSM_CSP_HANDLE csp;        // not owned
+    SecretBytes bytes;          // the salt, or the key
+    SecretBytes vector;         // of a symmetric context
+    std::uint32_t keySize = 0;  // bytes of the key to derive
     std::uint32_t iterations = 0;
 };
 
@@ -75,9 +71,8 @@ bool IsWhole(CSSM_DATA const* data) {
            (data->Data != nullptr || data->Length == 0);
 }
 
-std::vector<std::uint8_t> CopyOf(CSSM_DATA const& data) {
-    return data.Length == 0 ? std::vector<std::uint8_t>()
-                            : std::vector<std::uint8_t>(data.Data, data.Data + data.Length);
+SecretBytes CopyOf(CSSM_DATA const& data) {
+    return data.Length == 0 ? SecretBytes() : SecretBytes(data.Data, data.Data + data.Length);
 }
 
 // A block from the memory functions of the attached module; it goes back to them, wiped, unless it
@@ -91,7 +86,7 @@ class ModuleBlock {
     ModuleBlock& operator=(ModuleBlock const&) = delete;
     ~ModuleBlock() {
         if (mBytes != nullptr) {
-            WipeMemory(mBytes, mSize);
+            Wipe(mBytes, mSize);
             mMemory.free_func(mBytes, mMemory.AllocRef);
         }
     }
@@ -174,10 +169,6 @@ constinit CSSM_GUID const gGuidAppleCSP = {
 void FailCryptoCall(char const* name, OSStatus status) {
     platform::gFailure = status;
     platform::gFailingCall = name;
-}
-
-void WipeMemory(void* bytes, std::size_t size) {
-    OPENSSL_cleanse(bytes, size);
 }
 
 CSSM_RETURN CSSM_Init(CSSM_VERSION const* version, CSSM_PRIVILEGE_SCOPE, CSSM_GUID const* caller) {
@@ -297,7 +288,7 @@ CSSM_RETURN CSSM_FreeKey(CSSM_CSP_HANDLE handle, CSSM_KEY* key) {
         return CSSMERR_CSSM_INVALID_POINTER;
     }
     if (key->KeyData.Data != nullptr) {
-        WipeMemory(key->KeyData.Data, key->KeyData.Length);
+        Wipe(key->KeyData.Data, key->KeyData.Length);
         handle->memory.free_func(key->KeyData.Data, handle->memory.AllocRef);
     }
     *key = {};

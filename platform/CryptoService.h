@@ -133,6 +133,3 @@ CSSM_RETURN CSSM_DecryptData(CSSM_CC_HANDLE context, CSSM_DATA const* input, CSS
                              CSSM_DATA* remainder);
 // Wipes what the context holds. It is gone whatever comes back.
 CSSM_RETURN CSSM_DeleteContext(CSSM_CC_HANDLE context);
-
-// Overwrites bytes in a way that no compiler leaves out.
-void WipeMemory(void* bytes, std::size_t size);
