@@ -17,3 +17,7 @@ void SetUserName(char const* name);
 
 // The number of platform objects alive, for tests of ownership. Constants don't count.
 long LiveObjectCount();
+
+// From now on the call of the crypto service with this name (a literal, "CSSM_DeriveKey") fails
+// with `status`; null for none. One that takes something back does so all the same.
+void FailCryptoCall(char const* name, OSStatus status);
