@@ -12,6 +12,9 @@ void SetSystemTextEncoding(TextEncoding encoding);
 // one fails, and only that one; -1 for never.
 void FailCreationAfter(long count);
 
+// The user's name for CSCopyUserName, in UTF-8; null goes back to the account's.
+void SetUserName(char const* name);
+
 // The number of platform objects alive, for tests of ownership. Constants don't count.
 long LiveObjectCount();
 

@@ -8,8 +8,8 @@ commit.
 
 import dataclasses
 
-from inspect_model import (CustomPageSize, Item, NoSuchControl, Popup, Range,
-                           Reader, SpecialOption, latin, to_long)
+from inspect_model import (CustomPageSize, Item, JobNote, NoSuchControl, Popup,
+                           Range, Reader, SpecialOption, latin, to_long)
 
 HELD_BACK, FEATURE, COMMENT, DESTINATION = -9, 81, 501, 900
 CLOSING = (72, 73)
@@ -180,9 +180,16 @@ class Dialog:
                 self.doubt("a special control at no value")
                 continue
             text = control.value_text()
+            self.add_note(keyword)
             repeated = control.current.keyword
             control.items.append(Item(repeated, text, None))
             control.select_keyword(repeated)
+
+    def add_note(self, keyword):
+        """A note of the same keyword, which nothing here looks up by it."""
+        if not any(isinstance(c, JobNote) and c.keyword == keyword
+                   for c in self.ppd.controls):
+            self.ppd.place_note(keyword, [], None, None, ("", 700, 0, 0), None)
 
     def set_value(self, keyword, text):
         return self.ppd.set_value(keyword, text)
@@ -237,7 +244,8 @@ class Dialog:
     def add_controls(self):
         walk = self.walk()
         if walk:
-            if walk[0].keyword != b"*Collate":
+            if walk[0].keyword != b"*Collate" and \
+                    not isinstance(walk[0], JobNote):
                 self.add_control(walk[0])
             if "indesign" in self.host.bundle_id.lower() and \
                     self.orientation not in (1, 3):
@@ -250,7 +258,8 @@ class Dialog:
             self.add(FEATURE, source)
         for control in walk[1:]:
             keyword = control.keyword
-            if not is_special(keyword) and keyword not in APART:
+            if not isinstance(control, JobNote) and \
+                    not is_special(keyword) and keyword not in APART:
                 self.add_control(control)
             elif keyword == b"*ZUOrientation" and \
                     not NO_DRIVER_UI.intersection(control.flags):
