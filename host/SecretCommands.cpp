@@ -17,6 +17,7 @@
 #include "host/JsonText.h"
 #include "host/PPDCommand.h"
 #include "host/SettingFiles.h"
+#include "platform/Wiping.h"
 
 namespace {
 
@@ -81,15 +82,16 @@ Outcome DecryptNoteCommand::Run() {
         return Outcome::NotOurs(mOptions.ppd + " isn't a PPD of the extension, or is broken");
     }
     NoteCipherChoice const choice = {
-        .algorithm = SpecialOptionText(&ppd.Get(), "*UseSpecialAlgorithm"),
-        .key = SpecialOptionText(&ppd.Get(), "*UseSpecialKey"),
-        .isAES = mOptions.isAES,
+        .specialAlgorithm = SpecialOptionText(&ppd.Get(), "*UseSpecialAlgorithm"),
+        .specialKey = SpecialOptionText(&ppd.Get(), "*UseSpecialKey"),
+        .hasAESFlag = mOptions.isAES,
     };
-    WipedText text;
-    if (!DecipherNote(digits.CStr(), choice, text)) {
+    char text[kNoteCipherSize];
+    WipeAtEnd const wiped(text);
+    if (!DecipherNote(digits.View(), choice, text)) {
         return Outcome::Failed("this is no enciphered note of this build's keys and " +
                                mOptions.ppd);
     }
-    mOut << text.View() << '\n';
+    mOut << text << '\n';
     return Outcome::Done();
 }

@@ -1,12 +1,24 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PPDX/PPDObjects/Controls/PresetCipher.h"
 
-// TEMPORARY: until the string cipher is there, nothing is enciphered, so presets leave notes out.
+#include "ciphers/KeyMaterial.h"
+#include "ciphers/ZUCFStringCipher.h"
+#include "platform/CFRef.h"
 
-CFStringRef PresetCipher::CopyEnciphered(CFStringRef) {
-    return nullptr;
+namespace {
+
+CFRef<CFStringRef> PassPhrase() {
+    return CFRef<CFStringRef>(CFStringCreateWithBytes(
+        nullptr, reinterpret_cast<std::uint8_t const*>(kPresetKey.data()),
+        static_cast<CFIndex>(kPresetKey.size()), kCFStringEncodingASCII, false));
 }
 
-CFStringRef PresetCipher::CopyDeciphered(CFStringRef) {
-    return nullptr;
+}  // namespace
+
+CFStringRef PresetCipher::CopyEnciphered(CFStringRef text) {
+    return ZUCFCreateEncryptedString(text, PassPhrase());
+}
+
+CFStringRef PresetCipher::CopyDeciphered(CFStringRef text) {
+    return ZUCFCreateDecryptedString(text, PassPhrase());
 }

@@ -63,9 +63,14 @@ bool ZUBJobNote::encryptNote(char const* in, WipedText& out) const {
         return false;
     }
     NoteCipherChoice const choice = {
-        .algorithm = SpecialOptionText(mPPD, "*UseSpecialAlgorithm"),
-        .key = SpecialOptionText(mPPD, "*UseSpecialKey"),
-        .isAES = mControl->IsAESEncrypt() != 0,
+        .specialAlgorithm = SpecialOptionText(mPPD, "*UseSpecialAlgorithm"),
+        .specialKey = SpecialOptionText(mPPD, "*UseSpecialKey"),
+        .hasAESFlag = mControl->IsAESEncrypt() != 0,
     };
-    return EncipherNote(in, choice, out);
+    char digits[kNoteDigitsSize];
+    if (!EncipherNote(in, choice, digits)) {
+        return false;
+    }
+    out.Append(NoteDigits(digits));
+    return true;
 }

@@ -55,6 +55,11 @@ class JobNotesTest : public JobFixture {
                                std::string const& code) {
         return "%%BeginFeature: " + keyword + " " + text + "\n" + code + "\n%%EndFeature\n";
     }
+    static std::string Enciphered(char const* text, NoteCipherChoice const& choice) {
+        char digits[kNoteDigitsSize];
+        EXPECT_TRUE(EncipherNote(text, choice, digits));
+        return std::string(NoteDigits(digits));
+    }
     static std::string Hex(std::string_view text) {
         static constexpr char kDigits[] = "0123456789ABCDEF";
         std::string hex;
@@ -171,9 +176,7 @@ TEST_F(JobNotesTest, AnEncipheredNoteIsACipherInCommentAndCode) {
     for (auto const& [flags, options, choice] : cases) {
         OpenNotes(options + Note("DeptPassword", flags, "<*DeptPassword> key"));
         NoteOf("*DeptPassword").SetNotes("Geheim");
-        WipedText cipher;
-        ASSERT_TRUE(EncipherNote("Geheim", choice, cipher));
-        std::string const digits(cipher.View());
+        std::string const digits = Enciphered("Geheim", choice);
         Pairs const expected = {
             {kComment, "%%DeptPassword: " + digits + "\n"},
             {kFeature, Feature("*DeptPassword", digits, "<" + Hex(digits) + "> key")},
@@ -262,9 +265,7 @@ TEST_F(UserRecordTest, ACopierGetsTheCodeOfBothNotes) {
     OpenUser(true, true, "Password|Encrypt");
     NoteOf("*ZUUserAuthName").SetNotes("ann/:x");
     NoteOf("*ZUUserAuthPwd").SetNotes("secret");
-    WipedText cipher;
-    ASSERT_TRUE(EncipherNote("secret", {nullptr, nullptr, false}, cipher));
-    std::string const digits(cipher.View());
+    std::string const digits = Enciphered("secret", {});
     Pairs const notes = Notes();
     ASSERT_EQ(3U, notes.size());
     EXPECT_EQ(Feature("*ZUUserAuthName", "ann//:x", "<" + Hex("ann//:x") + "> name"),
