@@ -7,8 +7,10 @@
 #include "PPDX/PPDObjects/Controls/PPDText.h"
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "PPDX/PPDObjects/Controls/PPDXJobNote.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
+#include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "ZUBUtils/PPDUtils/PlainText.h"
 #include "constraints/ConstraintsEngine.h"
 #include "constraints/UIConstraints.h"
@@ -140,6 +142,7 @@ void ControlSettings::Set(PPDXControl& control, ControlSetting const& setting) {
     Note(control);
     if (!IsUnfitProfile(control, asked, setting.value.View())) {
         control.SetCurrentControlWithCFString(asked);
+        FillNote(control.Keyword(), asked);
         if (StandsAt(control, setting.value.View())) {
             return;
         }
@@ -154,6 +157,16 @@ void ControlSettings::Set(PPDXControl& control, ControlSetting const& setting) {
     Warn(setting.keyword + " doesn't take " + std::string(setting.value.View()) + " and " +
          (stays ? "stays " : "is now ") + (stays && after ? "at " : "") +
          (after ? JsonText::ToUTF8(after) : std::string("unset")));
+}
+
+void ControlSettings::FillNote(char const* keyword, CFStringRef value) {
+    bool const isProfile = std::ranges::any_of(
+        kSpecialChromvaleKeywords,
+        [keyword](char const* special) { return std::strcmp(special, keyword) == 0; });
+    PPDXJobNote* const note = GetFindJobNote(mPPD.GetControls(), keyword, true);
+    if (mFillsNotes && isProfile && note != nullptr) {
+        note->SetUTF8Notes(value);
+    }
 }
 
 void ControlSettings::ApplyPaperFeed(std::string const& keyword) {

@@ -132,6 +132,9 @@ Outcome PrintCommand::MakeChoices(DialogSession& dialog, std::size_t& warnings) 
     }
     ControlSettings settings(*ppd, mOptions.ppd, mErr);
     settings.NoteKept();
+    if (DialogSession::IsTwoWay()) {
+        settings.FillNotesOfProfiles();
+    }
     Outcome outcome = settings.Apply(mSettings);
     if (std::string const feed = dialog.PaperFeed(); outcome.Ok() && !feed.empty()) {
         settings.ApplyPaperFeed(feed);
