@@ -203,9 +203,10 @@ void ZUBPPD::TakeNoteCompanion(char const* keyword, NoteLine& note) {
 // ---- Into the tree ----
 
 PPDXErrorObj* ZUBPPD::PlaceNote(NoteLine& note, PointerList& flags, PPDXGroup* group) {
+    CString encoding(LanguageEncoding());
     auto* const control = new (std::nothrow)
         PPDXJobNote(note.keyword, note.name, flags, note.code.bytes.get(), note.code.size,
-                    note.defaultText.get(), mLanguageEncoding, true, note.maximum,
+                    note.defaultText.get(), &encoding, true, note.maximum,
                     static_cast<JobNoteFlag>(note.flags), note.minimum);
     if (control == nullptr) {
         return new PPDXErrorObj(kOutOfMemory, note.keyword, false);

@@ -1527,7 +1527,7 @@ class Reader:
         if first is None:
             return []
         return [c for c in self.shortcuts[first:]
-                if isinstance(c, (Popup, Boolean))]
+                if isinstance(c, (Popup, JobNote, Boolean))]
 
     def is_valid(self):
         return self.header_accepted and not any(p.fatal for p in self.problems)

@@ -12,10 +12,11 @@
 #include <vector>
 
 #include "PPDX/PPDObjects/Controls/ControlRecord.h"
-#include "PPDX/PPDObjects/Controls/PresetCipher.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "ZUBUtils/PPDUtils/ClampTo32Bits.h"
 #include "ZUBUtils/PPDUtils/WipedText.h"
+#include "ciphers/KeyMaterial.h"
+#include "ciphers/ZUCFStringCipher.h"
 #include "platform/CFRef.h"
 #include "platform/UserIdentity.h"
 #include "platform/Wiping.h"
@@ -89,7 +90,13 @@ CString* NewConverted(CFStringRef string, CFStringEncoding encoding) {
     }
 }
 
-// The place of the comment's head for a note without a template; empty for none.
+CFRef<CFStringRef> CopyPresetKey() {
+    return CFRef<CFStringRef>(CFStringCreateWithBytes(
+        nullptr, reinterpret_cast<std::uint8_t const*>(kPresetKey.data()),
+        static_cast<CFIndex>(kPresetKey.size()), kCFStringEncodingASCII, false));
+}
+
+// The head of the comment for a note without a template; empty for none.
 std::string_view CommentHead(std::uint32_t flags, std::string_view keyword) {
     for (FlagComment const& row : kFlagComments) {
         if ((flags & row.flag) != 0) {
@@ -241,7 +248,7 @@ CFStringRef PPDXJobNote::CopyCurrentControlValueString() {
 
 CFStringRef PPDXJobNote::CopyPresetValueString() {
     CFRef<CFStringRef> const value(CopyCurrentControlValueString());
-    return value ? PresetCipher::CopyEnciphered(value) : nullptr;
+    return value ? ZUCFCreateEncryptedString(value, CopyPresetKey()) : nullptr;
 }
 
 void PPDXJobNote::SetPresetValueString(CFStringRef value) {
@@ -252,7 +259,7 @@ void PPDXJobNote::SetPresetValueString(CFStringRef value) {
         SetCurrentControlWithCFString(value);
         return;
     }
-    CFRef<CFStringRef> const plain(PresetCipher::CopyDeciphered(value));
+    CFRef<CFStringRef> const plain(ZUCFCreateDecryptedString(value, CopyPresetKey()));
     if (plain) {
         SetCurrentControlWithCFString(plain);
     }

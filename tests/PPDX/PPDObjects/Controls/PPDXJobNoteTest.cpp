@@ -160,6 +160,22 @@ TEST(PPDXJobNoteTest, PresetsOfTheThreeSharedKeywordsArePlain) {
     }
 }
 
+TEST(PPDXJobNoteTest, APresetHidesTheTextAndGivesItBack) {
+    for (char const* text : {"secret", "J\x9Frg", ""}) {
+        auto const note = NewNote("*N", {"", text});
+        CFRef<CFStringRef> const stored(note->CopyPresetValueString());
+        ASSERT_TRUE(stored);
+        note->SetNotes("other");
+        TakeReportedChanges();
+        note->SetPresetValueString(stored);
+        EXPECT_STREQ(note->GetNotes(), text);
+        auto const shared = NewNote("*ZUSimulation");
+        shared->SetPresetValueString(stored);
+        EXPECT_EQ(shared->GetNotes(), TextOf(CFStringCreateCopy(nullptr, stored)));
+        EXPECT_STRNE(shared->GetNotes(), text);
+    }
+}
+
 TEST(PPDXJobNoteTest, AnArchiveKeepsAllOfANote) {
     Settings settings;
     auto const note = NewNote("*N", {"%%<*N>\n", "first", kNotePassword | kNoteAESEncrypt});
