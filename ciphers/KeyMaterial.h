@@ -1,18 +1,41 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <type_traits>
 
-// The fixed key material. These are placeholders: whoever ships the plug-in puts in the values that
-// the readers of what it writes have.
+// All tables and keys that a print server decides. They come from PlaceholderKeys.h, or from the
+// header that the build was told to take in its place (CMake: ZUB_KEY_MATERIAL), which names the
+// same constants.
+#ifdef ZUB_KEY_MATERIAL_HEADER
+#include ZUB_KEY_MATERIAL_HEADER
+#else
+#include "ciphers/PlaceholderKeys.h"
+#endif
 
-// Stored presets of job notes: the pass phrase, in the form of a GUID, and of the key that is
-// derived from it the salt, 8 ASCII characters; the initialisation vector of the cipher.
-constexpr std::string_view kPresetKey = "00010203-0405-0607-0809-0A0B0C0D0E0F";
-constexpr std::string_view kPresetSalt = "01234567";
-constexpr std::array<std::uint8_t, 16> kPresetInitialisationVector = {
-    0xE0, 0xE1, 0xE2, 0xE3, 0xE4, 0xE5, 0xE6, 0xE7, 0xE8, 0xE9, 0xEA, 0xEB, 0xEC, 0xED, 0xEE, 0xEF,
-};
-static_assert(kPresetSalt.size() == 8 && kPresetKey.size() == 36);
+template <std::size_t kSize>
+using KeyBytes = std::array<std::uint8_t, kSize> const;
+
+static_assert(std::is_same_v<decltype(kNoteKeyTable), KeyBytes<120>>, "120 bytes");
+static_assert(std::is_same_v<decltype(kNoteVectorTable), KeyBytes<48>>, "48 bytes");
+static_assert(std::is_same_v<decltype(kUserAuthFixedKey), KeyBytes<32>>, "32 bytes");
+static_assert(std::is_same_v<decltype(kPresetInitialisationVector), KeyBytes<16>>, "16 bytes");
+
+constexpr bool IsASCIIText(std::string_view text) {
+    return std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
+}
+// 8-4-4-4-12 hexadecimal digits.
+constexpr bool HasGUIDForm(std::string_view text) {
+    constexpr std::string_view kForm = "dddddddd-dddd-dddd-dddd-dddddddddddd";
+    return std::ranges::equal(text, kForm, [](char c, char form) {
+        return form == '-'
+                   ? c == '-'
+                   : (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
+    });
+}
+static_assert(HasGUIDForm(kPresetKey), "36 characters in the form of a GUID");
+static_assert(kPresetSalt.size() == 8 && IsASCIIText(kPresetSalt), "8 ASCII characters");
