@@ -30,7 +30,7 @@ Outcome ReadArgument(std::string const& argument, WipedText& text) {
     return Outcome::Done();
 }
 
-std::string InHex(std::array<unsigned char, kUALIdentifierSize> const& bytes) {
+std::string InHex(std::array<unsigned char, kGUIDSize> const& bytes) {
     constexpr std::string_view kDigits = "0123456789abcdef";
     std::string hex;
     for (unsigned char const byte : bytes) {
@@ -51,7 +51,7 @@ Outcome UnpackCommand::Run() {
     char* password = nullptr;
     char* domain = nullptr;
     UAL_DomainType type{};
-    std::array<unsigned char, kUALIdentifierSize> identifier{};
+    std::array<unsigned char, kGUIDSize> identifier{};
     if (UAL_UnpackAndDecrypt(text.CStr(), &user, &password, &domain, &type, identifier.data()) !=
         0) {
         return Outcome::Failed("this is no user authentication record of this build's keys");

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "PPDX/PPDObjects/Controls/PPDXUserAuthLib/PPDXUserAuthLib.h"
+#include "host/Zubprint.h"
 #include "tests/host/HostFixture.h"
 
 namespace {

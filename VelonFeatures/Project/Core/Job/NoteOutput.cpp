@@ -11,6 +11,7 @@
 
 #include "PPDX/PPDObjects/Controls/PPDXJobNote.h"
 #include "PPDX/PPDObjects/Controls/PPDXUserAuthLib/PPDXUserAuthLib.h"
+#include "VelonFeatures/Project/Core/ControlLookup.h"
 #include "VelonFeatures/Project/Core/Job/NoteText.h"
 #include "VelonFeatures/Project/Core/Job/ZUBJobNote.h"
 #include "VelonFeatures/Project/Core/Warning.h"
@@ -166,12 +167,11 @@ NoteOutput::Comment NoteOutput::UserName(ZUBJobNote& note, WipedText text) {
 }
 
 NoteOutput::Comment NoteOutput::Password(WipedText const& text, WipedText line) {
-    constexpr UAL_DomainType kDirectory = static_cast<UAL_DomainType>(2);
     if (!mUserKnown) {
         return {{}, true};
     }
     char* record = nullptr;
-    if (AUTH_packAndEncrypt(mUserName.CStr(), text.CStr(), "", kDirectory, 0, &record) != 0) {
+    if (AUTH_packAndEncrypt(mUserName.CStr(), text.CStr(), "", kUALUserDomain, 0, &record) != 0) {
         Warn("the user's password is left out: it couldn't be packed");
         return {{}, !CopiesFeature()};
     }
