@@ -240,7 +240,7 @@ int CheckCall(cipherInstance const* cipher, keyInstance const* key, std::uint8_t
     if (bits < 0 || (cipher->mode != MODE_CFB1 && bits % kTwofishBlockBits != 0)) {
         return BAD_INPUT_LEN;
     }
-    return in == nullptr || out == nullptr ? BAD_PARAMS : 1;
+    return bits > 0 && (in == nullptr || out == nullptr) ? BAD_PARAMS : 1;
 }
 
 int Crypt(cipherInstance* cipher, keyInstance const* key, bool decrypt, std::uint8_t const* in,

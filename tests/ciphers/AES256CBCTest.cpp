@@ -9,19 +9,20 @@ namespace {
 
 TEST(AES256CBCTest, PublishedVectorsComeOutAndBackAlsoInPieces) {
     AES256CBC block;
-    Bytes const zeros(16);
+    ByteVector const zeros(16);
     block.MakeKey(
         FromHex("000102030405060708090A0B0C0D0E0F101112131415161718191A1B1C1D1E1F").data(),
         zeros.data(), 32, 16);
-    Bytes work = FromHex("00112233445566778899AABBCCDDEEFF");  // FIPS 197, C.3
+    ByteVector work = FromHex("00112233445566778899AABBCCDDEEFF");  // FIPS 197, C.3
     block.EncryptBlock(work.data(), work.data());
     EXPECT_EQ(ToHex(work), "8EA2B7CA516745BFEAFC49904B496089");
     block.DecryptBlock(work.data(), work.data());
     EXPECT_EQ(ToHex(work), "00112233445566778899AABBCCDDEEFF");
 
     // NIST SP 800-38A, F.2.5
-    Bytes const key = FromHex("603DEB1015CA71BE2B73AEF0857D77811F352C073B6108D72D9810A30914DFF4");
-    Bytes const vector = FromHex("000102030405060708090A0B0C0D0E0F");
+    ByteVector const key =
+        FromHex("603DEB1015CA71BE2B73AEF0857D77811F352C073B6108D72D9810A30914DFF4");
+    ByteVector const vector = FromHex("000102030405060708090A0B0C0D0E0F");
     std::string const plain =
         "6BC1BEE22E409F96E93D7E117393172AAE2D8A571E03AC9C9EB76FAC45AF8E51"
         "30C81C46A35CE411E5FBC1191A0A52EFF69F2445DF4F9B17AD2B417BE66C3710";
@@ -30,7 +31,7 @@ TEST(AES256CBCTest, PublishedVectorsComeOutAndBackAlsoInPieces) {
         "39F23369A9D9BACFA530E26304231461B2EB05E2C39BE9FCDA6C19078C6A9D1B";
     AES256CBC cipher;
     cipher.MakeKey(key.data(), vector.data(), 32, 16);
-    Bytes text = FromHex(plain);
+    ByteVector text = FromHex(plain);
     cipher.Encrypt(text.data(), text.data(), 16);
     cipher.Encrypt(text.data() + 16, text.data() + 16, 48);
     EXPECT_EQ(ToHex(text), enciphered);
@@ -42,9 +43,9 @@ TEST(AES256CBCTest, PublishedVectorsComeOutAndBackAlsoInPieces) {
 }
 
 TEST(AES256CBCTest, WithoutAKeyOrWholeBlocksNothingHappens) {
-    Bytes const key(32, 7);
-    Bytes out(32, 0xAA);
-    Bytes const untouched = out;
+    ByteVector const key(32, 7);
+    ByteVector out(32, 0xAA);
+    ByteVector const untouched = out;
     AES256CBC keyless;
     keyless.MakeKey(key.data(), key.data(), 16, 16);
     keyless.MakeKey(key.data(), key.data(), 32, 32);
@@ -63,9 +64,9 @@ TEST(AES256CBCTest, TextsOfEveryLengthArePaddedAndEncipheredAsElsewhere) {
     std::mt19937 random = Random();
     for (std::size_t length = 0; length <= 300; ++length) {
         SCOPED_TRACE(length);
-        Bytes const key = RandomBytes(random, 32);
-        Bytes const vector = RandomBytes(random, 16);
-        Bytes padded = RandomBytes(random, length);
+        ByteVector const key = RandomBytes(random, 32);
+        ByteVector const vector = RandomBytes(random, 16);
+        ByteVector padded = RandomBytes(random, length);
         for (std::uint8_t& byte : padded) {
             byte = byte == 0 ? 1 : byte;
         }
@@ -74,15 +75,15 @@ TEST(AES256CBCTest, TextsOfEveryLengthArePaddedAndEncipheredAsElsewhere) {
         std::size_t const padding = 16 - padded.size() % 16;
         padded.insert(padded.end(), padding, static_cast<std::uint8_t>(padding - 1));
 
-        Bytes out(padded.size() + 5, 0xAA);
+        ByteVector out(padded.size() + 5, 0xAA);
         int outLength = static_cast<int>(out.size());
         AES256CBC::DoAES256Encrypt(key.data(), vector.data(), text.c_str(), out.data(), &outLength);
-        Bytes expected = OpenSSLAES(key, vector, padded);
+        ByteVector expected = OpenSSLAES(key, vector, padded);
         expected.resize(out.size());
         ASSERT_EQ(out, expected);
         ASSERT_EQ(outLength, static_cast<int>(padded.size()));
 
-        Bytes plain(out.size(), 0xAA);
+        ByteVector plain(out.size(), 0xAA);
         int plainLength = static_cast<int>(plain.size());
         AES256CBC::DoAES256Decrypt(key.data(), vector.data(), out.data(), outLength, plain.data(),
                                    &plainLength);

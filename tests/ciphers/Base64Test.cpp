@@ -7,14 +7,14 @@
 
 namespace {
 
-std::string Encoded(Bytes const& bytes, bool lineBreaks = false) {
+std::string Encoded(ByteVector const& bytes, bool lineBreaks = false) {
     std::string text(Base64Encoder::EncodedLength(bytes.size()) * 65 / 64 + 1, '?');
     text.resize(Base64Encoder::Encode(bytes.data(), bytes.size(), text.data(), lineBreaks));
     return text;
 }
 
 std::string Decoded(Base64Decoder& decoder, std::string_view text) {
-    Bytes bytes(Base64Decoder::MaximumLength(text.size()) + 1);
+    ByteVector bytes(Base64Decoder::MaximumLength(text.size()) + 1);
     bytes.resize(decoder.Decode(text.data(), text.size(), bytes.data()));
     return {bytes.begin(), bytes.end()};
 }
@@ -22,8 +22,8 @@ std::string Decoded(Base64Decoder& decoder, std::string_view text) {
 TEST(Base64Test, EveryLengthIsWrittenAsElsewhereAndReadBack) {
     std::mt19937 random = Random();
     for (std::size_t length = 1; length <= 300; ++length) {
-        Bytes const bytes = RandomBytes(random, length);
-        Bytes expected(length * 2 + 8);
+        ByteVector const bytes = RandomBytes(random, length);
+        ByteVector expected(length * 2 + 8);
         expected.resize(static_cast<std::size_t>(
             EVP_EncodeBlock(expected.data(), bytes.data(), static_cast<int>(length))));
         std::string const text = Encoded(bytes);
@@ -32,7 +32,7 @@ TEST(Base64Test, EveryLengthIsWrittenAsElsewhereAndReadBack) {
         ASSERT_EQ(Decoded(decoder, text), std::string(bytes.begin(), bytes.end()));
     }
     EXPECT_EQ(Encoded({}), "");
-    std::string const lines = Encoded(Bytes(97), true);
+    std::string const lines = Encoded(ByteVector(97), true);
     EXPECT_EQ(lines.size(), 132U + 2U);
     EXPECT_EQ(lines.find('\n'), 64U);
     EXPECT_EQ(lines.rfind('\n'), 129U);

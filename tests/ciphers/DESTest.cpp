@@ -9,7 +9,7 @@
 
 namespace {
 
-std::string Crypted(Bytes const& key, DESMode mode, Bytes block) {
+std::string Crypted(ByteVector const& key, DESMode mode, ByteVector block) {
     deskey(key.data(), mode);
     des(block.data(), block.data());
     return ToHex(block);
@@ -39,10 +39,10 @@ TEST(DESTest, PublishedVectorsComeOutAndBack) {
 
 TEST(DESTest, EveryBitOfKeyAndBlockCountsAsElsewhere) {
     std::mt19937 random = Random();
-    Bytes const zeros(8);
+    ByteVector const zeros(8);
     for (std::size_t i = 0; i < 600; ++i) {
-        Bytes key = i < 64 ? zeros : RandomBytes(random, 8);
-        Bytes block = i < 128 ? zeros : RandomBytes(random, 8);
+        ByteVector key = i < 64 ? zeros : RandomBytes(random, 8);
+        ByteVector block = i < 128 ? zeros : RandomBytes(random, 8);
         auto const bit = static_cast<std::uint8_t>(0x80U >> i % 8);
         if (i < 64) {
             key[i / 8] = bit;
@@ -50,7 +50,7 @@ TEST(DESTest, EveryBitOfKeyAndBlockCountsAsElsewhere) {
             block[i % 64 / 8] = bit;
         }
         // Three times the same key is one.
-        Bytes threefold;
+        ByteVector threefold;
         for (int turn = 0; turn < 3; ++turn) {
             threefold.insert(threefold.end(), key.begin(), key.end());
         }
@@ -62,7 +62,7 @@ TEST(DESTest, EveryBitOfKeyAndBlockCountsAsElsewhere) {
 }
 
 TEST(DESTest, AKeyIsLoadedForABlockAndLeavesTheFormerScheduleBehind) {
-    Bytes const key = FromHex("0123456789ABCDEF");
+    ByteVector const key = FromHex("0123456789ABCDEF");
     std::uint32_t former[kDESScheduleWords];
     std::fill(std::begin(former), std::end(former), 0x00ABCDEFU);
     usekey(former);
@@ -71,7 +71,7 @@ TEST(DESTest, AKeyIsLoadedForABlockAndLeavesTheFormerScheduleBehind) {
         LoadedDESKey const loaded(key.data(), EN0);
         cpkey(copy);
         EXPECT_NE(copy[0], former[0]);
-        Bytes block = FromHex("4E6F772069732074");
+        ByteVector block = FromHex("4E6F772069732074");
         des(block.data(), block.data());
         EXPECT_EQ(ToHex(block), "3FA40E8A984D4815");
     }
@@ -79,7 +79,7 @@ TEST(DESTest, AKeyIsLoadedForABlockAndLeavesTheFormerScheduleBehind) {
     cpkey(after);
     EXPECT_TRUE(std::ranges::equal(after, former));
     usekey(copy);
-    Bytes block = FromHex("4E6F772069732074");
+    ByteVector block = FromHex("4E6F772069732074");
     des(block.data(), block.data());
     EXPECT_EQ(ToHex(block), "3FA40E8A984D4815");
 }

@@ -20,26 +20,26 @@ std::string Deciphered(std::string_view digits, NoteCipherChoice const& choice) 
     return isDone ? text : "(refused)";
 }
 
-Bytes Cut(auto const& table, std::size_t at, std::size_t size) {
+ByteVector Cut(auto const& table, std::size_t at, std::size_t size) {
     return {table.data() + at, table.data() + at + size};
 }
 
-std::string ByDES(std::size_t keyAt, Bytes const& padded) {
-    Bytes key;
+std::string ByDES(std::size_t keyAt, ByteVector const& padded) {
+    ByteVector key;
     for (int turn = 0; turn < 3; ++turn) {
-        Bytes const part = Cut(kNoteKeyTable, keyAt, 8);
+        ByteVector const part = Cut(kNoteKeyTable, keyAt, 8);
         key.insert(key.end(), part.begin(), part.end());
     }
     return ToHex(Gcrypt(GCRY_CIPHER_3DES, false, key, {}, padded));
 }
 
-std::string ByAES(std::size_t keyAt, std::size_t vectorAt, Bytes const& padded) {
+std::string ByAES(std::size_t keyAt, std::size_t vectorAt, ByteVector const& padded) {
     return ToHex(
         OpenSSLAES(Cut(kNoteKeyTable, keyAt, 32), Cut(kNoteVectorTable, vectorAt, 16), padded));
 }
 
-Bytes Padded(std::string const& text, bool isAES) {
-    Bytes bytes(text.begin(), text.end());
+ByteVector Padded(std::string const& text, bool isAES) {
+    ByteVector bytes(text.begin(), text.end());
     bytes.resize(bytes.size() + (isAES ? 1 : 0));
     std::size_t const block = isAES ? 16 : 8;
     std::size_t const padding = block - bytes.size() % block;
@@ -64,7 +64,7 @@ TEST(NoteCipherTest, ThePPDSelectsAlgorithmKeyAndVector) {
     };
     for (Case const& c : cases) {
         std::string const text = "Ring at the gate";
-        Bytes const padded = Padded(text, c.isAES);
+        ByteVector const padded = Padded(text, c.isAES);
         std::string const digits = Enciphered(text, c.choice);
         EXPECT_EQ(digits, c.isAES ? ByAES(c.key, c.vector, padded) : ByDES(c.key, padded));
         EXPECT_EQ(Deciphered(digits, c.choice), text);
@@ -85,7 +85,7 @@ TEST(NoteCipherTest, EveryLengthThatFitsGoesThereAndBackAndNoLongerOneIsSent) {
                 ASSERT_EQ(digits, "(none)") << length;
                 continue;
             }
-            Bytes const padded = Padded(text, isAES);
+            ByteVector const padded = Padded(text, isAES);
             ASSERT_EQ(digits, isAES ? ByAES(24, 0, padded) : ByDES(24, padded)) << length;
             ASSERT_EQ(Deciphered(digits, choice), text);
         }
@@ -100,7 +100,7 @@ TEST(NoteCipherTest, WrongDigitsLengthsAndPaddingAreRefused) {
     NoteCipherChoice const des{};
     NoteCipherChoice const aes{nullptr, nullptr, true};
     std::string const good = Enciphered("some text", des);
-    std::string lower = ByDES(0, Bytes(8, 8));
+    std::string lower = ByDES(0, ByteVector(8, 8));
     lower[lower.find_first_of("ABCDEF")] += 'a' - 'A';
     std::string const wrong[] = {"",
                                  "0",
@@ -115,19 +115,19 @@ TEST(NoteCipherTest, WrongDigitsLengthsAndPaddingAreRefused) {
         EXPECT_EQ(Deciphered(digits, des), "(refused)") << digits;
         EXPECT_EQ(Deciphered(digits, aes), "(refused)") << digits;
     }
-    std::vector<Bytes> const badDES = {{1, 2, 3, 4, 5, 6, 7, 0},
-                                       {1, 2, 3, 4, 5, 6, 7, 9},
-                                       {1, 2, 3, 4, 5, 2, 3, 3},
-                                       {1, 2, 0, 4, 5, 6, 7, 1}};
-    for (Bytes const& plain : badDES) {
+    std::vector<ByteVector> const badDES = {{1, 2, 3, 4, 5, 6, 7, 0},
+                                            {1, 2, 3, 4, 5, 6, 7, 9},
+                                            {1, 2, 3, 4, 5, 2, 3, 3},
+                                            {1, 2, 0, 4, 5, 6, 7, 1}};
+    for (ByteVector const& plain : badDES) {
         EXPECT_EQ(Deciphered(ByDES(0, plain), des), "(refused)");
     }
-    Bytes const noTerminator(16, 15);
-    Bytes tooLong = Padded("text", true);
+    ByteVector const noTerminator(16, 15);
+    ByteVector tooLong = Padded("text", true);
     tooLong.back() = 16;
-    Bytes inner = Padded("te_t", true);
+    ByteVector inner = Padded("te_t", true);
     inner[2] = 0;
-    for (Bytes const& plain : {noTerminator, tooLong, inner}) {
+    for (ByteVector const& plain : {noTerminator, tooLong, inner}) {
         EXPECT_EQ(Deciphered(ByAES(0, 0, plain), aes), "(refused)");
     }
 }

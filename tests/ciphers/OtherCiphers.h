@@ -14,10 +14,10 @@
 
 // The same algorithms from elsewhere: OpenSSL and libgcrypt.
 
-using Bytes = std::vector<std::uint8_t>;
+using ByteVector = std::vector<std::uint8_t>;
 
-inline Bytes FromHex(std::string_view text) {
-    Bytes bytes;
+inline ByteVector FromHex(std::string_view text) {
+    ByteVector bytes;
     for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
         bytes.push_back(
             static_cast<std::uint8_t>(std::stoi(std::string(text.substr(i, 2)), nullptr, 16)));
@@ -25,7 +25,7 @@ inline Bytes FromHex(std::string_view text) {
     return bytes;
 }
 
-inline std::string ToHex(Bytes const& bytes) {
+inline std::string ToHex(ByteVector const& bytes) {
     std::string text;
     for (std::uint8_t const byte : bytes) {
         text += "0123456789ABCDEF"[byte >> 4];
@@ -40,8 +40,8 @@ inline std::mt19937 Random() {
     return std::mt19937(kSeed);
 }
 
-inline Bytes RandomBytes(std::mt19937& random, std::size_t size) {
-    Bytes bytes(size);
+inline ByteVector RandomBytes(std::mt19937& random, std::size_t size) {
+    ByteVector bytes(size);
     for (std::uint8_t& byte : bytes) {
         byte = static_cast<std::uint8_t>(random());
     }
@@ -49,18 +49,19 @@ inline Bytes RandomBytes(std::mt19937& random, std::size_t size) {
 }
 
 // libgcrypt, whole blocks without padding; an empty vector for ECB.
-inline Bytes Gcrypt(int algorithm, bool decrypt, Bytes const& key, Bytes const& vector,
-                    Bytes const& in) {
+inline ByteVector Gcrypt(int algorithm, bool decrypt, ByteVector const& key,
+                         ByteVector const& vector, ByteVector const& in) {
     if (gcry_check_version(nullptr) == nullptr) {
         throw std::runtime_error("libgcrypt doesn't start");
     }
     gcry_cipher_hd_t handle = nullptr;
-    Bytes out(in.size());
+    ByteVector out(in.size());
     int const mode = vector.empty() ? GCRY_CIPHER_MODE_ECB : GCRY_CIPHER_MODE_CBC;
     bool isDone = gcry_cipher_open(&handle, algorithm, mode, 0) == 0;
-    // A weak key is set all the same, and said to be one.
-    auto const keyError = gcry_cipher_setkey(handle, key.data(), key.size());
-    isDone = isDone && (keyError == 0 || gcry_err_code(keyError) == GPG_ERR_WEAK_KEY);
+    // Weak keys are keys, and are said to be weak when they are set.
+    gcry_cipher_ctl(handle, GCRYCTL_SET_ALLOW_WEAK_KEY, nullptr, 1);
+    auto const keyError = gcry_err_code(gcry_cipher_setkey(handle, key.data(), key.size()));
+    isDone = isDone && (keyError == GPG_ERR_NO_ERROR || keyError == GPG_ERR_WEAK_KEY);
     if (!vector.empty()) {
         isDone = isDone && gcry_cipher_setiv(handle, vector.data(), vector.size()) == 0;
     }
@@ -72,9 +73,10 @@ inline Bytes Gcrypt(int algorithm, bool decrypt, Bytes const& key, Bytes const& 
 }
 
 // OpenSSL's AES-256-CBC without padding of its own.
-inline Bytes OpenSSLAES(Bytes const& key, Bytes const& vector, Bytes const& in) {
+inline ByteVector OpenSSLAES(ByteVector const& key, ByteVector const& vector,
+                             ByteVector const& in) {
     EVP_CIPHER_CTX* const context = EVP_CIPHER_CTX_new();
-    Bytes out(in.size() + 16);
+    ByteVector out(in.size() + 16);
     int length = 0;
     bool const isDone =
         EVP_EncryptInit_ex(context, EVP_aes_256_cbc(), nullptr, key.data(), vector.data()) == 1 &&
@@ -86,8 +88,8 @@ inline Bytes OpenSSLAES(Bytes const& key, Bytes const& vector, Bytes const& in) 
     return isDone ? out : throw std::runtime_error("OpenSSL refuses");
 }
 
-inline Bytes OpenSSLSHA1(Bytes const& in) {
-    Bytes digest(20);
+inline ByteVector OpenSSLSHA1(ByteVector const& in) {
+    ByteVector digest(20);
     unsigned length = 0;
     EVP_Digest(in.data(), in.size(), digest.data(), &length, EVP_sha1(), nullptr);
     return digest;

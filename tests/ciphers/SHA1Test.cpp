@@ -48,7 +48,7 @@ TEST(SHA1Test, InputBehindAResultCorruptsUntilReset) {
 TEST(SHA1Test, EveryLengthGivesTheDigestThatItGivesElsewhere) {
     std::mt19937 random = Random();
     for (std::size_t length = 0; length <= 300; ++length) {
-        Bytes const bytes = RandomBytes(random, length);
+        ByteVector const bytes = RandomBytes(random, length);
         SHA1 sha;
         std::size_t const cut = length == 0 ? 0 : random() % length;
         sha.Input(bytes.data(), cut);

@@ -9,19 +9,19 @@
 
 namespace {
 
-int AlgorithmOf(Bytes const& key) {
+int AlgorithmOf(ByteVector const& key) {
     return key.size() == 16 ? GCRY_CIPHER_TWOFISH128 : GCRY_CIPHER_TWOFISH;
 }
 
-Bytes Crypted(bool decrypt, std::uint8_t mode, Bytes const& key, Bytes const& vector,
-              Bytes const& in) {
+ByteVector Crypted(bool decrypt, std::uint8_t mode, ByteVector const& key, ByteVector const& vector,
+                   ByteVector const& in) {
     keyInstance instance{};
     cipherInstance cipher{};
     int const bits = static_cast<int>(in.size()) * 8;
     EXPECT_EQ(makeKey(&instance, DIR_ENCRYPT, static_cast<int>(key.size()) * 8, ToHex(key).c_str()),
               1);
     EXPECT_EQ(cipherInit(&cipher, mode, ToHex(vector).c_str()), 1);
-    Bytes out(in.size());
+    ByteVector out(in.size());
     auto* const work = decrypt ? blockDecrypt : blockEncrypt;
     EXPECT_EQ(work(&cipher, &instance, in.data(), bits, out.data()), bits);
     return out;
@@ -36,10 +36,10 @@ TEST(TwofishTest, TheTablesTestOf49StepsUsesEveryTableEntryAndEndsAsPublished) {
     EXPECT_EQ(TableOp(TAB_RESET), 1);
     EXPECT_EQ(TableOp(TAB_QUERY), 0);
     EXPECT_EQ(TableOp(TAB_ENABLE), 1);
-    Bytes key(32);
-    Bytes plain(16);
+    ByteVector key(32);
+    ByteVector plain(16);
     for (int step = 1; step <= 49; ++step) {
-        Bytes const enciphered = Crypted(false, MODE_ECB, key, {}, plain);
+        ByteVector const enciphered = Crypted(false, MODE_ECB, key, {}, plain);
         ASSERT_EQ(enciphered, Gcrypt(GCRY_CIPHER_TWOFISH, false, key, {}, plain)) << step;
         if (auto const found = published.find(step); found != published.end()) {
             EXPECT_EQ(ToHex(enciphered), found->second) << step;
@@ -69,40 +69,40 @@ TEST(TwofishTest, PublishedVectorsOfAllKeyLengths) {
          "37527BE0052334B89F0CFCCAE87CFA20"},
     };
     for (Case const& c : cases) {
-        Bytes const key = FromHex(c.key);
-        EXPECT_EQ(ToHex(Crypted(false, MODE_ECB, key, {}, Bytes(16))), c.enciphered);
-        EXPECT_EQ(Crypted(true, MODE_ECB, key, {}, FromHex(c.enciphered)), Bytes(16));
+        ByteVector const key = FromHex(c.key);
+        EXPECT_EQ(ToHex(Crypted(false, MODE_ECB, key, {}, ByteVector(16))), c.enciphered);
+        EXPECT_EQ(Crypted(true, MODE_ECB, key, {}, FromHex(c.enciphered)), ByteVector(16));
     }
 }
 
 TEST(TwofishTest, BlocksOfEveryNumberAreEncipheredAsElsewhere) {
     std::mt19937 random = Random();
     for (std::size_t size = 0; size <= 304; size += 16) {
-        Bytes const key = RandomBytes(random, size % 32 == 0 ? 32 : 16);
-        Bytes const vector = RandomBytes(random, 16);
-        Bytes const plain = RandomBytes(random, size);
-        Bytes const chained = Gcrypt(AlgorithmOf(key), false, key, vector, plain);
+        ByteVector const key = RandomBytes(random, size % 32 == 0 ? 32 : 16);
+        ByteVector const vector = RandomBytes(random, 16);
+        ByteVector const plain = RandomBytes(random, size);
+        ByteVector const chained = Gcrypt(AlgorithmOf(key), false, key, vector, plain);
         ASSERT_EQ(Crypted(false, MODE_CBC, key, vector, plain), chained);
         ASSERT_EQ(Crypted(true, MODE_CBC, key, vector, chained), plain);
         ASSERT_EQ(Crypted(false, MODE_ECB, key, {}, plain),
                   Gcrypt(AlgorithmOf(key), false, key, {}, plain));
     }
     // A key of another length is filled up with zeros.
-    Bytes const odd = RandomBytes(random, 20);
-    Bytes filled = odd;
+    ByteVector const odd = RandomBytes(random, 20);
+    ByteVector filled = odd;
     filled.resize(24);
-    EXPECT_EQ(Crypted(false, MODE_ECB, odd, {}, Bytes(16)),
-              Crypted(false, MODE_ECB, filled, {}, Bytes(16)));
+    EXPECT_EQ(Crypted(false, MODE_ECB, odd, {}, ByteVector(16)),
+              Crypted(false, MODE_ECB, filled, {}, ByteVector(16)));
 }
 
 TEST(TwofishTest, CFB1TakesBitByBitAndGoesOnWhereItStopped) {
     std::mt19937 random = Random();
-    Bytes const key = RandomBytes(random, 32);
-    Bytes const vector = RandomBytes(random, 16);
-    Bytes const plain = RandomBytes(random, 38);
+    ByteVector const key = RandomBytes(random, 32);
+    ByteVector const vector = RandomBytes(random, 16);
+    ByteVector const plain = RandomBytes(random, 38);
     // The register as a text of bits.
     std::string bits;
-    auto const append = [&bits](Bytes const& bytes) {
+    auto const append = [&bits](ByteVector const& bytes) {
         for (int i = 0; i < static_cast<int>(bytes.size()) * 8; ++i) {
             bits += (bytes[static_cast<std::size_t>(i) / 8] >> (7 - i % 8) & 1) != 0 ? '1' : '0';
         }
@@ -113,7 +113,7 @@ TEST(TwofishTest, CFB1TakesBitByBitAndGoesOnWhereItStopped) {
     append(vector);
     std::string expected;
     for (char const bit : given) {
-        Bytes state;
+        ByteVector state;
         for (std::size_t i = 0; i < 128; i += 8) {
             state.push_back(static_cast<std::uint8_t>(std::stoi(bits.substr(i, 8), nullptr, 2)));
         }
@@ -121,7 +121,7 @@ TEST(TwofishTest, CFB1TakesBitByBitAndGoesOnWhereItStopped) {
         expected += first == (bit == '1') ? '0' : '1';
         bits = bits.substr(1) + expected.back();
     }
-    Bytes wanted;
+    ByteVector wanted;
     for (std::size_t i = 0; i < expected.size(); i += 8) {
         wanted.push_back(static_cast<std::uint8_t>(std::stoi(expected.substr(i, 8), nullptr, 2)));
     }
@@ -132,7 +132,7 @@ TEST(TwofishTest, CFB1TakesBitByBitAndGoesOnWhereItStopped) {
     cipherInstance cipher{};
     makeKey(&instance, DIR_ENCRYPT, 256, ToHex(key).c_str());
     cipherInit(&cipher, MODE_CFB1, ToHex(vector).c_str());
-    Bytes out(plain.size(), 0xFF);
+    ByteVector out(plain.size(), 0xFF);
     EXPECT_EQ(blockEncrypt(&cipher, &instance, plain.data(), 8, out.data()), 8);
     EXPECT_EQ(blockEncrypt(&cipher, &instance, plain.data() + 1, 3, out.data() + 1), 3);
     EXPECT_EQ(out[0], wanted[0]);
@@ -154,7 +154,7 @@ TEST(TwofishTest, EachWrongArgumentHasItsNumber) {
     EXPECT_EQ(cipherInit(&cipher, 0, nullptr), BAD_CIPHER_MODE);
     EXPECT_EQ(cipherInit(&cipher, MODE_CBC, nullptr), BAD_IV_MAT);
     EXPECT_EQ(cipherInit(&cipher, MODE_CFB1, "12"), BAD_IV_MAT);
-    Bytes block(16);
+    ByteVector block(16);
     EXPECT_EQ(blockEncrypt(&cipher, &key, block.data(), 128, block.data()), BAD_CIPHER_STATE);
     ASSERT_EQ(cipherInit(&cipher, MODE_ECB, "not read"), 1);
     EXPECT_EQ(blockEncrypt(&cipher, &key, block.data(), 128, block.data()), BAD_KEY_INSTANCE);
