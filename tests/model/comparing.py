@@ -117,6 +117,9 @@ class Call:
             if not self.set(keyword, text, set_value):
                 return
 
+    def read(self, output):
+        return json.loads(output.decode("utf-8"))
+
     def difference(self, answer):
         """The first one, or None."""
         status, output, errors = answer
@@ -133,8 +136,7 @@ class Call:
             return ("output", "", output.decode("utf-8", "replace")) \
                 if output else None
         try:
-            return first_difference(self.document,
-                                    json.loads(output.decode("utf-8")))
+            return first_difference(self.document, self.read(output))
         except ValueError as e:
             return "output", "a JSON document in UTF-8", str(e)
 
