@@ -56,10 +56,10 @@ TEST(JobNotesTest, ANoteOfItsOwnTakesTheLineBehindItOnlyIfThatIsItsCompanion) {
         // A value that goes on meets its own line again, and the next one is lost.
         {line + "*%N: \"a\n*%ZUBPropPage\n*%ZUBGroupName\n", "12, 8 0 3 - - a\nN: \n"},
         {line + "*%ZUBPropPage\n", "4, 8 0 3 - - "},
-        {"*%ZUBJobNote *N/Note: \"20\"|Alpha\n", "0 0 1 - - "},
+        {"*%ZUBJobNote *N/Note: \"20\"|Alpha\n", "0 0 0 - - "},
         {"*%ZUBJobNote *N/Note:\"20\"\n", "27, none"},
         {"*%ZUBJobNote *N/: 20\n", "27, none"},
-        {"*%ZUBJobNote\n*%ZUBJobNote *N/<>: 20\n", "6, 6 *N, 27, none"},
+        {"*%ZUBJobNote\n*LanguageEncoding: UTF-8\n*%ZUBJobNote *N/\xFE: 20\n", "6, 6 *N, 27, none"},
     });
 }
 
