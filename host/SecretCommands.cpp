@@ -92,6 +92,6 @@ Outcome DecryptNoteCommand::Run() {
         return Outcome::Failed("this is no enciphered note of this build's keys and " +
                                mOptions.ppd);
     }
-    mOut << text << '\n';
+    mOut << text;
     return Outcome::Done();
 }

@@ -22,7 +22,7 @@ class UnpackCommand {
     std::ostream& mOut;
 };
 
-// `zubprint decrypt-note`: prints the plain text of an enciphered note and a line feed.
+// `zubprint decrypt-note`: prints the plain text of an enciphered note, and nothing else.
 class DecryptNoteCommand {
   public:
     // All must outlive the command.

@@ -61,10 +61,8 @@ void MakeUTF8(PPDXJobNote& control, WipedText& text) {
 
 // The name in UTF-8; as it is where it has no such form.
 WipedText NameInUTF8(WipedText name) {
-    constexpr TextEncoding kServersUTF8 = CreateTextEncoding(256, 3, 2);
     WipedText converted;
-    bool const isConverted =
-        ConvertText(name.View(), GetApplicationTextEncoding(), kServersUTF8, converted) == noErr;
+    bool const isConverted = ConvertTextFromApplicationToUTF8(name.View(), converted) == noErr;
     return isConverted ? std::move(converted) : std::move(name);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "VelonFeatures/Project/Core/PDEData.h"
 
+#include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/Controls/PPDXJobNote.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
