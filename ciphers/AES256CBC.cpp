@@ -5,6 +5,7 @@
 #include <bit>
 #include <cstring>
 
+#include "ciphers/BigEndian.h"
 #include "platform/Wiping.h"
 
 namespace {
@@ -14,11 +15,6 @@ constexpr std::uint32_t kPolynomial = 0x11B;  // of the field
 
 constexpr std::uint8_t ByteOfRow(std::uint32_t column, std::size_t row) {
     return static_cast<std::uint8_t>(column >> (24 - 8 * row));
-}
-
-std::uint32_t LoadColumn(std::uint8_t const* bytes) {
-    return std::uint32_t{bytes[0]} << 24U | std::uint32_t{bytes[1]} << 16U |
-           std::uint32_t{bytes[2]} << 8U | bytes[3];
 }
 
 }  // namespace
@@ -148,7 +144,7 @@ void AES256CBC::MakeEncryptionKeys(std::uint8_t const* key) {
         return result;
     };
     for (std::size_t at = 0; at < kKeyWords; ++at) {
-        word(at) = LoadColumn(key + 4 * at);
+        word(at) = LoadBigEndian32(key + 4 * at);
     }
     for (std::size_t at = kKeyWords; at < mEncryptionKeys.size() * kColumns; ++at) {
         std::uint32_t last = word(at - 1);
@@ -188,7 +184,7 @@ void AES256CBC::Transform(std::uint8_t const* in, std::uint8_t* out, RoundKeys c
         return;
     }
     for (std::size_t column = 0; column < kColumns; ++column) {
-        mWork[column] = LoadColumn(in + 4 * column) ^ keys[0][column];
+        mWork[column] = LoadBigEndian32(in + 4 * column) ^ keys[0][column];
     }
     Columns before{};
     WipeAtEnd const wipe(before);

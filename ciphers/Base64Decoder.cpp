@@ -2,19 +2,19 @@
 #include "ciphers/Base64Decoder.h"
 
 #include <array>
-#include <string_view>
+
+#include "ciphers/Base64Alphabet.h"
 
 namespace {
 
-constexpr std::string_view kAlphabet =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 constexpr std::uint8_t kForeign = 0xFF;
 
 constexpr std::array<std::uint8_t, 256> kValues = [] {
     std::array<std::uint8_t, 256> values{};
     values.fill(kForeign);
-    for (std::size_t value = 0; value < kAlphabet.size(); ++value) {
-        values[static_cast<unsigned char>(kAlphabet[value])] = static_cast<std::uint8_t>(value);
+    for (std::size_t value = 0; value < kBase64Alphabet.size(); ++value) {
+        values[static_cast<unsigned char>(kBase64Alphabet[value])] =
+            static_cast<std::uint8_t>(value);
     }
     return values;
 }();

@@ -2,12 +2,11 @@
 #include "ciphers/Base64Encoder.h"
 
 #include <algorithm>
-#include <string_view>
+
+#include "ciphers/Base64Alphabet.h"
 
 namespace {
 
-constexpr std::string_view kAlphabet =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 constexpr char kPadding = '=';
 constexpr std::size_t kLineLength = 64;
 
@@ -27,7 +26,7 @@ std::size_t Base64Encoder::Encode(std::uint8_t const* in, std::size_t length, ch
             group = group << 8U | (i < count ? in[at + i] : 0U);
         }
         for (std::size_t i = 0; i < 4; ++i) {
-            *end++ = i <= count ? kAlphabet[group >> (18 - 6 * i) & 0x3FU] : kPadding;
+            *end++ = i <= count ? kBase64Alphabet[group >> (18 - 6 * i) & 0x3FU] : kPadding;
         }
         characters += 4;
         if (lineBreaks && characters % kLineLength == 0) {

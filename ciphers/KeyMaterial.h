@@ -28,13 +28,11 @@ static_assert(std::is_same_v<decltype(kPresetInitialisationVector), KeyBytes<16>
 constexpr bool IsASCIIText(std::string_view text) {
     return std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
 }
-// 8-4-4-4-12 hexadecimal digits.
+// 8-4-4-4-12 hexadecimal digits, letters upper case.
 constexpr bool HasGUIDForm(std::string_view text) {
     constexpr std::string_view kForm = "dddddddd-dddd-dddd-dddd-dddddddddddd";
     return std::ranges::equal(text, kForm, [](char c, char form) {
-        return form == '-'
-                   ? c == '-'
-                   : (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
+        return form == '-' ? c == '-' : (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F');
     });
 }
 static_assert(HasGUIDForm(kPresetKey), "36 characters in the form of a GUID");

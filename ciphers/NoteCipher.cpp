@@ -87,7 +87,7 @@ bool ParseDigits(std::string_view digits, CipherBytes& bytes) {
         if (value == std::string_view::npos) {
             return false;
         }
-        bytes[i / 2] = static_cast<std::uint8_t>(bytes[i / 2] << 4U | value);
+        bytes[i / 2] = static_cast<std::uint8_t>(bytes[i / 2] * 16U + value);
     }
     return true;
 }

@@ -5,6 +5,7 @@
 #include <bit>
 #include <cstring>
 
+#include "ciphers/BigEndian.h"
 #include "platform/Wiping.h"
 
 namespace {
@@ -28,19 +29,11 @@ std::uint32_t Mix(std::size_t quarter, std::uint32_t b, std::uint32_t c, std::ui
     }
 }
 
-void StoreWord(std::uint32_t word, std::uint8_t* bytes) {
-    for (std::size_t i = 0; i < 4; ++i) {
-        bytes[i] = static_cast<std::uint8_t>(word >> (24 - 8 * i));
-    }
-}
-
 using Schedule = std::array<std::uint32_t, kSteps>;
 
 void Expand(std::array<std::uint8_t, 64> const& block, Schedule& words) {
     for (std::size_t i = 0; i < 16; ++i) {
-        std::uint8_t const* const bytes = block.data() + 4 * i;
-        words[i] = std::uint32_t{bytes[0]} << 24U | std::uint32_t{bytes[1]} << 16U |
-                   std::uint32_t{bytes[2]} << 8U | bytes[3];
+        words[i] = LoadBigEndian32(block.data() + 4 * i);
     }
     for (std::size_t i = 16; i < kSteps; ++i) {
         words[i] = std::rotl(words[i - 3] ^ words[i - 8] ^ words[i - 14] ^ words[i - 16], 1);
@@ -137,8 +130,8 @@ void SHA1::Pad() {
     }
     std::fill(mBlock.begin() + static_cast<std::ptrdiff_t>(mBlockIndex), mBlock.end(),
               std::uint8_t{0});
-    StoreWord(mLengthHigh, mBlock.data() + kLengthAt);
-    StoreWord(mLengthLow, mBlock.data() + kLengthAt + 4);
+    StoreBigEndian32(mLengthHigh, mBlock.data() + kLengthAt);
+    StoreBigEndian32(mLengthLow, mBlock.data() + kLengthAt + 4);
     ProcessBlock();
     Wipe(&mBlock, sizeof mBlock);
 }

@@ -167,10 +167,12 @@ void CryptBlocks(cipherInstance& cipher, keyInstance const& key, bool decrypt,
                  std::uint8_t const* in, std::size_t size, std::uint8_t* out) {
     bool const isChained = cipher.mode == MODE_CBC;
     Words words{};
-    WipeAtEnd const wipe(words);
+    Words given{};
+    WipeAtEnd const wipeWords(words);
+    WipeAtEnd const wipeGiven(given);
     for (std::size_t at = 0; at < size; at += kTwofishBlockSize) {
         words = LoadWords(in + at);
-        Words const given = words;
+        given = words;
         if (decrypt) {
             DecryptWords(key, words);
             words = isChained ? Sum(words, cipher.iv32) : words;

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <random>
 #include <utility>
 #include <vector>
 
@@ -47,65 +45,6 @@ struct Ground {
     KVCache mCurrent;
     ConstraintsEngine mEngine{&mCurrent, &mForest, &mKeys, nullptr};
 };
-
-TEST(ConstraintsEngineTest, ASearchEndsAndItsSolutionsHold) {
-    constexpr long kKeys = 40;
-    constexpr long kOptions = 6;
-    int solved = 0;
-    for (unsigned seed = 1; seed <= 10; ++seed) {
-        SCOPED_TRACE(seed);
-        std::mt19937 random(seed);
-        auto const pick = [&random] {
-            long const key = static_cast<long>(random() % kKeys) * 10;
-            return Pair(key, key + 1 + static_cast<long>(random() % kOptions));
-        };
-        ConstraintForest forest;
-        KeyForest keys;
-        KVCache current;
-        for (long key = 0; key < kKeys * 10; key += 10) {
-            current.add({key, key + 1});
-            for (long option = key + 1; option <= key + kOptions; ++option) {
-                keys.insert(key, option);
-            }
-        }
-        for (unsigned rule = 0; rule < 300 * seed; ++rule) {
-            Pair const from = pick();
-            forest.insert(from.first, from.second, pick());
-        }
-        ConstraintsEngine engine(&current, &forest, &keys, nullptr);
-        Pair const wanted = pick();
-        KVCache delta = CacheOf({wanted});
-        if (engine.Solve(&delta, true).conflicts.size() == 0) {
-            ++solved;
-            EXPECT_EQ(delta.GetItem(wanted.first), wanted.second);
-            EXPECT_EQ(engine.Test(&delta).conflicts.size(), 0);
-        }
-    }
-    EXPECT_GT(solved, 0);
-    EXPECT_LT(solved, 10);
-}
-
-TEST(ConstraintsEngineTest, ASearchThatGoesTooDeepGivesUp) {
-    // Each key has the options 1 and 2, and 2 asks the next key for its 2.
-    for (long length : {128L, 129L}) {
-        ConstraintForest forest;
-        KeyForest keys;
-        KVCache current;
-        for (long key = 0; key <= length; ++key) {
-            keys.insert(key, 1);
-            keys.insert(key, 2);
-            current.add({key, 1});
-            if (key < length) {
-                forest.insert(key, 2, {key + 1, 1});
-            }
-        }
-        ConstraintsEngine engine(&current, &forest, &keys, nullptr);
-        KVCache delta = CacheOf({{0, 2}});
-        Pairs const conflicts = PairsOf(engine.Solve(&delta, true).conflicts);
-        EXPECT_EQ(conflicts, length == 128 ? Pairs{} : Pairs({{129, 1}}));
-        EXPECT_EQ(delta.size(), 129);
-    }
-}
 
 TEST(ConstraintsEngineTest, EveryProposalWithinTheDepthWaitsForItsTurn) {
     // 2 of key 0 stands against what key 1 is at; all other options of key 1, the last one first,

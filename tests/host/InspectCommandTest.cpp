@@ -69,63 +69,6 @@ class InspectCommandTest : public HostFixture {
     }
 };
 
-TEST_F(InspectCommandTest, PrintsAllThatCameOfAFile) {
-    json const expected = json::parse(R"json({
-      "validPrinterName": true,
-      "valid": true,
-      "header": {"PCFileName": "ZUBDEMO.PPD", "FormatVersion": "4.3", "FileVersion": null,
-                 "LanguageVersion": "English", "LanguageEncoding": "ISOLatin1", "ModelName": null,
-                 "APDialogExtension": null, "ZUFileVersion": null, "ZUVersion": "4.4"},
-      "errors": [{"code": 29, "fatal": false, "keyword": "*Collate"},
-                 {"code": 33, "fatal": false, "keyword": "*Stack"},
-                 {"code": 29, "fatal": false, "keyword": "*Stack"}],
-      "properties": [{"keyword": "Layout", "name": "Layout", "visible": true,
-                      "showInPrintProperties": true, "showInApplication": true,
-                      "scrollPane": "Pane1"}],
-      "groups": [{"keyword": "Pane1", "name": "Layout Pane", "kind": "scrollPane", "visible": true,
-                  "parent": "Layout", "rollDowns": ["Finish"]},
-                 {"keyword": "Finish", "name": "Finishing", "kind": "rollDown", "visible": true,
-                  "parent": "Pane1", "controls": ["*Duplex"]}],
-      "controls": [
-        {"keyword": "*Duplex", "name": "Two Sided", "type": 5, "visible": true, "parent": "Finish",
-         "flags": ["Dynamic"], "value": "None",
-         "postScript": "%%BeginFeature: *Duplex None\nfalse setduplex\n%%EndFeature\n",
-         "multiple": false, "installable": false, "default": "None",
-         "items": [{"keyword": "None", "name": "Off", "code": "false setduplex\n",
-                    "selected": true},
-                   {"keyword": "On", "name": "On", "code": "true setduplex\n", "selected": false},
-                   {"keyword": "Tumble", "name": "Tumbled", "code": "true settumble\n",
-                    "selected": false}]},
-        {"keyword": "*Collate", "name": "Collate", "type": 4, "visible": true, "parent": null,
-         "flags": ["Spooler", "Command"], "value": "True",
-         "postScript": "%%BeginFeature: *Collate True\ntrue setcollate\n%%EndFeature\n",
-         "default": true, "trueText": "Sorted", "falseText": null,
-         "trueCode": "true setcollate\n", "falseCode": null},
-        {"keyword": "*Stack", "name": "Stack", "type": 5, "visible": true, "parent": null,
-         "flags": [], "value": null, "postScript": "", "multiple": true, "installable": false,
-         "default": null,
-         "items": [{"keyword": "Face", "name": null, "code": null, "selected": false}]}],
-      "shortcuts": [],
-      "shortcutCount": 0
-    })json");
-    std::string const stack =
-        "*%ZUBFlags *Stack: \"\"\n"
-        "*OpenUI *Stack/Stack: PickMany\n"
-        "*Stack Face: \"\"\n"
-        "*CloseUI: *Stack\n";
-    std::string const ppd = Write("a.ppd", Head() + Duplex() + Collate() + stack);
-    json const document = RunForJSON({"inspect", ppd});
-    EXPECT_EQ(json::array(), json::diff(expected, document));
-}
-
-TEST_F(InspectCommandTest, AChoiceThatIsntTakenOnlyWarns) {
-    std::string const ppd = Write("a.ppd", Head() + Duplex());
-    Result const result = Run({"inspect", ppd, "--set", "*Duplex=On", "--set", "*Duplex=Off"});
-    EXPECT_EQ(0, result.status);
-    EXPECT_EQ("zubprint: warning: *Duplex doesn't take Off and stays at On\n", result.err);
-    EXPECT_EQ("On", Control(json::parse(result.out), "*Duplex")["value"]);
-}
-
 TEST_F(InspectCommandTest, WhatAControlMakesOfAChoiceIsSaid) {
     auto const range = [](std::string const& kind, std::string const& key) {
         return "*%ZUBFlags " + key + ": Dynamic\n*%ZUBGroup " + key + ": Finish/F\n*%ZUB" + kind +
@@ -169,31 +112,6 @@ TEST_F(InspectCommandTest, WhatAControlMakesOfAChoiceIsSaid) {
                   Run({"inspect", ppd, "--set", setting}).err)
             << setting;
     }
-}
-
-// The colour profiles can be named as people see them, and take what the PPD doesn't know.
-TEST_F(InspectCommandTest, AChoiceBySecondNameIsTakenWithoutWarning) {
-    std::string const ppd = Write("a.ppd", Head() +
-                                               "*%ZUBFlags *ZUOutProfile: Dynamic\n"
-                                               "*OpenUI *ZUOutProfile/Profile: PickOne\n"
-                                               "*DefaultZUOutProfile: None\n"
-                                               "*ZUOutProfile None/Off: \"\"\n"
-                                               "*ZUOutProfile F39/Coated 39: \"\"\n"
-                                               "*CloseUI: *ZUOutProfile\n");
-    for (auto const& [asked, value] :
-         {std::pair{"coated 39", "F39"}, {"F39", "F39"}, {"My Press", "My Press"}}) {
-        Result const result = Run({"inspect", ppd, "--set", std::string("*ZUOutProfile=") + asked});
-        EXPECT_EQ("", result.err);
-        EXPECT_EQ(value, Control(json::parse(result.out), "*ZUOutProfile")["value"]);
-    }
-}
-
-TEST_F(InspectCommandTest, ASettingOfAnUnknownControlPrintsNothingElse) {
-    std::string const ppd = Write("a.ppd", Head() + Duplex());
-    Result const result = Run({"inspect", ppd, "--set", "*Dup=On"});
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ("", result.out);
-    EXPECT_EQ("zubprint: " + ppd + " has no control *Dup\n", result.err);
 }
 
 TEST_F(InspectCommandTest, ARebuiltTreeIsTheOneThatWasReadButForWhatNoArchiveHolds) {

@@ -21,24 +21,6 @@ class RuleCommandsTest : public HostFixture {
                                "*UIConstraints: *A a1 *B b1\n");
 };
 
-TEST_F(RuleCommandsTest, TheDocumentsHoldWhatIsRuledOutAndWhatWouldGoWithAChange) {
-    struct Case {
-        std::vector<std::string> arguments;
-        char const* expected;
-    };
-    for (Case const& row :
-         {Case{{"constraints", mPPD}, R"({"constrained": [["*A", "a1"]]})"},
-          Case{{"constraints", mPPD, "--set", "*B=b2"}, R"({"constrained": []})"},
-          Case{{"solve", mPPD, "*A=a1"},
-               R"({"solved": true, "delta": [["*A", "a1"], ["*B", "b3"]], "conflicts": [],
-                   "alternatives": []})"},
-          Case{{"solve", mPPD, "*A=a1", "--test"},
-               R"({"solved": false, "delta": [["*A", "a1"]], "conflicts": [["*B", "b1"]],
-                   "alternatives": [["*B", "b3"], ["*B", "b2"]]})"}}) {
-        EXPECT_EQ(RunForJSON(row.arguments), json::parse(row.expected)) << json(row.arguments);
-    }
-}
-
 TEST_F(RuleCommandsTest, UnknownTextsAndRefusedFilesAreToldInOneLine) {
     struct Case {
         std::vector<std::string> arguments;

@@ -31,11 +31,6 @@ inline PPDPtr ParseTwoOfEach() {
                      "*%ZUBSpecialOption *Server: 2.1\n*UIConstraints: *PageSize B *ZUDuplex B\n");
 }
 
-inline std::string Taken(CFStringRef string) {
-    CFRef<CFStringRef> const owned(string);
-    return owned ? Text(owned) : "(null)";
-}
-
 // The text of an error that a parser gave, which goes.
 inline std::string Taken(PPDXErrorObj* error) {
     std::unique_ptr<PPDXErrorObj> const owned(error);

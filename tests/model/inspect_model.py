@@ -2,7 +2,7 @@
 """A second reader of extended PPD files, independent of the product's own.
 
 Where a file reaches a place whose outcome isn't settled, the reader notes it
-with `doubt()`. The comparer then compares only what such a place can't touch.
+with `doubt()`.
 """
 
 import os
@@ -62,14 +62,6 @@ CODECS = {
     b"MacStandard": "mac_roman",
     b"WindowsANSI": "cp1252",
 }
-
-# Shift-JIS tables disagree about these.
-SJIS_UNSURE = frozenset("\\~\u00a5\u203e\uff3c\uff5e\u301c\u2225\u2016\uff0d"
-                        "\u2212\u00a2\u00a3\u00ac\uffe0\uffe1\uffe2\u2015"
-                        "\u2014\u00a6\uffe4")
-
-ALL_FIELDS = ("validPrinterName", "valid", "header", "errors", "properties",
-              "groups", "controls", "shortcuts", "shortcutCount")
 
 
 class NoSuchControl(Exception):
@@ -178,12 +170,10 @@ class LineStream:
 class FileStream(LineStream):
     """The file, held one chunk at a time. Only `get_line` fetches the next."""
 
-    def __init__(self, data, doubt):
+    def __init__(self, data):
         self.file = data
         self.offset = 0
-        self.doubt = doubt
         self.after_cr = False
-        self.cut_on_border = False
         super().__init__(b"")
         self.good = self.refill()
 
@@ -201,16 +191,12 @@ class FileStream(LineStream):
 
     def get_line(self):
         """The text of the next line, or None for a failed read."""
-        if self.cut_on_border:
-            self.doubt("reading on behind an over-long line on a chunk border")
         line = bytearray()
-        crossed = False
         while True:
             c = self.get_char()
             if c is None:
                 if not self.refill():
                     return None
-                crossed = bool(line)
                 continue
             if c == LF:
                 break
@@ -224,7 +210,6 @@ class FileStream(LineStream):
                 return None
             line.append(c)
             if len(line) == LINE_LIMIT:
-                self.cut_on_border = crossed
                 return None
         return cut_at_nul(bytes(line))
 
@@ -695,7 +680,7 @@ class Reader:
         self.note_words = NOTE_WORDS_OF_LEVEL.get(level, len(NOTE_WORDS))
         self.orphans = bool(parse_options & 1)
         self.hidden = bool(parse_options & 2)
-        self.doubts = {}
+        self.doubts = []
         self.header = dict.fromkeys(self.HEADER)
         self.header_accepted = False
         self.printer_name_valid = accept is None or accepts(data, accept)
@@ -714,16 +699,10 @@ class Reader:
         if self.printer_name_valid:
             self.build()
 
-    def doubt(self, reason, compared=()):
-        """Note an unsettled place and the fields that it leaves certain."""
-        self.doubts[reason] = frozenset(compared) & self.doubts.get(
-            reason, frozenset(ALL_FIELDS))
-
-    def certain_fields(self):
-        fields = frozenset(ALL_FIELDS)
-        for kept in self.doubts.values():
-            fields &= kept
-        return fields
+    def doubt(self, reason):
+        """Note an unsettled place."""
+        if reason not in self.doubts:
+            self.doubts.append(reason)
 
     # -- values that may run over several lines
 
@@ -809,14 +788,11 @@ class Reader:
             return None
         data = cut_at_nul(self.unescape(text))
         try:
-            name = data.decode(self.codec)
+            return data.decode(self.codec)
         except UnicodeDecodeError:
             if self.codec == "shift_jis":
                 self.doubt("bytes that Shift-JIS tables disagree about")
             return None
-        if self.codec == "shift_jis" and SJIS_UNSURE.intersection(name):
-            self.doubt("Shift-JIS characters that tables disagree about")
-        return name
 
     def unescape(self, text):
         out = bytearray()
@@ -843,13 +819,9 @@ class Reader:
             if text[at] not in b"0123456789abcdefABCDEF>":
                 return None
             digits.append(text[at])
-        if len(digits) % 2:
+        if len(digits) % 2 or not digits.strip(b">"):
             return None
-        if not digits or digits[-1] == 0x3E:
-            self.doubt("an escape without digits, or with a lone digit and "
-                       "a blank")
-            digits = digits.replace(b">", b"0")
-        return bytes.fromhex(digits.decode())
+        return bytes.fromhex(digits.replace(b">", b"0").decode())
 
     # -- lookups
 
@@ -881,7 +853,7 @@ class Reader:
             self.problems.append(Problem(27))
 
     def parse(self):
-        stream = FileStream(self.data, self.doubt)
+        stream = FileStream(self.data)
         if not stream.good:
             self.problems.append(Problem(18, fatal=True))
             return
@@ -982,11 +954,9 @@ class Reader:
         if next_token(s, NAME_ENDS)[1] != b"InstallableOptions":
             return
         self.inside_installable = True
-        found, translation = next_token(s, NAME_ENDS)
+        translation = next_token(s, NAME_ENDS)[1]
         if self.installable is not None:
             return
-        if not found:
-            self.doubt("an installable section without a translation")
         name = self.convert(translation)
         if name is None:
             self.problems.append(Problem(12, b"InstallableOptions"))
@@ -1044,8 +1014,6 @@ class Reader:
             return None
         if local is None:
             return Problem(12, name)
-        if not name:
-            self.doubt("a blank group name")
         self.group_names.append(GroupName(name, local, visible))
         return None
 
@@ -1161,13 +1129,10 @@ class Reader:
         found, _ = next_token(s, NAME_ENDS)
         if not found:
             return Problem(8, keyword)
-        translated, translation = next_token(s, COLON)
-        name = self.convert(translation)
+        name = self.convert(next_token(s, COLON)[1])
         found, kind = next_token(s, TYPE_ENDS)
         if not found or kind not in (b"Boolean", b"PickOne", b"PickMany"):
             return Problem(31, keyword)
-        if not translated:
-            self.doubt("an opener without a translation")
         if kind == b"Boolean":
             return self.boolean(keyword, name, flags, group)
         return self.popup(keyword, name, flags, group, kind == b"PickMany")
@@ -1246,8 +1211,6 @@ class Reader:
                 found, option = next_token(parts, NAME_ENDS)
                 if not found:
                     break
-                if not option:
-                    self.doubt("a blank option keyword")
                 if default is not None and option == default:
                     default_found = True
                 found, translation = next_token(parts, COLON)
@@ -1262,8 +1225,6 @@ class Reader:
         if not self.version_admits_blocks():
             return None
         if default is not None and not default_found:
-            if not items:
-                self.doubt("a default in a block without options")
             default = items[0].keyword if items else None
         if name is None:
             return Problem(8, keyword)
@@ -1295,12 +1256,7 @@ class Reader:
                 if state not in states:
                     return Problem(9, keyword)
                 found, text = next_token(parts, COLON)
-                later = (text if found else None, self.code(s))
-                for old, new in zip(states[state], later):
-                    if old is not None and new is None:
-                        self.doubt("a state given again with less",
-                                   set(ALL_FIELDS) - {"controls"})
-                states[state] = later
+                states[state] = text if found else None, self.code(s)
         if not seen:
             self.problems.append(Problem(33, keyword))
         if group is None and not self.orphans:
@@ -1449,7 +1405,6 @@ class Reader:
             self.place(self.find_or_create_parent(b"FPPaperSource"), control,
                        False)
         if not isinstance(control, CustomPageSize):
-            self.doubt("another control named as the custom page size")
             return None
         sides = set()
         for _ in range(4):

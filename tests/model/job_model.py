@@ -106,7 +106,8 @@ class Dialog:
         self.host = host or Host()
         self.tickets = tickets or {}
         self.ppd = Reader(data, 3, ["ZUB"])
-        self.doubts = list(self.ppd.doubts)
+        self.doubts = self.ppd.doubts
+        self.doubt = self.ppd.doubt
         self.accepted = self.ppd.printer_name_valid and self.ppd.is_valid()
         self.files = []
         self.orphans_shown = False
@@ -117,10 +118,6 @@ class Dialog:
             # Once for the session data, once for the session.
             for _ in range(2):
                 self.prepare_specials()
-
-    def doubt(self, reason):
-        if reason not in self.doubts:
-            self.doubts.append(reason)
 
     # -- looking up
 

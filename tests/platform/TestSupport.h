@@ -2,64 +2,23 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
-#include <optional>
 #include <string>
-#include <string_view>
 
-#include "platform/CFRef.h"
 #include "platform/CoreFoundation.h"
 #include "platform/Testing.h"
-
-inline std::uint8_t const* Bytes(std::string_view text) {
-    return reinterpret_cast<std::uint8_t const*>(text.data());
-}
-
-inline CFRef<CFStringRef> Str(std::string_view utf8) {
-    return CFRef<CFStringRef>(CFStringCreateWithBytes(
-        nullptr, Bytes(utf8), static_cast<CFIndex>(utf8.size()), kCFStringEncodingUTF8, false));
-}
-
-inline CFRef<CFDataRef> Data(std::string_view bytes) {
-    return CFRef<CFDataRef>(
-        CFDataCreate(nullptr, Bytes(bytes), static_cast<CFIndex>(bytes.size())));
-}
+#include "tests/Surroundings.h"
+#include "tests/Texts.h"
 
 inline CFRef<CFNumberRef> Number(std::int32_t value) {
     return CFRef<CFNumberRef>(CFNumberCreate(nullptr, kCFNumberSInt32Type, &value));
-}
-
-// UTF-8, or "(null)".
-inline std::string Text(CFStringRef string) {
-    if (string == nullptr) {
-        return "(null)";
-    }
-    std::string text(static_cast<std::size_t>(CFStringGetLength(string)) * 3 + 1, '\0');
-    CFIndex used = 0;
-    CFStringGetBytes(string, {0, CFStringGetLength(string)}, kCFStringEncodingUTF8, '?', false,
-                     reinterpret_cast<std::uint8_t*>(text.data()),
-                     static_cast<CFIndex>(text.size()), &used);
-    text.resize(static_cast<std::size_t>(used));
-    return text;
-}
-
-inline std::string Text(CFDataRef data) {
-    auto const* bytes = CFDataGetBytePtr(data);
-    return data == nullptr ? "(null)" : std::string(bytes, bytes + CFDataGetLength(data));
-}
-
-inline CFRef<CFURLRef> FileURL(std::string const& path, bool isDirectory = false) {
-    return CFRef<CFURLRef>(CFURLCreateFromFileSystemRepresentation(
-        nullptr, Bytes(path), static_cast<CFIndex>(path.size()), isDirectory));
 }
 
 // The deleter that calls a function.
@@ -76,21 +35,6 @@ inline std::string OutputOf(std::string const& command) {
         text += static_cast<char>(c);
     }
     return text;
-}
-
-// Calls `work` where no file may grow beyond `size` bytes, which stands in for a full disk: a write
-// stops in the middle. `handler` is for the signal that comes with it.
-template <typename Work>
-bool OnSmallDisk(rlim_t size, decltype(SIG_DFL) handler, Work&& work) {
-    struct rlimit old {};
-    getrlimit(RLIMIT_FSIZE, &old);
-    auto const oldHandler = std::signal(SIGXFSZ, handler);
-    struct rlimit const small = {size, old.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-    bool const result = work();
-    setrlimit(RLIMIT_FSIZE, &old);
-    std::signal(SIGXFSZ, oldHandler);
-    return result;
 }
 
 // Every test gives back what it made.
@@ -135,26 +79,4 @@ class TemporaryFolder {
 
   private:
     std::string mPath;
-};
-
-// Sets an environment variable, or removes it, for the length of a scope.
-class ScopedVariable {
-  public:
-    ScopedVariable(char const* name, char const* value) : mName(name) {
-        if (char const* old = std::getenv(name); old != nullptr) {
-            mOld = old;
-        }
-        Set(value);
-    }
-    ScopedVariable(ScopedVariable const&) = delete;
-    ScopedVariable& operator=(ScopedVariable const&) = delete;
-    ~ScopedVariable() { Set(mOld ? mOld->c_str() : nullptr); }
-
-  private:
-    void Set(char const* value) const {
-        value == nullptr ? unsetenv(mName) : setenv(mName, value, 1);
-    }
-
-    char const* mName;
-    std::optional<std::string> mOld;
 };

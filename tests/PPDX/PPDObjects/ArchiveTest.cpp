@@ -399,26 +399,6 @@ void UseAll(ZUBPPD& ppd) {
     ppd.Restore(again);
 }
 
-TEST_F(ArchiveTest, CutFlippedAndRandomBytesAreRefused) {
-    Bytes const flat = ArchiveOf(*mPPD);
-    std::mt19937 random(20260711);
-    for (int round = 0; round < 3000; ++round) {
-        Bytes bytes = flat;
-        std::size_t const at = random() % flat.size();
-        if (round % 3 == 0) {
-            bytes.resize(std::max<std::size_t>(at, 1));
-        } else if (round % 3 == 1) {
-            bytes[at] ^= static_cast<std::uint8_t>(1U << random() % 8);
-        } else {
-            bytes.resize(at + 1);
-            std::ranges::generate(bytes, random);
-        }
-        Settings settings;
-        EXPECT_FALSE(ReadFlat(settings, bytes)) << round;
-        EXPECT_TRUE(settings.Empty()) << round;
-    }
-}
-
 // Removes an entry, gives it another size or number, or puts it into another record.
 void Damage(Settings& settings, EntryName const& entry, std::mt19937& random) {
     static constexpr std::int32_t kNumbers[] = {

@@ -93,7 +93,7 @@ TEST(ElementTreeTest, NameIsConvertedOnceAndReleasedWithTheElement) {
     SetSystemTextEncoding(kCFStringEncodingMacRoman);
     long const before = LiveObjectCount();
     {
-        PPDXGroup group("*A", StringOf("Höhe"), true);
+        PPDXGroup group("*A", Str("Höhe"), true);
         char const* const name = group.UserName();
         EXPECT_STREQ(name, "H\x9Ahe");
         EXPECT_EQ(group.UserName(), name);
@@ -108,13 +108,13 @@ TEST(ElementTreeTest, NameIsConvertedOnceAndReleasedWithTheElement) {
 TEST(ElementTreeTest, AnArchiveHasUpTo511BytesOfANameInTheSystemsEncoding) {
     for (std::size_t length : {511U, 512U}) {
         std::string const name(length, 'x');
-        PPDXGroup group("*A", StringOf(name.c_str()), true);
+        PPDXGroup group("*A", Str(name), true);
         Settings settings;
         ASSERT_EQ(group.Save(settings, 4001), noErr);
         std::unique_ptr<CString> const text(
             GetSettingsString(settings, ArchiveTags::kNameText, 4001));
         EXPECT_STREQ(text->GetCharData(), length == 511U ? name.c_str() : "Translation Error");
-        EXPECT_EQ(UTF8Of(StringRef(GetSettingsCFString(settings, ArchiveTags::kName, 4001))), name);
+        EXPECT_EQ(Taken(GetSettingsCFString(settings, ArchiveTags::kName, 4001)), name);
     }
 }
 

@@ -14,8 +14,7 @@
 #include "PPDX/PPDObjects/PPDXErrorObj.h"
 #include "PPDX/PPDObjects/PPDXErrors.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
-#include "platform/CFRef.h"
-#include "tests/ZUBUtils/PPDUtils/PlatformText.h"
+#include "tests/Texts.h"
 
 // A page with a pane and a roll-down on it.
 constexpr char kTree[] =
@@ -37,11 +36,7 @@ class TemporaryFile {
     TemporaryFile& operator=(TemporaryFile const&) = delete;
     ~TemporaryFile() { unlink(mPath.c_str()); }
 
-    CFRef<CFURLRef> URL() const {
-        return CFRef<CFURLRef>(CFURLCreateFromFileSystemRepresentation(
-            nullptr, reinterpret_cast<std::uint8_t const*>(mPath.data()),
-            static_cast<CFIndex>(mPath.size()), false));
-    }
+    CFRef<CFURLRef> URL() const { return FileURL(mPath); }
     std::string const& Path() const { return mPath; }
 
   private:
@@ -111,5 +106,5 @@ inline std::string PostScriptOf(PPDXControl& control) {
 
 // "(null)" for an option without a value.
 inline std::string ValueOf(ZUBPPD& ppd, char const* keyword) {
-    return UTF8Of(StringRef(ControlOf(ppd, keyword)->CopyCurrentControlValueString()));
+    return Taken(ControlOf(ppd, keyword)->CopyCurrentControlValueString());
 }

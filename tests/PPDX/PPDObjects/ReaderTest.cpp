@@ -138,9 +138,7 @@ TEST(ReaderTest, RulesOfThreeKeywordsReachTheirStores) {
 // ---- The file as a whole ----
 
 TEST(ReaderTest, AFileThatCannotBeReadIsError18) {
-    CFRef<CFURLRef> const missing(CFURLCreateFromFileSystemRepresentation(
-        nullptr, reinterpret_cast<std::uint8_t const*>("/nowhere/x.ppd"), 14, false));
-    PPDPtr const absent(new ZUBPPD(missing, kParseAll, nullptr));
+    PPDPtr const absent(new ZUBPPD(FileURL("/nowhere/x.ppd"), kParseAll, nullptr));
     EXPECT_EQ(ErrorsOf(*absent).front(), "18!");
     EXPECT_FALSE(absent->IsValidPPD());
     EXPECT_EQ(ErrorsOf(*ParseBytes("")).front(), "18!");

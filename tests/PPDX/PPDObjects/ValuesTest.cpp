@@ -27,12 +27,11 @@ TEST(ValueByKeyTest, FindsExactlyThisKeywordOfAtMostFortyASCIICharacters) {
     ASSERT_NE(ControlOf(*ppd, tooLong.c_str()), nullptr);
     ASSERT_NE(ControlOf(*ppd, "*H\xF6he"), nullptr);
     EXPECT_EQ(ppd->GetPPDXControlForKey(CFSTR("*Duplex")), ControlOf(*ppd, "*Duplex"));
-    EXPECT_EQ(ppd->GetPPDXControlForKey(StringOf(longest.c_str())),
-              ControlOf(*ppd, longest.c_str()));
+    EXPECT_EQ(ppd->GetPPDXControlForKey(Str(longest)), ControlOf(*ppd, longest.c_str()));
     std::string const umlaut = "*H\u00F6he";
     for (std::string const& key : {tooLong, umlaut, std::string("*Dup"), std::string("*duplex"),
                                    std::string("*Duplex "), std::string()}) {
-        CFRef<CFStringRef> const string = StringOf(key.c_str());
+        CFRef<CFStringRef> const string = Str(key);
         EXPECT_EQ(ppd->GetPPDXControlForKey(string), nullptr) << key;
         EXPECT_EQ(ppd->CopyValueForKey(string), nullptr) << key;
         ppd->SetValueForKey(string, CFSTR("b"));
@@ -44,7 +43,7 @@ TEST(ValueByKeyTest, FindsExactlyThisKeywordOfAtMostFortyASCIICharacters) {
     ppd->SetValueForKey(CFSTR("*Duplex"), CFSTR("Long"));
     ppd->SetValueForKey(CFSTR("*Duplex"), nullptr);
     CFRef<CFStringRef> const value(ppd->CopyValueForKey(CFSTR("*Duplex")));
-    EXPECT_EQ(UTF8Of(value), "Long");
+    EXPECT_EQ(Text(value), "Long");
 }
 
 TEST(AllValuesTest, GoThroughADictionaryAndLeaveWhatIsInstalledAlone) {
@@ -70,12 +69,12 @@ TEST(AllValuesTest, GoThroughADictionaryAndLeaveWhatIsInstalledAlone) {
     CFRef<CFDictionaryRef> const choices(source->CopyAllValues());
     EXPECT_EQ(CFDictionaryGetCount(choices), 4);  // *Void has no value
     CFTypeRef const tray = CFDictionaryGetValue(choices, CFSTR("*Tray"));
-    EXPECT_EQ(UTF8Of(static_cast<CFStringRef>(tray)), "Two");
+    EXPECT_EQ(Text(static_cast<CFStringRef>(tray)), "Two");
     target->SetAllValues(nullptr);
     target->SetAllValues(choices);
     EXPECT_EQ(ValueOf(*target, "*Tray"), "None");
     for (std::size_t i = 1; i < std::size(keywords); ++i) {
-        EXPECT_EQ(ValueOf(*target, keywords[i]), UTF8Of(values[i])) << keywords[i];
+        EXPECT_EQ(ValueOf(*target, keywords[i]), Text(values[i])) << keywords[i];
     }
 }
 

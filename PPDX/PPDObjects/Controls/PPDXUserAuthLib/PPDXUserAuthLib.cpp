@@ -25,7 +25,6 @@ int AUTH_packAndEncrypt(char const* user, char const* password, char const* /*do
     }
     FieldBuffer userField{};
     FieldBuffer passwordField{};
-    FieldBuffer domainField{};
     WipeAtEnd const wipeUser(userField);
     WipeAtEnd const wipePassword(passwordField);
     std::array<unsigned char, kGUIDSize> guid{};
@@ -36,8 +35,8 @@ int AUTH_packAndEncrypt(char const* user, char const* password, char const* /*do
         CopyField(user, userField);
         CopyField(password, passwordField);
     }
-    return UAL_PackAndEncrypt(userField.data(), passwordField.data(), domainField.data(),
-                              kUALUserDomain, guid.data(), out);
+    return UAL_PackAndEncrypt(userField.data(), passwordField.data(), "", kUALUserDomain,
+                              guid.data(), out);
 }
 
 void AUTH_freeBuffer(char** buffer) {

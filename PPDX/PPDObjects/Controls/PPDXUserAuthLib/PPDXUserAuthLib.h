@@ -22,7 +22,8 @@ constexpr std::size_t kMACAddressSize = 6;
 // a record with nothing in it. `domain` and `reserved` aren't used.
 int AUTH_packAndEncrypt(char const* user, char const* password, char const* domain,
                         UAL_DomainType domainType, int reserved, char** out);
-// Wipes the text and frees it; the pointer becomes null. Null twice over is harmless.
+// Wipes the text up to its first zero and frees it; the pointer becomes null. Null twice over is
+// harmless.
 void AUTH_freeBuffer(char** buffer);
 
 // The same with texts of any length up to 16 MiB in all and an identifier of 16 bytes, null for

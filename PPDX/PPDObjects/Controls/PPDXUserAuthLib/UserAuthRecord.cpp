@@ -13,6 +13,7 @@
 #include "ZUBUtils/PPDUtils/ZUBAssert.h"
 #include "ciphers/Base64Decoder.h"
 #include "ciphers/Base64Encoder.h"
+#include "ciphers/BigEndian.h"
 #include "ciphers/SHA1.h"
 #include "ciphers/Twofish.h"
 #include "platform/Wiping.h"
@@ -43,17 +44,6 @@ struct UserTexts {
     std::string_view domain;
 };
 
-void StoreNumber(std::uint32_t number, std::uint8_t* bytes) {
-    for (std::size_t i = 0; i < 4; ++i) {
-        bytes[i] = static_cast<std::uint8_t>(number >> (24 - 8 * i));
-    }
-}
-
-std::uint32_t LoadNumber(std::uint8_t const* bytes) {
-    return std::uint32_t{bytes[0]} << 24U | std::uint32_t{bytes[1]} << 16U |
-           std::uint32_t{bytes[2]} << 8U | bytes[3];
-}
-
 // At least one zero ends the middle block.
 std::size_t MiddleSize(std::size_t recordSize) {
     return (recordSize + kMiddleOverhead) / kTwofishBlockSize * kTwofishBlockSize +
@@ -71,7 +61,7 @@ std::array<std::uint8_t, SHA1::kDigestSize> DigestOf(ByteView bytes) {
     sha.Result(words.data());
     std::array<std::uint8_t, SHA1::kDigestSize> digest{};
     for (std::size_t i = 0; i < words.size(); ++i) {
-        StoreNumber(words[i], digest.data() + 4 * i);
+        StoreBigEndian32(words[i], digest.data() + 4 * i);
     }
     return digest;
 }
@@ -81,7 +71,7 @@ Bytes InnerRecord(UserTexts const& texts, UAL_DomainType domainType, unsigned ch
     Bytes record(kTextsAt + texts.user.size() + texts.password.size() + texts.domain.size());
     std::uint8_t* position = record.data();
     auto const addNumber = [&position](std::uint32_t number) {
-        StoreNumber(number, position);
+        StoreBigEndian32(number, position);
         position += 4;
     };
     addNumber(kVersion);
@@ -103,7 +93,7 @@ Bytes InnerRecord(UserTexts const& texts, UAL_DomainType domainType, unsigned ch
 
 Bytes MiddleBlock(Bytes const& record) {
     Bytes block(MiddleSize(record.size()));
-    StoreNumber(static_cast<std::uint32_t>(record.size()), block.data());
+    StoreBigEndian32(static_cast<std::uint32_t>(record.size()), block.data());
     auto const digestAt = std::ranges::copy(record, block.begin() + 4).out;
     std::ranges::copy(DigestOf(record), digestAt);
     return block;
@@ -117,10 +107,10 @@ Bytes OuterBlock(Bytes const& middle) {
         return {};
     }
     Bytes block(middle.size() + kOuterOverhead);
-    StoreNumber(kVersion, block.data());
-    StoreNumber(static_cast<std::uint32_t>(middle.size()), block.data() + 4);
+    StoreBigEndian32(kVersion, block.data());
+    StoreBigEndian32(static_cast<std::uint32_t>(middle.size()), block.data() + 4);
     for (std::size_t i = 0; i < sessionKey.size(); ++i) {
-        StoreNumber(sessionKey[i], block.data() + kSessionKeyAt + 4 * i);
+        StoreBigEndian32(sessionKey[i], block.data() + kSessionKeyAt + 4 * i);
     }
     bool const isDone =
         CryptRecord(false, sessionKey, middle.data(), middle.size(), block.data() + kMiddleAt) ==
@@ -159,15 +149,15 @@ Bytes OpenOuterBlock(std::string_view text) {
     Bytes outer = FromBase64(text);
     if (outer.size() <= kOuterOverhead ||
         CryptRecord(true, FixedRecordKey(), outer.data(), outer.size(), outer.data()) != 0 ||
-        LoadNumber(outer.data()) != kVersion ||
-        LoadNumber(outer.data() + 4) != outer.size() - kOuterOverhead ||
+        LoadBigEndian32(outer.data()) != kVersion ||
+        LoadBigEndian32(outer.data() + 4) != outer.size() - kOuterOverhead ||
         !AreZeros(ByteView(outer).last(kOuterZeros))) {
         return {};
     }
     RecordKey sessionKey{};
     WipeAtEnd const wipe(sessionKey);
     for (std::size_t i = 0; i < sessionKey.size(); ++i) {
-        sessionKey[i] = LoadNumber(outer.data() + kSessionKeyAt + 4 * i);
+        sessionKey[i] = LoadBigEndian32(outer.data() + kSessionKeyAt + 4 * i);
     }
     Bytes middle(outer.size() - kOuterOverhead);
     int const status =
@@ -180,7 +170,7 @@ ByteView OpenMiddleBlock(Bytes const& middle) {
     if (middle.size() < MiddleSize(kTextsAt)) {
         return {};
     }
-    std::size_t const size = LoadNumber(middle.data());
+    std::size_t const size = LoadBigEndian32(middle.data());
     if (size < kTextsAt || MiddleSize(size) != middle.size()) {
         return {};
     }
@@ -193,14 +183,14 @@ ByteView OpenMiddleBlock(Bytes const& middle) {
 
 // False unless the record's lengths are those of the texts in it.
 bool FindTexts(ByteView record, UserTexts& texts) {
-    if (record.empty() || LoadNumber(record.data()) != kVersion) {
+    if (record.empty() || LoadBigEndian32(record.data()) != kVersion) {
         return false;
     }
     std::string_view rest(reinterpret_cast<char const*>(record.data()) + kTextsAt,
                           record.size() - kTextsAt);
     std::string_view* const fields[] = {&texts.user, &texts.password, &texts.domain};
     for (std::size_t i = 0; i < 3; ++i) {
-        std::size_t const length = LoadNumber(record.data() + 4 + 4 * i);
+        std::size_t const length = LoadBigEndian32(record.data() + 4 + 4 * i);
         if (length > rest.size()) {
             return false;
         }
@@ -249,7 +239,7 @@ int Unpack(char const* text, char** user, char** password, char** domain,
     if (!FindTexts(record, texts) || !CopyTexts(texts, user, password, domain)) {
         return -1;
     }
-    *domainType = static_cast<UAL_DomainType>(LoadNumber(record.data() + 16));
+    *domainType = static_cast<UAL_DomainType>(LoadBigEndian32(record.data() + 16));
     std::copy_n(record.data() + kGUIDAt, kGUIDSize, guid);
     return 0;
 }

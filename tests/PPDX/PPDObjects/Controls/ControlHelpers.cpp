@@ -29,20 +29,6 @@ std::vector<std::string> TakeReportedChanges() {
     return std::exchange(gReportedChanges, {});
 }
 
-CFRef<CFStringRef> String(char const* text) {
-    return CFRef<CFStringRef>(CFStringCreateWithCString(nullptr, text, kCFStringEncodingUTF8));
-}
-
-std::string TextOf(CFStringRef string) {
-    CFRef<CFStringRef> const taken(string);
-    if (!taken) {
-        return "(null)";
-    }
-    char text[512];
-    return CFStringGetCString(taken, text, sizeof text, kCFStringEncodingUTF8) ? text
-                                                                               : "(too long)";
-}
-
 PointerList Words(std::initializer_list<char const*> words) {
     PointerList list;
     for (char const* const word : words) {
@@ -60,7 +46,7 @@ unsigned char* Code(std::string const& text) {
 _PopupItem* NewItem(ItemText const& text) {
     auto* const item = new _PopupItem;
     item->mKeyword = NewText(text.keyword);
-    item->mLocalName = text.name != nullptr ? String(text.name).Release() : nullptr;
+    item->mLocalName = text.name != nullptr ? Str(text.name).Release() : nullptr;
     if (text.code != nullptr) {
         item->mPSCode = Code(text.code);
         item->mPSLength = static_cast<std::int32_t>(std::strlen(text.code));

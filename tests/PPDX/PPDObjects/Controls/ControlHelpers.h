@@ -8,15 +8,11 @@
 
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
-#include "platform/CFRef.h"
+#include "tests/Texts.h"
 
 // "keyword=value" for every call of CheckForChangeInListFromJP since the last one of this; these
 // tests stand in for the Job Properties exchange.
 std::vector<std::string> TakeReportedChanges();
-
-// UTF-8 both ways. TextOf takes the string over and makes "(null)" of null.
-CFRef<CFStringRef> String(char const* text);
-std::string TextOf(CFStringRef string);
 
 // What a reader hands over to a control.
 PointerList Words(std::initializer_list<char const*> words);

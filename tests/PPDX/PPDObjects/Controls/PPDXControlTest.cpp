@@ -52,16 +52,6 @@ std::string Injected(PPDXControl const& control, std::string const& code, char c
     return text;
 }
 
-TEST(PPDXControlTest, ShortcutsMayNameAllButTheReservedKeywords) {
-    for (auto* keyword : {"*ZUChromVale", "*ZU_PROP_CV_CRD", "*ZU_PROP_LOCAL_ZULANDSCAPE"}) {
-        EXPECT_FALSE(PPDXControl::ValidKeyword(keyword)) << keyword;
-    }
-    for (auto* keyword : {"*PageSize", "*ZUCHROMVALE", "*ZU_PROP_CV_CRD_", "ZUChromVale", ""}) {
-        EXPECT_TRUE(PPDXControl::ValidKeyword(keyword)) << keyword;
-    }
-    EXPECT_FALSE(PPDXControl::ValidKeyword(nullptr));
-}
-
 TEST(PPDXControlTest, InjectReplacesEveryMarkerByTheValue) {
     struct {
         CNTL_TYPE type;

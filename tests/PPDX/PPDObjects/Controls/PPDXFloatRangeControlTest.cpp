@@ -27,8 +27,8 @@ TEST(PPDXFloatRangeControlTest, ValueIsClampedButNotSnapped) {
                        {"1.23456", "1.235"}, {"x", "0.500"},   {"1e300", "2.000"},
                        {"-1e300", "0.500"}};
     for (auto const& [text, result] : cases) {
-        gamma->SetCurrentControlWithCFString(String(text));
-        EXPECT_EQ(TextOf(gamma->CopyCurrentControlValueString()), result) << text;
+        gamma->SetCurrentControlWithCFString(Str(text));
+        EXPECT_EQ(Taken(gamma->CopyCurrentControlValueString()), result) << text;
     }
     gamma->ResetToDefaultValue();
     EXPECT_EQ(gamma->GetValue(), 2.0F);
@@ -43,7 +43,7 @@ TEST(PPDXFloatRangeControlTest, NumbersOutOfReachOfAFloatBecomeFinite) {
     gamma->SetValue(std::numeric_limits<float>::quiet_NaN());
     EXPECT_EQ(gamma->GetValue(), 0.0F);
     gamma->SetValue(FLT_MAX);
-    EXPECT_EQ(TextOf(gamma->CopyCurrentControlValueString()),
+    EXPECT_EQ(Taken(gamma->CopyCurrentControlValueString()),
               "340282346638528859811704183484516925440.000");
 }
 

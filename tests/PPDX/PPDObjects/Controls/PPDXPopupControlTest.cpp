@@ -32,12 +32,12 @@ std::string StateOf(PPDXPopupControl& popup) {
         state += item->mSelected != 0 ? '1' : '0';
     }
     std::string const code = Emitted(popup);
-    return state + " " + TextOf(popup.CopyCurrentControlValueString()) +
+    return state + " " + Taken(popup.CopyCurrentControlValueString()) +
            (code.empty() ? " no code" : "");
 }
 
 void Set(PPDXPopupControl& popup, char const* value) {
-    popup.SetCurrentControlWithCFString(String(value));
+    popup.SetCurrentControlWithCFString(Str(value));
 }
 
 TEST(PPDXPopupControlTest, SelectingByKeywordFollowsTheKindOfTheControl) {
@@ -99,7 +99,7 @@ TEST(PPDXPopupControlTest, OnlyChangesByValueAreReportedToJobProperties) {
 TEST(PPDXPopupControlTest, KeywordBeyondASCIIIsMacRomanInItsValueText) {
     auto const popup = NewPopup("*Key", {{"Caf\x8E", nullptr, nullptr}, {"X", nullptr, nullptr}},
                                 {.defaultKeyword = "Caf\x8E"});
-    EXPECT_EQ(TextOf(popup->CopyCurrentControlValueString()), "Caf\u00E9");
+    EXPECT_EQ(Taken(popup->CopyCurrentControlValueString()), "Caf\u00E9");
     popup->SetValue(2);
     Set(*popup, "Caf\u00E9");
     EXPECT_EQ(popup->GetValue(), 1);
@@ -110,7 +110,7 @@ TEST(PPDXPopupControlTest, OfTwoItemsWithOneKeywordAValueGoesToTheFirst) {
     Set(*popup, "A");
     EXPECT_EQ(StateOf(*popup), "10 A");
     EXPECT_STREQ(popup->GetKeywordLocalName("A"), "Two");
-    EXPECT_EQ(TextOf(CFStringRef(CFRetain(popup->GetKeywordCFLocalName("A")))), "Two");
+    EXPECT_EQ(Taken(CFStringRef(CFRetain(popup->GetKeywordCFLocalName("A")))), "Two");
     EXPECT_EQ(popup->GetKeywordLocalName("B"), nullptr);
     EXPECT_EQ(Emitted(*popup), "%%BeginFeature: *Key A\n1\n%%EndFeature\n");
     auto const multiple = NewPopup("*Key", {{"A", "One", nullptr}, {"A", "Two", nullptr}},

@@ -10,7 +10,7 @@
 namespace {
 
 std::string ValueOf(PPDXSpecialOption& option) {
-    return TextOf(option.CopyCurrentControlValueString());
+    return Taken(option.CopyCurrentControlValueString());
 }
 
 TEST(PPDXSpecialOptionTest, ArchiveKeepsTheTextAndItsAbsence) {

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,28 +17,8 @@
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
 #include "VelonFeatures/Project/Core/ZUBJobTicket.h"
 #include "platform/Testing.h"
+#include "tests/Surroundings.h"
 #include "tests/VelonFeatures/Project/Core/TestSession.h"
-
-// The environment's variable HOME for the length of a scope; null for none.
-class HomeScope {
-  public:
-    explicit HomeScope(char const* home) {
-        if (char const* const old = std::getenv("HOME"); old != nullptr) {
-            mOld = old;
-        }
-        Set(home);
-    }
-    HomeScope(HomeScope const&) = delete;
-    HomeScope& operator=(HomeScope const&) = delete;
-    ~HomeScope() { Set(mOld ? mOld->c_str() : nullptr); }
-
-  private:
-    static void Set(char const* home) {
-        home == nullptr ? unsetenv("HOME") : setenv("HOME", home, 1);
-    }
-
-    std::optional<std::string> mOld;
-};
 
 // A session, the built bundle, a home folder without anything in it, and a process that is as it
 // was before the first dialog.
@@ -71,7 +49,7 @@ class CoreFixture : public testing::Test {
     static PPDXControl* ControlOf(ZUBPPD& ppd, char const* keyword) {
         return FindAnyControl(&ppd, keyword);
     }
-    // "(none)" without such a control, and for one without a value.
+    // "(null)" without such a control, and for one without a value.
     static std::string ValueOf(ZUBPPD& ppd, char const* keyword) {
         PPDXControl* const control = ControlOf(ppd, keyword);
         CFRef<CFStringRef> const value(
@@ -91,7 +69,7 @@ class CoreFixture : public testing::Test {
     }
 
     TestSession mSession;
-    HomeScope const mHome{mSession.Path("home").c_str()};
+    ScopedVariable const mHome{"HOME", mSession.Path("home").c_str()};
     CFRef<CFBundleRef> mBundle{CFBundleCreate(nullptr, FileURL(ZUB_PLUGIN_DIR, true))};
     PrintSettingsTicket mSettings{mSession.Get()};
     PPDPtr mPPD;

@@ -31,7 +31,7 @@ class SessionDataTest : public CoreFixture {
     void SetText(std::string const& key, std::string const& text) const {
         mSession.SetItem(key, Str(text).Get());
     }
-    // A text or a number of the settings, "(none)" without the item.
+    // A text or a number of the settings, "(null)" without the item.
     std::string Item(std::string const& key) const {
         CFTypeRef item = nullptr;
         PMTicketGetItem(mSession.Settings(), Str(key), 0, 0, &item);
@@ -79,21 +79,21 @@ TEST_F(SessionDataTest, EmptySettingsGiveNoSelectionAndKeepThePairs) {
 TEST_F(SessionDataTest, APairComesBackWholeOrNotAtAll) {
     struct {
         std::wstring wide;
-        std::string stored;  // "(none)" for one without room, or that is no text
+        std::string stored;  // "(null)" for one without room, or that is no text
     } const cases[] = {
         {L"\u00DCberl\u00E4nge \u65E5\u672C", "\u00DCberl\u00E4nge \u65E5\u672C"},
         {L"\uFFFD\U00010000\U0001F600\U0010FFFF", "\uFFFD\U00010000\U0001F600\U0010FFFF"},
         {std::wstring(255, L'x'), std::string(255, 'x')},
-        {std::wstring(256, L'x'), "(none)"},
-        {std::wstring(128, L'\u00E9'), "(none)"},
-        {std::wstring(64, L'\U0001F600'), "(none)"},
-        {std::wstring(1, static_cast<wchar_t>(0xD83D)), "(none)"},
-        {std::wstring(1, static_cast<wchar_t>(0x110000)), "(none)"},
-        {std::wstring(100000, L'x'), "(none)"},
+        {std::wstring(256, L'x'), "(null)"},
+        {std::wstring(128, L'\u00E9'), "(null)"},
+        {std::wstring(64, L'\U0001F600'), "(null)"},
+        {std::wstring(1, static_cast<wchar_t>(0xD83D)), "(null)"},
+        {std::wstring(1, static_cast<wchar_t>(0x110000)), "(null)"},
+        {std::wstring(100000, L'x'), "(null)"},
     };
     for (auto const& row : cases) {
         for (bool const isKey : {false, true}) {
-            bool const isWhole = row.stored != "(none)";
+            bool const isWhole = row.stored != "(null)";
             std::wstring const key = isKey ? row.wide : L"*Key";
             std::wstring const value = isKey ? L"value" : row.wide;
             SetText("MMKey0", "an earlier dialog's");
@@ -106,7 +106,7 @@ TEST_F(SessionDataTest, APairComesBackWholeOrNotAtAll) {
             }
             EXPECT_EQ(noErr, data->SaveNonPSSettings(&mSettings, CFSTR("client")));
             EXPECT_EQ(row.stored, Item(isKey ? "MMKey0" : "MMValue0"));
-            EXPECT_EQ(isWhole, Item(isKey ? "MMValue0" : "MMKey0") != "(none)");
+            EXPECT_EQ(isWhole, Item(isKey ? "MMValue0" : "MMKey0") != "(null)");
             auto const next = Data();
             EXPECT_EQ(noErr, next->RestoreNonPSSettings(&mSettings));
             ASSERT_EQ(2, next->StoredPairCount());
@@ -184,7 +184,7 @@ TEST_F(SessionDataTest, TheFirstPageFlagIsKeptWithASelectionOnly) {
     data->Watermarks().mFirstPageOnly = 1;
     EXPECT_EQ(noErr, data->SaveNonPSSettings(&mSettings, CFSTR("client")));
     EXPECT_EQ("-1", Item(".SelectedWatermarkKey"));
-    EXPECT_EQ("(none)", Item(".FirstPageOnlyKey"));
+    EXPECT_EQ("(null)", Item(".FirstPageOnlyKey"));
     EXPECT_EQ("-1", Item("PCValue3"));
     EXPECT_EQ(11, CountSettings());
 }
@@ -276,7 +276,7 @@ TEST_F(SessionDataTest, AnAddressLastsAndIsFoundByName) {
 
 TEST_F(SessionDataTest, WithoutAHomeOrAPrinterNothingIsRemembered) {
     {
-        HomeScope const none(nullptr);
+        ScopedVariable const none("HOME", nullptr);
         auto const data = Data();
         EXPECT_TRUE(data->IsValid());
         EXPECT_FALSE(data->SetTolvanePrinterCFAddress(nullptr, CFSTR("host"), true));

@@ -11,25 +11,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/CFRef.h"
 #include "platform/PrintManager.h"
-
-inline CFRef<CFStringRef> Str(std::string const& text) {
-    return CFRef<CFStringRef>(
-        CFStringCreateWithCString(nullptr, text.c_str(), kCFStringEncodingUTF8));
-}
-
-inline std::string Text(CFStringRef string) {
-    char text[4096];
-    bool const fits = CFStringGetCString(string, text, sizeof(text), kCFStringEncodingUTF8);
-    return fits ? text : "(none)";
-}
-
-inline CFRef<CFURLRef> FileURL(std::string const& path, bool isDirectory = false) {
-    return CFRef<CFURLRef>(CFURLCreateFromFileSystemRepresentation(
-        nullptr, reinterpret_cast<std::uint8_t const*>(path.c_str()),
-        static_cast<CFIndex>(path.size()), isDirectory));
-}
+#include "tests/Texts.h"
 
 inline std::string ReadFile(std::string const& path) {
     std::ifstream file(path, std::ios::binary);
