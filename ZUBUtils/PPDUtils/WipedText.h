@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "platform/Wiping.h"
+
+// An 8-bit text that may be a secret: no byte of it stays in memory when it changes or goes.
+// Lacking memory it throws std::bad_alloc.
+class WipedText {
+  public:
+    WipedText() = default;
+    explicit WipedText(std::string_view text) { Append(text); }
+
+    bool Empty() const { return View().empty(); }
+    std::string_view View() const;
+    char const* CStr() const { return View().data(); }  // NUL-terminated, until the next change
+
+    void Clear() { mBytes = {}; }
+    void Append(std::string_view text);  // a text that isn't this one's
+    // A blank in the place of each control character, for a text that goes into a comment.
+    void BlankControlCharacters();
+
+  private:
+    std::vector<char, WipingAllocator<char>> mBytes;  // with a terminator, or nothing at all
+};
