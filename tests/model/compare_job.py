@@ -180,6 +180,7 @@ class Case(Dice):
         if not dialog.accepted:
             call.status = 3
             return call, dialog
+        call.warnings += dialog.unreadable
         call.set_some(self, dialog.ppd.controls, self.pick((0, 0, 1, 2, 4)),
                       dialog.set_value)
         if paper_feed is None and any(
@@ -191,9 +192,13 @@ class Case(Dice):
 
     # -- reading back
 
+    def some(self, values):
+        return [self.pick(values)] if values and self.chance(0.5) else []
+
     def reading_calls(self, dialog):
         """Calls that read what went into the job, and what didn't."""
-        for note, cipher, digits in dialog.notes.enciphered[-1:]:
+        for note, cipher, digits in self.some(
+                dialog.notes.enciphered):
             call = TextCall(["decrypt-note", "--ppd", self.name] +
                             ["--aes"] * bool(note.bits & AES_ENCRYPT))
             digits = latin(digits)
@@ -204,7 +209,7 @@ class Case(Dice):
             call.status = int(text is None)
             call.document = latin(text)
             yield call
-        if self.chance(0.15):
+        if self.chance(0.08):
             yield self.unpacking_call()
 
     def unpacking_call(self):

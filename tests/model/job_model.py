@@ -111,6 +111,7 @@ class Dialog:
         self.accepted = self.ppd.printer_name_valid and self.ppd.is_valid()
         self.files = []
         self.orphans_shown = False
+        self.unreadable = 0  # stored notes that nobody can read
         if self.accepted:
             self.version = self.ppd.header["ZUVersion"]
             self.restore(self.tickets)
@@ -155,6 +156,7 @@ class Dialog:
             if isinstance(control, JobNote) and value is not None and \
                     control.keyword not in SPECIALS:
                 value = note_from_store(value)
+                self.unreadable += value is None
             if value is not None and not installed:
                 control.set_text(value)
         self.pc_pairs = [
@@ -207,6 +209,12 @@ class Dialog:
         self.find_note(keyword).text = text.encode()
 
     def set_value(self, keyword, text):
+        control, data = self.find(keyword.encode()), text.encode()
+        if control and control.keyword in SPECIALS and \
+                isinstance(control, Popup) and data not in (
+                    i.keyword for i in control.items) and \
+                not (is_string(data) and blanked(data) == data):
+            return False
         taken = self.ppd.set_value(keyword, text)
         if self.host.two_way and keyword.encode() in SPECIALS:
             self.fill_note(keyword.encode(), text)

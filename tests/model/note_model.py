@@ -94,20 +94,23 @@ class NoteWriter:
 
     def comment(self, note):
         """(the line, whether the note's code goes out too)"""
-        text = cut(note.text or b"")
+        text = note.text or b""
         if note.bits & UTF8:
             if note.keyword not in UTF8_NOTES:
-                text = cut(utf8(text))
+                text = utf8(text)
+            if len(text) > TEXT_LIMIT:
+                self.dialog.doubt("what a long note keeps of itself")
             note.text = text
         prefix = PREFIXES[note.keyword]
         if note.keyword == PASSWORD:
             return self.user_record(text)
+        whole, text = text, cut(text)
         if text and note.bits & (ENCRYPT | AES_ENCRYPT):
             digits = self.digits(note, text)
             return (b"", False) if digits is None else \
                 (prefix + digits + b"\n", True)
         if note.keyword == USER:
-            return b"", self.take_user(note, text)
+            return b"", self.take_user(note, whole)
         return prefix + blanked(text) + b"\n", True
 
     def take_user(self, note, text):
@@ -115,6 +118,8 @@ class NoteWriter:
         if not self.is_on(b"*ZUBAuthenticateWithLDAP"):
             return True
         self.user = b""
+        if len(text) > TEXT_LIMIT:
+            self.dialog.doubt("what a long note keeps of itself")
         if text:
             note.text = escaped_name(text)
             self.user = utf8(note.text)
@@ -126,7 +131,8 @@ class NoteWriter:
         if self.user is None:
             return b"", False
         self.met.add("a record" if self.user else "a record without a user")
-        fields = (self.user[:USER_LIMIT], password, b"") if self.user else \
+        fields = (self.user[:USER_LIMIT], password[:USER_LIMIT],
+                  b"") if self.user else \
             (b"", b"", b"")
         return (USER_TAG + described_user(fields, 2).encode("latin-1") +
                 b"\n", self.is_on(b"*CopierUserAuth"))

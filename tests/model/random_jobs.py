@@ -49,7 +49,7 @@ NOTE_WORDS = [b"Encrypt", b"AESEncrypt", b"UTF8", b"UTF8", b"Password",
               b"TwoCharField", b"Resume", b"Member", b"Alpha", b"Required"]
 NOTE_TEXTS = [b"text", b"Two Words", b"caf\x8e", b"gr\xc3\xbc\xc3\x9f",
               b"a\\b(c)", b"tab\there", b"EFBBBF", b"123", b"//host",
-              b"x" * 126, b"x" * 127, b"\xc3\xa9" * 80, b"\x8e" * 150]
+              b"x" * 126, b"x" * 127, b"\xc3\xa9" * 40, b"\x8e" * 120]
 CODE = [b"", b"", b"1 set", b"<< /A 1 >> setpagedevice\n% two\n(\\\\n)",
         b"\xe9\x80 x", b"%% comment"]
 
