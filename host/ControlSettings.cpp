@@ -7,10 +7,10 @@
 #include "PPDX/PPDObjects/Controls/PPDText.h"
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
-#include "PPDX/PPDObjects/Controls/PPDXJobNote.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
+#include "VelonFeatures/Project/Core/ProfileNotes.h"
 #include "ZUBUtils/PPDUtils/PlainText.h"
 #include "constraints/ConstraintsEngine.h"
 #include "constraints/UIConstraints.h"
@@ -163,9 +163,8 @@ void ControlSettings::FillNote(char const* keyword, CFStringRef value) {
     bool const isProfile = std::ranges::any_of(
         kSpecialChromvaleKeywords,
         [keyword](char const* special) { return std::strcmp(special, keyword) == 0; });
-    PPDXJobNote* const note = GetFindJobNote(mPPD.GetControls(), keyword, true);
-    if (mFillsNotes && isProfile && note != nullptr) {
-        note->SetUTF8Notes(value);
+    if (mFillsNotes && isProfile) {
+        KeepInProfileNote(mPPD, keyword, value);
     }
 }
 

@@ -60,7 +60,8 @@ def ciphered(algorithm, key, data, vector=None, back=False):
 def constant(name):
     """The bytes of an array or of a text in the header of the keys."""
     header = pathlib.Path(KEY_HEADER).read_text(encoding="utf-8")
-    value = re.search(name + r'\s*=\s*(?:\{([^}]*)\}|"([^"]*)")', header)
+    value = re.search(name + r'\s*=\s*(?:std::to_array<std::uint8_t>\(\{'
+                      r'([^}]*)\}|"([^"]*)")', header)
     if value[2] is not None:
         return value[2].encode()
     return bytes(int(n, 0) for n in re.findall(r"0[xX]\w+|\d+", value[1]))

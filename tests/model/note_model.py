@@ -94,23 +94,20 @@ class NoteWriter:
 
     def comment(self, note):
         """(the line, whether the note's code goes out too)"""
-        text = note.text or b""
+        text = cut(note.text or b"")
         if note.bits & UTF8:
             if note.keyword not in UTF8_NOTES:
                 text = utf8(text)
-            if len(text) > TEXT_LIMIT:
-                self.dialog.doubt("what a long note keeps of itself")
             note.text = text
         prefix = PREFIXES[note.keyword]
         if note.keyword == PASSWORD:
             return self.user_record(text)
-        whole, text = text, cut(text)
         if text and note.bits & (ENCRYPT | AES_ENCRYPT):
             digits = self.digits(note, text)
             return (b"", False) if digits is None else \
                 (prefix + digits + b"\n", True)
         if note.keyword == USER:
-            return b"", self.take_user(note, whole)
+            return b"", self.take_user(note, text)
         return prefix + blanked(text) + b"\n", True
 
     def take_user(self, note, text):
@@ -118,8 +115,6 @@ class NoteWriter:
         if not self.is_on(b"*ZUBAuthenticateWithLDAP"):
             return True
         self.user = b""
-        if len(text) > TEXT_LIMIT:
-            self.dialog.doubt("what a long note keeps of itself")
         if text:
             note.text = escaped_name(text)
             self.user = utf8(note.text)

@@ -8,18 +8,16 @@
 #include <cstring>
 #include <filesystem>
 #include <memory>
-#include <new>
 #include <system_error>
 
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
-#include "PPDX/PPDObjects/Controls/PPDXJobNote.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
-#include "PPDX/PPDObjects/PPDXGroups.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "VelonFeatures/Project/Core/ControlLookup.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "VelonFeatures/Project/Core/PDEBundle.h"
 #include "VelonFeatures/Project/Core/PrinterAccess.h"
+#include "VelonFeatures/Project/Core/ProfileNotes.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "platform/CFRef.h"
 #include "platform/FileManager.h"
@@ -76,24 +74,6 @@ void AppendPresentValue(PPDXPopupControl& popup, CFStringRef value) {
     item->mLocalName = CFStringCreateCopy(nullptr, value);
     popup.AppendPopupItem(item.release());
     popup.SetKeywordSelect(text, true);
-}
-
-// The job note that carries the value to the server, made when it isn't there yet.
-void KeepInNote(ZUBPPD& ppd, char const* keyword, CFStringRef value) {
-    constexpr char kGroup[] = "FPZUNotes";
-    constexpr long kLongestValue = 700;
-    PPDXJobNote* note = ppd.GetControls()->FindJobNote(keyword, true);
-    if (note == nullptr) {
-        CString encoding("UTF-8");
-        PointerList flags;
-        note = new (std::nothrow)
-            PPDXJobNote(keyword, CFSTR(""), flags, nullptr, 0, new (std::nothrow) CString(""),
-                        &encoding, true, kLongestValue, kNoteNoFlags, 0);
-        ppd.SetupControl(ppd.GetGroups()->Find(kGroup, true), note, false);
-    }
-    if (note != nullptr) {
-        note->SetUTF8Notes(value);
-    }
 }
 
 // The value of *ZUOrientation for the operating system's number; null for an unknown one.
@@ -179,7 +159,7 @@ void PDEData::MakeJobNotesForSpecialControls() {
             value = CFRef<CFStringRef>(popup->CopyCurrentControlValueString());
         }
         AppendPresentValue(*popup, value);
-        KeepInNote(*mPPD, keyword, value);
+        KeepInProfileNote(*mPPD, keyword, value);
     }
 }
 

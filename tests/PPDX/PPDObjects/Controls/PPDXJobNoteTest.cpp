@@ -119,15 +119,15 @@ TEST(PPDXJobNoteTest, TextsAreUTF8ForThreeKeywordsAndInTheSystemEncodingElse) {
     };
     for (auto const& row : cases) {
         auto const note = NewNote(row.keyword);
-        EXPECT_EQ(TextOf(note->CopyNotes()), "");
-        note->SetCurrentControlWithCFString(String(row.value));
+        EXPECT_EQ(Text(CFRef(note->CopyNotes())), "");
+        note->SetCurrentControlWithCFString(Str(row.value));
         EXPECT_STREQ(note->GetNotes(), row.notes);
-        EXPECT_EQ(TextOf(note->CopyCurrentControlValueString()), row.copied);
+        EXPECT_EQ(Text(CFRef(note->CopyCurrentControlValueString())), row.copied);
     }
     // Bytes that are no UTF-8, as a default of the PPD may be.
-    EXPECT_EQ(TextOf(NewNote("*Notes1", {"", "B\x9Fro"})->CopyNotes()), "Büro");
+    EXPECT_EQ(Text(CFRef(NewNote("*Notes1", {"", "B\x9Fro"})->CopyNotes())), "Büro");
     auto const note = NewNote("*Notes2");
-    note->SetUTF8Notes(String("é"));
+    note->SetUTF8Notes(Str("é"));
     EXPECT_STREQ(note->GetNotes(), "é");
     note->SetUTF8Notes(nullptr);
     EXPECT_STREQ(note->GetNotes(), "é");
@@ -171,7 +171,7 @@ TEST(PPDXJobNoteTest, APresetHidesTheTextAndGivesItBack) {
         EXPECT_STREQ(note->GetNotes(), text);
         auto const shared = NewNote("*ZUSimulation");
         shared->SetPresetValueString(stored);
-        EXPECT_EQ(shared->GetNotes(), TextOf(CFStringCreateCopy(nullptr, stored)));
+        EXPECT_EQ(shared->GetNotes(), Text(stored));
         EXPECT_STRNE(shared->GetNotes(), text);
     }
 }
