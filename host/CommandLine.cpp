@@ -105,7 +105,7 @@ void AddSettings(CLI::App& app, std::vector<ControlSetting>& settings) {
     CLI::Option const* const fromFile =
         app.add_option("--set-from",
                        "As --set, with the value from a file, which nobody sees among the "
-                       "arguments; - is standard input; a line feed at its end is left off")
+                       "arguments; - is standard input; a line end at its end is left off")
             ->expected(1)
             ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
             ->check(SettingFileCheck())

@@ -82,7 +82,8 @@ Outcome PrintCommand::RunDialog(std::string& path, JobDataFile& job) {
         outcome = dialog.Commit();
     }
     path = dialog.JobDataPath();
-    if (outcome.Ok() && !path.empty()) {
+    bool const isAsked = mOptions.pairs || !mOptions.output.empty();
+    if (outcome.Ok() && !path.empty() && isAsked) {
         outcome = job.Take(DialogSession::JobPairs());
     }
     if (outcome.Ok() && !mOptions.tickets.empty()) {

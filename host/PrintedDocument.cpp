@@ -89,7 +89,7 @@ Outcome PrintedDocument::CheckOutput() const {
 
 Outcome PrintedDocument::Write(std::vector<JobDataFile::Pair> const& pairs,
                                std::ostream& out) const {
-    std::string const merged = mDocument.Merge(pairs);
+    JobText const merged = mDocument.Merge(pairs);
     if (TakesStandardOutput()) {
         out << merged;
         return Outcome::Done();

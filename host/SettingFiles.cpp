@@ -51,7 +51,7 @@ Outcome SettingFiles::ReadText(std::string const& file, WipedText& text) {
     }
     std::string_view value = whole.View();
     if (value.ends_with('\n')) {
-        value.remove_suffix(1);
+        value.remove_suffix(value.ends_with("\r\n") ? 2 : 1);
     }
     if (value.size() > kLongestText) {
         return Outcome::Failed(NameOf(file) + " is too long for a value");

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <cstdio>
 #include <iostream>
 
 #include "host/Zubprint.h"
 
 int main(int argc, char** argv) {
+    // What the plug-in prints by itself goes to standard error, so that the results stay whole. C++
+    // streams keep the standard output that the process began with.
+    stdout = stderr;
     return Zubprint::Run(argc, argv, std::cout, std::cerr);
 }
