@@ -23,10 +23,18 @@ namespace {
 
 // A text that may have come with its comment's line end, or cut into lines.
 Outcome ReadArgument(std::string const& argument, WipedText& text) {
+    WipedText whole(argument);
     if (argument == "-") {
-        return SettingFiles::ReadText("-", text);
+        if (Outcome outcome = SettingFiles::ReadText("-", whole); !outcome.Ok()) {
+            return outcome;
+        }
     }
-    text = WipedText(argument);
+    text.Clear();
+    for (char const& byte : whole.View()) {
+        if (std::string_view(" \t\r\n").find(byte) == std::string_view::npos) {
+            text.Append(std::string_view(&byte, 1));
+        }
+    }
     return Outcome::Done();
 }
 

@@ -11,7 +11,9 @@ std::string_view WipedText::View() const {
 }
 
 void WipedText::Append(std::string_view text) {
-    mBytes.reserve(View().size() + text.size() + 1);
+    if (std::size_t const size = View().size() + text.size() + 1; size > mBytes.capacity()) {
+        mBytes.reserve(std::max(size, 2 * mBytes.capacity()));
+    }
     if (!mBytes.empty()) {
         mBytes.pop_back();
     }

@@ -14,6 +14,7 @@
 #include "PPDX/PPDObjects/Controls/Numbers.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "ZUBUtils/PPDUtils/ClampTo32Bits.h"
+#include "ZUBUtils/PPDUtils/WipedText.h"
 #include "constraints/UIConstraints.h"
 #include "platform/CFRef.h"
 
@@ -83,24 +84,27 @@ class Output {
     long mLength = 0;
 };
 
-std::string HexadecimalString(std::string_view value) {
-    constexpr char kDigits[] = "0123456789ABCDEF";
-    std::string text = "<";
+// The value of a note may be a password.
+WipedText HexadecimalString(std::string_view value) {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    WipedText text("<");
     for (char const byte : value) {
         auto const number = static_cast<unsigned char>(byte);
-        text += kDigits[number >> 4];
-        text += kDigits[number & 15];
+        text.Append(kDigits.substr(number >> 4, 1));
+        text.Append(kDigits.substr(number & 15, 1));
     }
-    return text + ">";
+    text.Append(">");
+    return text;
 }
 
-std::string PlainText(std::string_view value, bool doubleBackslashes) {
-    std::string text;
-    for (char const byte : value) {
-        if (static_cast<unsigned char>(byte) > 127) {
+WipedText PlainText(std::string_view value, bool doubleBackslashes) {
+    WipedText text;
+    for (std::size_t at = 0; at < value.size(); ++at) {
+        if (static_cast<unsigned char>(value[at]) > 127) {
             return {};
         }
-        text.append(byte == '\\' && doubleBackslashes ? 2 : 1, byte);
+        bool const isDoubled = value[at] == '\\' && doubleBackslashes;
+        text.Append(isDoubled ? "\\\\" : value.substr(at, 1));
     }
     return text;
 }
@@ -112,8 +116,8 @@ CFRef<CFStringRef> MacRomanString(std::string_view bytes) {
         static_cast<CFIndex>(bytes.size()), kCFStringEncodingMacRoman, false));
 }
 
-void ReplaceEvery(CFMutableStringRef text, std::string const& wanted,
-                  std::string const& replacement, CFOptionFlags options) {
+void ReplaceEvery(CFMutableStringRef text, std::string_view wanted, std::string_view replacement,
+                  CFOptionFlags options) {
     CFRef<CFStringRef> const wantedString = MacRomanString(wanted);
     CFRef<CFStringRef> const replacementString = MacRomanString(replacement);
     if (wantedString && replacementString) {
@@ -268,12 +272,15 @@ long PPDXControl::Inject(char const* name, unsigned char const* ps, long psLengt
     }
     bool const isComment = code.starts_with("%%");
     bool const hexed = !ViewOf(value).empty() && mType == kJobNoteType && !isComment;
-    std::string const replacement =
+    WipedText const replacement =
         hexed ? HexadecimalString(value) : PlainText(ViewOf(value), !isComment);
     std::string const marker = std::string("<").append(ViewOf(name)) + ">";
-    ReplaceEvery(text, marker, replacement, kCFCompareCaseInsensitive);
+    ReplaceEvery(text, marker, replacement.View(), kCFCompareCaseInsensitive);
     if (hexed) {
-        ReplaceEvery(text, "(" + replacement + ")", replacement, 0);
+        WipedText inParentheses("(");
+        inParentheses.Append(replacement.View());
+        inParentheses.Append(")");
+        ReplaceEvery(text, inParentheses.View(), replacement.View(), 0);
     }
     return CopyMacRomanBytes(text, result);
 }

@@ -21,6 +21,7 @@
 namespace {
 
 constexpr std::size_t kNoteTextSize = 256;  // with the terminator
+constexpr char kDirectoryOption[] = "*ZUBAuthenticateWithLDAP";
 
 // Their text is UTF-8 as it stands.
 constexpr std::array<std::string_view, 3> kUTF8Keywords = {"*Notes1", "*Instruct", "*Resume"};
@@ -35,17 +36,6 @@ std::string_view TextOf(PPDXJobNote const& control) {
 std::string NameOf(PPDXJobNote& control) {
     char const* const keyword = control.Keyword();
     return keyword == nullptr ? "A note" : keyword;
-}
-
-// What a comment holds of the note's text.
-WipedText CommentText(PPDXJobNote& control) {
-    std::string_view const whole = TextOf(control);
-    std::string_view const text = CutText(whole, kNoteTextSize - 1);
-    if (text.size() < whole.size()) {
-        Warn(NameOf(control) + " is cut: its comment takes " + std::to_string(text.size()) +
-             " bytes");
-    }
-    return WipedText(text);
 }
 
 // The text in UTF-8, where the note is to be that; the note takes it over.
@@ -125,13 +115,19 @@ bool NoteOutput::Out(ZUBJobNote& note) {
 NoteOutput::Comment NoteOutput::CommentOf(ZUBJobNote& note, short row) {
     PPDXJobNote& control = *note.Control();
     bool const isEmpty = note.getUserData(nullptr) == 0;
-    WipedText text = CommentText(control);
+    bool const isEnciphered = !isEmpty && IsEnciphered(note) && row != kPasswordRow;
+    WipedText text(CutText(TextOf(control), kNoteTextSize - 1));
+    bool const isCut = text.View().size() < TextOf(control).size();
+    if (isCut && (control.IsUTF8() != 0 || (!isEnciphered && IsSent(row)))) {
+        Warn(NameOf(control) + " is cut: of it the job takes " +
+             std::to_string(text.View().size()) + " bytes");
+    }
     if (control.IsUTF8() != 0) {
         MakeUTF8(control, text);
     }
     Comment comment;
     comment.line = WipedText(gKeywordMap[static_cast<std::size_t>(row)].commentPrefix);
-    if (!isEmpty && IsEnciphered(note) && row != kPasswordRow) {
+    if (isEnciphered) {
         WipedText cipher;
         if (!note.encryptNote(text.CStr(), cipher)) {
             Warn(NameOf(control) + " is left out: it is too long to be enciphered");
@@ -150,8 +146,14 @@ NoteOutput::Comment NoteOutput::CommentOf(ZUBJobNote& note, short row) {
     return comment;
 }
 
+// User name and password go out in the record alone.
+bool NoteOutput::IsSent(short row) const {
+    return row == kUserNameRow ? IsSpecialOptionTrue(mPPD, kDirectoryOption)
+                               : row != kPasswordRow || mUserKnown;
+}
+
 NoteOutput::Comment NoteOutput::UserName(ZUBJobNote& note, WipedText text) {
-    if (!IsSpecialOptionTrue(mPPD, "*ZUBAuthenticateWithLDAP")) {
+    if (!IsSent(kUserNameRow)) {
         return {};
     }
     mUserKnown = true;
@@ -165,7 +167,7 @@ NoteOutput::Comment NoteOutput::UserName(ZUBJobNote& note, WipedText text) {
 }
 
 NoteOutput::Comment NoteOutput::Password(WipedText const& text, WipedText line) {
-    if (!mUserKnown) {
+    if (!IsSent(kPasswordRow)) {
         return {{}, true};
     }
     char* record = nullptr;
@@ -189,7 +191,7 @@ bool NoteOutput::OutFeature(ZUBJobNote& note, short row) {
     if (IsEnciphered(note)) {
         WipedText cipher;
         if (!note.encryptNote(WipedText(TextOf(control)).CStr(), cipher)) {
-            Warn(NameOf(control) + " is left out: it is too long to be enciphered");
+            Warn(NameOf(control) + ": its code is left out, it is too long to be enciphered");
             return true;
         }
         OtherNotes const enciphered(control, cipher.CStr());

@@ -21,14 +21,14 @@ class NoteOutput {
     OSStatus Status() const { return mStatus; }
 
   private:
-    // What a special note gives its comment. No line: nothing is added; no text: the note has
-    // nothing that can stand in a job.
+    // What a special note gives its comment; without a line nothing is added.
     struct Comment {
         WipedText line;
         bool skipFeature = false;
     };
 
     Comment CommentOf(ZUBJobNote& note, short row);
+    bool IsSent(short row) const;
     Comment UserName(ZUBJobNote& note, WipedText text);
     Comment Password(WipedText const& text, WipedText line);
     bool OutFeature(ZUBJobNote& note, short row);

@@ -59,7 +59,7 @@ TEST(PPDXJobNoteTest, PostScriptPutsTheTextIntoTheTemplateOrAComment) {
 }
 
 TEST(PPDXJobNoteTest, CodeGets512BytesOfTheTextAndTheFrameAll) {
-    for (auto const& [length, inCode] : {std::pair(512, 512), {513, 511}}) {
+    for (auto const& [length, inCode] : {std::pair(511, 511), {512, 512}, {513, 511}}) {
         std::string const text(static_cast<std::size_t>(length), 'n');
         EXPECT_EQ(Emitted(*NewNote("*N", {"%%<*N>", text.c_str()})),
                   Framed("*N " + text, "%%" + text.substr(0, static_cast<std::size_t>(inCode))));
