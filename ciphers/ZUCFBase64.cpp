@@ -8,32 +8,23 @@
 #include <string_view>
 #include <vector>
 
+#include "ciphers/Base64Alphabet.h"
+#include "ciphers/Base64Encoder.h"
+
 namespace {
 
-constexpr std::string_view kAlphabet =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 constexpr char kPadding = '=';
 constexpr CFIndex kGroupLength = 4;
 
 constexpr std::array<std::uint8_t, 256> MakeValues() {
     std::array<std::uint8_t, 256> values{};
-    for (std::size_t value = 0; value < kAlphabet.size(); ++value) {
-        values[static_cast<unsigned char>(kAlphabet[value])] = static_cast<std::uint8_t>(value);
+    for (std::size_t value = 0; value < kBase64Alphabet.size(); ++value) {
+        values[static_cast<unsigned char>(kBase64Alphabet[value])] =
+            static_cast<std::uint8_t>(value);
     }
     return values;
 }
 constexpr auto kValues = MakeValues();
-
-// One to three bytes as four characters.
-void AppendGroup(std::uint8_t const* bytes, std::size_t count, std::string& text) {
-    std::uint32_t group = 0;
-    for (std::size_t i = 0; i < 3; ++i) {
-        group = group << 8U | (i < count ? bytes[i] : 0U);
-    }
-    for (std::size_t i = 0; i < 4; ++i) {
-        text += i <= count ? kAlphabet[group >> (18 - 6 * i) & 0x3FU] : kPadding;
-    }
-}
 
 // Up to four characters as one byte fewer than there are of them.
 void AppendBytes(std::string_view digits, std::vector<std::uint8_t>& bytes) {
@@ -66,11 +57,8 @@ std::string DigitsOf(CFStringRef text) {
 CFStringRef ZUCFBase64CreateEncodedString(CFDataRef data) {
     try {
         auto const size = static_cast<std::size_t>(CFDataGetLength(data));
-        std::uint8_t const* const bytes = CFDataGetBytePtr(data);
-        std::string text;
-        for (std::size_t at = 0; at < size; at += 3) {
-            AppendGroup(bytes + at, size - at < 3 ? size - at : 3, text);
-        }
+        std::string text(Base64Encoder::EncodedLength(size), '\0');
+        text.resize(Base64Encoder::Encode(CFDataGetBytePtr(data), size, text.data(), false));
         return CFStringCreateWithCString(nullptr, text.c_str(), kCFStringEncodingASCII);
     } catch (std::exception const&) {
         return nullptr;

@@ -270,7 +270,7 @@ void DescribePrint(CLI::App& app, PrintOptions& options) {
     app.add_flag(
         "--pairs", options.pairs,
         "Print the pairs of the job data file as JSON, [{\"site\": 81, \"text\": \"...\"}], "
-        "instead of its path; the file is written all the same");
+        "instead of its path, each byte as the character of its number; no file stays then");
     DescribePrinter(app, options);
     DescribeTickets(app, options);
     DescribeRecord(app, options);

@@ -22,7 +22,7 @@ Outcome PrintCommand::Run() {
     Outcome outcome = HostFiles::CheckReadable(mOptions.ppd);
     if (outcome.Ok()) {
         mSettings = mOptions.settings;
-        outcome = SettingFiles::Read(mSettings, mOptions.document == "-");
+        outcome = SettingFiles::Read(mSettings, SettingFiles::IsStandardInput(mOptions.document));
     }
     if (outcome.Ok()) {
         outcome = document.Open();
@@ -141,6 +141,9 @@ Outcome PrintCommand::MakeChoices(DialogSession& dialog, std::size_t& warnings) 
         settings.ApplyPaperFeed(feed);
     }
     settings.CheckRules();
+    if (mOptions.strict) {
+        settings.CheckNotes();  // else the commit tells
+    }
     warnings = settings.Warnings();
     return outcome;
 }

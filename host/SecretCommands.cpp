@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/SecretCommands.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <memory>
@@ -11,8 +12,7 @@
 
 #include "PPDX/PPDObjects/Controls/PPDXUserAuthLib/PPDXUserAuthLib.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
-#include "VelonFeatures/Project/Core/ControlLookup.h"
-#include "ciphers/NoteCipher.h"
+#include "VelonFeatures/Project/Core/Job/ZUBJobNote.h"
 #include "host/HostFiles.h"
 #include "host/JsonText.h"
 #include "host/PPDCommand.h"
@@ -21,7 +21,7 @@
 
 namespace {
 
-// A text that may have come with its comment's line end, or cut into lines.
+// A text that may have come with its comment's head and line end, or cut into lines.
 Outcome ReadArgument(std::string const& argument, WipedText& text) {
     WipedText whole(argument);
     if (argument == "-") {
@@ -29,8 +29,15 @@ Outcome ReadArgument(std::string const& argument, WipedText& text) {
             return outcome;
         }
     }
+    std::string_view rest = whole.View();
+    if (rest.find('\0') != std::string_view::npos) {
+        return Outcome::Failed("standard input has a zero byte, it is no text");
+    }
+    if (rest.starts_with("%%")) {
+        rest.remove_prefix(std::min(rest.find(' '), rest.size()));
+    }
     text.Clear();
-    for (char const& byte : whole.View()) {
+    for (char const& byte : rest) {
         if (std::string_view(" \t\r\n").find(byte) == std::string_view::npos) {
             text.Append(std::string_view(&byte, 1));
         }
@@ -89,16 +96,16 @@ Outcome DecryptNoteCommand::Run() {
     if (!ppd->IsValidPPD()) {
         return Outcome::NotOurs(mOptions.ppd + " isn't a PPD of the extension, or is broken");
     }
-    NoteCipherChoice const choice = {
-        .specialAlgorithm = SpecialOptionText(&ppd.Get(), "*UseSpecialAlgorithm"),
-        .specialKey = SpecialOptionText(&ppd.Get(), "*UseSpecialKey"),
-        .hasAESFlag = mOptions.isAES,
-    };
+    NoteCipherChoice const choice = CipherChoiceOf(&ppd.Get(), mOptions.isAES);
     char text[kNoteCipherSize];
     WipeAtEnd const wiped(text);
+    if (digits.View().find_first_not_of("0123456789ABCDEF") != std::string_view::npos) {
+        return Outcome::Failed("a note's cipher has no other characters than 0 to 9 and A to F");
+    }
     if (!DecipherNote(digits.View(), choice, text)) {
-        return Outcome::Failed("this is no enciphered note of this build's keys and " +
-                               mOptions.ppd);
+        return Outcome::Failed("this is no whole note enciphered with this build's keys as " +
+                               mOptions.ppd + " has it" +
+                               (mOptions.isAES ? "" : "; is it one with AESEncrypt (--aes)?"));
     }
     mOut << text;
     return Outcome::Done();

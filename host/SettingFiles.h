@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ZUBUtils/PPDUtils/WipedText.h"
@@ -17,6 +18,8 @@ class SettingFiles {
     // long or isn't UTF-8, and where standard input would be read twice; `inputIsTaken` if
     // something else reads it.
     static Outcome Read(std::vector<ControlSetting>& settings, bool inputIsTaken);
-    // The file's text without a line feed at its end; "-" is standard input.
+    // Whether the name is that of standard input: "-", or as a file.
+    static bool IsStandardInput(std::string_view file);
+    // The file's text without a line end at its end, and without a byte order mark.
     static Outcome ReadText(std::string const& file, WipedText& text);
 };

@@ -25,7 +25,6 @@
 
 namespace {
 
-constexpr char kNoteGroup[] = "FPZUNotes";
 constexpr std::string_view kDefaultLine = "*%Default";
 constexpr std::string_view kMinLengthWord = "MinLength";
 constexpr char kSeriesOfShortcuts = '2';
@@ -214,7 +213,7 @@ PPDXErrorObj* ZUBPPD::PlaceNote(NoteLine& note, PointerList& flags, PPDXGroup* g
     flags.MakeEmpty();
     static_cast<void>(note.code.bytes.release());
     static_cast<void>(note.defaultText.release());
-    SetupControl(group != nullptr ? group : mGroups->Find(kNoteGroup, true), control, false);
+    SetupControl(group != nullptr ? group : mGroups->Find(kJobNoteGroup, true), control, false);
     return nullptr;
 }
 

@@ -38,7 +38,7 @@ struct __CFString : platform::CFObject {
     // A short text lies in the object itself.
     static void operator delete(void* string, std::size_t size) {
         Wipe(string, size);
-        ::operator delete(string, size);
+        ::operator delete(string);
     }
 
     platform::UTF16Text text;

@@ -606,14 +606,16 @@ class JobNote(Control):
         return head + without_controls(text) + b"\n"
 
     def filled(self, text):
-        marker = b"<" + self.keyword + b">"
+        marker, comments = b"<" + self.keyword + b">", b""
         if self.code[:2] == b"%%":
+            comments = re.match(rb"(?:%[^\r\n]*[\r\n]*)*", self.code)[0]
             text = without_controls(text)
-            return replace_ignoring_case(
-                self.code, marker, text if text.isascii() else b"")
         digits = b"<" + text.hex().upper().encode() + b">"
-        return replace_ignoring_case(self.code, marker, digits).replace(
-            b"(" + digits + b")", digits)
+        return replace_ignoring_case(
+            comments, marker, text if text.isascii() else b"") + \
+            replace_ignoring_case(
+                self.code[len(comments):], marker, digits).replace(
+                    b"(" + digits + b")", digits)
 
     def post_script(self):
         if not self.text or not self.keyword or self.keyword in FREE_CHOICE:

@@ -116,6 +116,16 @@ CFRef<CFStringRef> MacRomanString(std::string_view bytes) {
         static_cast<CFIndex>(bytes.size()), kCFStringEncodingMacRoman, false));
 }
 
+// The lines of comments that the code begins with.
+std::size_t LengthOfComments(std::string_view code) {
+    std::size_t length = 0;
+    while (code.substr(length).starts_with('%')) {
+        std::size_t const end = std::min(code.find_first_of("\r\n", length), code.size());
+        length = std::min(code.find_first_not_of("\r\n", end), code.size());
+    }
+    return length;
+}
+
 void ReplaceEvery(CFMutableStringRef text, std::string_view wanted, std::string_view replacement,
                   CFOptionFlags options) {
     CFRef<CFStringRef> const wantedString = MacRomanString(wanted);
@@ -124,6 +134,30 @@ void ReplaceEvery(CFMutableStringRef text, std::string_view wanted, std::string_
         CFStringFindAndReplace(text, wantedString, replacementString,
                                CFRangeMake(0, CFStringGetLength(text)), options);
     }
+}
+
+// The code with `replacement` in place of every marker; null without memory.
+CFRef<CFMutableStringRef> Replaced(std::string_view code, std::string const& marker,
+                                   WipedText const& replacement) {
+    CFRef<CFStringRef> const original = MacRomanString(code);
+    CFRef<CFMutableStringRef> text(CFStringCreateMutableCopy(nullptr, 0, original));
+    if (original && text) {
+        ReplaceEvery(text, marker, replacement.View(), kCFCompareCaseInsensitive);
+    }
+    return text;
+}
+
+// The same where a hexadecimal string also takes the place of parentheses around it.
+CFRef<CFMutableStringRef> InStrings(std::string_view code, std::string const& marker,
+                                    WipedText const& hexadecimal) {
+    CFRef<CFMutableStringRef> text = Replaced(code, marker, hexadecimal);
+    WipedText inParentheses("(");
+    inParentheses.Append(hexadecimal.View());
+    inParentheses.Append(")");
+    if (text && !hexadecimal.Empty()) {
+        ReplaceEvery(text, inParentheses.View(), hexadecimal.View(), 0);
+    }
+    return text;
 }
 
 // The text in Mac Roman with a terminator, in a malloc block; its length without that.
@@ -265,24 +299,21 @@ long PPDXControl::Inject(char const* name, unsigned char const* ps, long psLengt
                          char const* value, unsigned char*& result) const {
     result = nullptr;
     std::string_view const code = ViewOf(ps, psLength);
-    CFRef<CFStringRef> const original = MacRomanString(code);
-    CFRef<CFMutableStringRef> const text(CFStringCreateMutableCopy(nullptr, 0, original));
-    if (!original || !text) {
+    std::string_view const text = ViewOf(value);
+    std::string const marker = std::string("<").append(ViewOf(name)) + ">";
+    bool const isComment = code.starts_with("%%");
+    bool const isNote = mType == kJobNoteType && !text.empty();
+    // What a user types stays a text outside of comments, also behind one.
+    std::size_t const plain = isNote ? LengthOfComments(isComment ? code : "") : code.size();
+    CFRef<CFMutableStringRef> const whole =
+        Replaced(code.substr(0, plain), marker, PlainText(text, !isComment));
+    CFRef<CFMutableStringRef> const rest =
+        InStrings(code.substr(plain), marker, isNote ? HexadecimalString(text) : WipedText());
+    if (!whole || !rest) {
         return 0;
     }
-    bool const isComment = code.starts_with("%%");
-    bool const hexed = !ViewOf(value).empty() && mType == kJobNoteType && !isComment;
-    WipedText const replacement =
-        hexed ? HexadecimalString(value) : PlainText(ViewOf(value), !isComment);
-    std::string const marker = std::string("<").append(ViewOf(name)) + ">";
-    ReplaceEvery(text, marker, replacement.View(), kCFCompareCaseInsensitive);
-    if (hexed) {
-        WipedText inParentheses("(");
-        inParentheses.Append(replacement.View());
-        inParentheses.Append(")");
-        ReplaceEvery(text, inParentheses.View(), replacement.View(), 0);
-    }
-    return CopyMacRomanBytes(text, result);
+    CFStringAppend(whole, rest);
+    return CopyMacRomanBytes(whole, result);
 }
 
 void PPDXControl::UpdateKVCache(char const* keyword, char const* option) {

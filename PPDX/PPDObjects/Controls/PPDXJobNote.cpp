@@ -25,8 +25,8 @@ namespace {
 
 constexpr std::string_view kUserName = "*ZUUserAuthName";
 constexpr std::string_view kComment = "%%";
-constexpr CFStringEncoding kFirstEncoding = 2;  // Chinese, traditional script
-constexpr CFIndex kBytesPerUnit = 4;            // in UTF-8, and to spare
+constexpr CFStringEncoding kLastResortEncoding = 2;  // Chinese, traditional script
+constexpr CFIndex kBytesPerUnit = 4;                 // in UTF-8, and to spare
 constexpr std::size_t kLongestInCode = 512;
 constexpr std::size_t kLengthWhenCut = 511;
 constexpr std::uint32_t kLimitsCharacters = kNoteAlpha | kNoteNumeric | kNoteDecimal | kNoteSpace |
@@ -62,20 +62,17 @@ bool IsOneOf(std::array<std::string_view, 3> const& keywords, char const* keywor
     return keyword != nullptr && std::ranges::find(keywords, keyword) != keywords.end();
 }
 
-// Overwrites the text ahead of the string's end.
-void WipeAndDelete(CString* text) {
-    if (text != nullptr && text->GetCharData() != nullptr) {
-        Wipe(const_cast<char*>(text->GetCharData()), text->Size());
-    }
-    delete text;
-}
-
-char const* TextOf(CString const* text) {
+char const* TextOf(std::unique_ptr<CString> const& text) {
     return text != nullptr ? text->GetCharData() : nullptr;
 }
 
+template <typename Source>
+std::unique_ptr<CString> NewText(Source source) {
+    return std::unique_ptr<CString>(new (std::nothrow) CString(source));
+}
+
 // Null where the string doesn't convert, and without memory.
-CString* NewConverted(CFStringRef string, CFStringEncoding encoding) {
+std::unique_ptr<CString> NewConverted(CFStringRef string, CFStringEncoding encoding) {
     if (string == nullptr) {
         return nullptr;
     }
@@ -83,7 +80,7 @@ CString* NewConverted(CFStringRef string, CFStringEncoding encoding) {
         std::vector<char, WipingAllocator<char>> text(
             static_cast<std::size_t>(CFStringGetLength(string) * kBytesPerUnit + 1));
         return CFStringGetCString(string, text.data(), static_cast<CFIndex>(text.size()), encoding)
-                   ? new (std::nothrow) CString(text.data())
+                   ? NewText(text.data())
                    : nullptr;
     } catch (std::bad_alloc const&) {
         return nullptr;
@@ -123,7 +120,7 @@ PPDXJobNote::PPDXJobNote(char const* keyword, CFStringRef translation, PointerLi
         mNotes = NewConverted(CFRef<CFStringRef>(CSCopyUserName()), kCFStringEncodingMacRoman);
     }
     if (mNotes != nullptr) {
-        mDefaultNotes = new (std::nothrow) CString(*mNotes);
+        mDefaultNotes = NewText<CString const&>(*mNotes);
     }
 }
 
@@ -131,8 +128,8 @@ PPDXJobNote::PPDXJobNote(Settings& settings, long id, CString* /*languageEncodin
     : PPDXControl(settings, id, nullptr) {
     SetType(kJobNoteType);
     ControlRecord const record(settings, id);
-    mNotes = record.CopyText(ArchiveTags::kNoteText);
-    mDefaultNotes = record.CopyText(ArchiveTags::kNoteDefault);
+    mNotes.reset(record.CopyText(ArchiveTags::kNoteText));
+    mDefaultNotes.reset(record.CopyText(ArchiveTags::kNoteDefault));
     record.Read(ArchiveTags::kNoteMaximum, mMaximum);
     record.Read(ArchiveTags::kNoteMinimum, mMinimum);
     std::int32_t flags = 0;
@@ -142,13 +139,7 @@ PPDXJobNote::PPDXJobNote(Settings& settings, long id, CString* /*languageEncodin
 }
 
 PPDXJobNote::~PPDXJobNote() {
-    WipeAndDelete(mNotes);
-    WipeAndDelete(mDefaultNotes);
     DiscardCode();
-}
-
-void PPDXJobNote::TakeNotes(CString* notes) {
-    WipeAndDelete(std::exchange(mNotes, notes));
 }
 
 void PPDXJobNote::DiscardCode() {
@@ -164,8 +155,8 @@ void PPDXJobNote::DiscardCode() {
 short PPDXJobNote::Save(Settings& settings, long const& id) {
     ControlRecord record(settings, id, PPDXControl::Save(settings, id));
     record.AddMark(ArchiveTags::kJobNote);
-    record.AddText(ArchiveTags::kNoteText, mNotes);
-    record.AddText(ArchiveTags::kNoteDefault, mDefaultNotes);
+    record.AddText(ArchiveTags::kNoteText, mNotes.get());
+    record.AddText(ArchiveTags::kNoteDefault, mDefaultNotes.get());
     record.AddNumber(ArchiveTags::kNoteMaximum, mMaximum);
     record.AddNumber(ArchiveTags::kNoteMinimum, mMinimum);
     record.AddNumber(ArchiveTags::kNoteFlags, static_cast<std::int32_t>(mNoteFlags));
@@ -174,7 +165,7 @@ short PPDXJobNote::Save(Settings& settings, long const& id) {
 }
 
 short PPDXJobNote::Restore(Settings& settings, long id) {
-    TakeNotes(ControlRecord(settings, id).CopyText(ArchiveTags::kNoteText));
+    mNotes.reset(ControlRecord(settings, id).CopyText(ArchiveTags::kNoteText));
     return 0;
 }
 
@@ -183,6 +174,10 @@ short PPDXJobNote::Restore(Settings& settings, long id) {
 bool PPDXJobNote::OkayToDisplay(_DISPLAY_OPTIONS_ const& options) {
     bool const asksVisibility = options == kDisplayPlacedAndVisible || options == kDisplayOrphans;
     return !asksVisibility || IsVisible();
+}
+
+bool PPDXJobNote::HasUTF8Keyword() const {
+    return IsOneOf(kUTF8Keywords, Keyword());
 }
 
 bool PPDXJobNote::IsAnyText() const {
@@ -200,14 +195,19 @@ char const* PPDXJobNote::GetDefaultNotes() const {
 void PPDXJobNote::SetNotes(char const* text) {
     DiscardCode();
     // The text may be the one that goes.
-    TakeNotes(new (std::nothrow) CString(text));
+    mNotes = NewText(text);
     ReportChange(GetNotes());
 }
 
 void PPDXJobNote::SetUTF8Notes(CFStringRef text) {
-    if (CString* const notes = NewConverted(text, kCFStringEncodingUTF8)) {
-        TakeNotes(notes);
+    if (auto notes = NewConverted(text, kCFStringEncodingUTF8)) {
+        mNotes = std::move(notes);
     }
+}
+
+std::unique_ptr<CString> PPDXJobNote::ExchangeNotes(std::unique_ptr<CString> notes) noexcept {
+    DiscardCode();
+    return std::exchange(mNotes, std::move(notes));
 }
 
 void PPDXJobNote::ResetToDefaultValue() {
@@ -216,12 +216,8 @@ void PPDXJobNote::ResetToDefaultValue() {
 
 void PPDXJobNote::SetCurrentControlWithCFString(CFStringRef value) {
     DiscardCode();
-    CString* notes =
-        IsOneOf(kUTF8Keywords, Keyword()) ? NewConverted(value, kCFStringEncodingUTF8) : nullptr;
-    if (notes == nullptr) {
-        notes = new (std::nothrow) CString(value);
-    }
-    TakeNotes(notes);
+    auto notes = HasUTF8Keyword() ? NewConverted(value, kCFStringEncodingUTF8) : nullptr;
+    mNotes = notes != nullptr ? std::move(notes) : NewText(value);
 }
 
 CFStringRef PPDXJobNote::CopyNotes() const {
@@ -236,7 +232,7 @@ CFStringRef PPDXJobNote::CopyNotes() const {
     CFRef<CFStringRef> system(
         CFStringCreateWithCString(nullptr, text, CFStringGetSystemEncoding()));
     if (!plain && !system) {
-        return CFStringCreateWithCString(nullptr, text, kFirstEncoding);
+        return CFStringCreateWithCString(nullptr, text, kLastResortEncoding);
     }
     bool const takesPlain = plain && (isUTF8 || !system);
     return takesPlain ? plain.Release() : system.Release();

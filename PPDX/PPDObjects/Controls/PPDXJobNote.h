@@ -2,11 +2,15 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "PPDX/PPDObjects/Controls/JobNoteFlag.h"
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
 
 class CString;
+
+// The group of the notes that the PPD puts nowhere else.
+constexpr char kJobNoteGroup[] = "FPZUNotes";
 
 // A text that the user fills in and that travels with the job: a note, a user name, a password, the
 // code of a secure print. Its flags tell which characters the panel takes and how the job carries
@@ -51,6 +55,9 @@ class PPDXJobNote : public PPDXControl {
     char const* GetNotes() const;     // null for none; good until the next change
     void SetNotes(char const* text);  // copied, of any length; null leaves no text
     void SetUTF8Notes(CFStringRef text);
+    // Puts another text in place of the present one, which it returns; either may be null. Tells
+    // nobody of the change, and allocates nothing.
+    [[nodiscard]] std::unique_ptr<CString> ExchangeNotes(std::unique_ptr<CString> notes) noexcept;
     // The caller releases it. The empty string without a text; null for one that is in no encoding.
     CFStringRef CopyNotes() const;
     char const* GetDefaultNotes() const;  // null for none
@@ -88,6 +95,8 @@ class PPDXJobNote : public PPDXControl {
     std::uint32_t IsNoComma() const { return mNoteFlags & kNoteNoComma; }
     std::uint32_t IsUTF8() const { return mNoteFlags & kNoteUTF8; }
     std::uint32_t IsAESEncrypt() const { return mNoteFlags & kNoteAESEncrypt; }
+    // Whether the text is UTF-8 for its keyword's sake, whatever the flags say.
+    bool HasUTF8Keyword() const;
     // No flag limits the characters.
     bool IsAnyText() const;
 
@@ -95,15 +104,14 @@ class PPDXJobNote : public PPDXControl {
     void BuildPDLString(char const* value);
 
   private:
-    void TakeNotes(CString* notes);  // which may be null, in place of those that there are
     void DiscardCode();
     void Substitute();
 
-    CString* mNotes = nullptr;  // owned; null, or without a text, when there is none
+    std::unique_ptr<CString> mNotes;  // null, or without a text, when there is none
     std::int32_t mMaximum = 0;
     std::int32_t mMinimum = 0;
     std::uint32_t mNoteFlags = kNoteNoFlags;
-    CString* mDefaultNotes = nullptr;  // owned, may be null
+    std::unique_ptr<CString> mDefaultNotes;  // may be null
     std::int32_t mNotesOn = 0;
     unsigned char* mSubstituted = nullptr;  // owned, from malloc; null when stale
     std::int32_t mSubstitutedLength = 0;

@@ -10,7 +10,6 @@
 #include "ZUBUtils/PPDUtils/CString.h"
 
 void KeepInProfileNote(ZUBPPD& ppd, char const* keyword, CFStringRef value) {
-    constexpr char kGroup[] = "FPZUNotes";
     constexpr long kLongestValue = 700;
     PPDXJobNote* note = ppd.GetControls()->FindJobNote(keyword, true);
     if (note == nullptr) {
@@ -19,7 +18,7 @@ void KeepInProfileNote(ZUBPPD& ppd, char const* keyword, CFStringRef value) {
         note = new (std::nothrow)
             PPDXJobNote(keyword, CFSTR(""), flags, nullptr, 0, new (std::nothrow) CString(""),
                         &encoding, true, kLongestValue, kNoteNoFlags, 0);
-        ppd.SetupControl(ppd.GetGroups()->Find(kGroup, true), note, false);
+        ppd.SetupControl(ppd.GetGroups()->Find(kJobNoteGroup, true), note, false);
     }
     if (note != nullptr) {
         note->SetUTF8Notes(value);

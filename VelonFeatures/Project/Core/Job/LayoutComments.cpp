@@ -13,7 +13,6 @@ namespace {
 
 constexpr std::int32_t kPortrait = 1;
 constexpr std::int32_t kReversePortrait = 3;
-constexpr std::int32_t kReverseLandscape = 4;
 
 constexpr char kNUpText[] = "%%MacCoreNUp: true\n";
 constexpr char kPortraitText[] = "%%Orientation: Portrait\n";

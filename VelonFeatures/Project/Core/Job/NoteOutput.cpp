@@ -2,9 +2,9 @@
 #include "VelonFeatures/Project/Core/Job/NoteOutput.h"
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 #include <memory>
+#include <new>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,15 +16,12 @@
 #include "VelonFeatures/Project/Core/Job/ZUBJobNote.h"
 #include "VelonFeatures/Project/Core/Warning.h"
 #include "VelonFeatures/Project/Core/ZUBJobTicket.h"
-#include "ZUBUtils/PPDUtils/PlainText.h"
+#include "ZUBUtils/PPDUtils/CString.h"
 
 namespace {
 
 constexpr std::size_t kNoteTextSize = 256;  // with the terminator
 constexpr char kDirectoryOption[] = "*ZUBAuthenticateWithLDAP";
-
-// Their text is UTF-8 as it stands.
-constexpr std::array<std::string_view, 3> kUTF8Keywords = {"*Notes1", "*Instruct", "*Resume"};
 
 using WipedBytes = std::vector<unsigned char, WipingAllocator<unsigned char>>;
 
@@ -38,55 +35,43 @@ std::string NameOf(PPDXJobNote& control) {
     return keyword == nullptr ? "A note" : keyword;
 }
 
-// The text in UTF-8, where the note is to be that; the note takes it over.
-void MakeUTF8(PPDXJobNote& control, WipedText& text) {
-    char const* const keyword = control.Keyword();
+// The text in UTF-8; as it is where it has no such form.
+WipedText InUTF8(WipedText const& text) {
     WipedText converted;
-    if (std::ranges::find(kUTF8Keywords, std::string_view(keyword)) == kUTF8Keywords.end() &&
-        ConvertTextFromApplicationToUTF8(text.View(), converted) == noErr) {
-        text = std::move(converted);
-    }
-    control.SetNotes(text.CStr());
+    bool const isConverted = ConvertTextFromApplicationToUTF8(text.View(), converted) == noErr;
+    return isConverted ? converted : text;
 }
 
-// The name in UTF-8; as it is where it has no such form.
-WipedText NameInUTF8(WipedText name) {
-    WipedText converted;
-    bool const isConverted = ConvertTextFromApplicationToUTF8(name.View(), converted) == noErr;
-    return isConverted ? std::move(converted) : std::move(name);
+// What the note emits with the text that it has now.
+WipedBytes PostScriptOf(PPDXJobNote& control) {
+    WipedBytes code(static_cast<std::size_t>(std::max(control.PostScript(nullptr), 0L)));
+    if (!code.empty()) {
+        control.PostScript(code.data());
+    }
+    return code;
 }
 
-// What the note emits with the text that it has now. False without memory.
-bool TakePostScript(PPDXJobNote& control, WipedBytes& code) {
-    long const size = control.PostScript(nullptr);
-    if (size < 1) {
-        code.clear();
-        return true;
+// The cipher of a text that the note has; empty, and a warning, where it has no room in a job.
+WipedText Enciphered(ZUBJobNote const& note, WipedText const& text, char const* consequence) {
+    WipedText cipher;
+    if (!note.encryptNote(text.CStr(), cipher)) {
+        Warn(NameOf(*note.Control()) + consequence + ": it is too long to be enciphered");
     }
-    try {
-        code.resize(static_cast<std::size_t>(size));
-    } catch (std::bad_alloc const&) {
-        return false;
-    }
-    control.PostScript(code.data());
-    return true;
+    return cipher;
 }
 
 // Gives the note another text for as long as this object lives.
 class OtherNotes {
   public:
     OtherNotes(PPDXJobNote& control, char const* text)
-        : mControl(control), mHadText(control.GetNotes() != nullptr), mText(TextOf(control)) {
-        mControl.SetNotes(text);
-    }
+        : mControl(control), mNotes(control.ExchangeNotes(std::make_unique<CString>(text))) {}
     OtherNotes(OtherNotes const&) = delete;
     OtherNotes& operator=(OtherNotes const&) = delete;
-    ~OtherNotes() { mControl.SetNotes(mHadText ? mText.CStr() : nullptr); }
+    ~OtherNotes() { static_cast<void>(mControl.ExchangeNotes(std::move(mNotes))); }
 
   private:
     PPDXJobNote& mControl;
-    bool mHadText;
-    WipedText mText;
+    std::unique_ptr<CString> mNotes;
 };
 
 }  // namespace
@@ -95,6 +80,15 @@ NoteOutput::NoteOutput(ZUBJobTicket& ticket, ZUBPPD* ppd, OSStatus status)
     : mTicket(ticket), mPPD(ppd), mStatus(status) {}
 
 bool NoteOutput::Out(ZUBJobNote& note) {
+    try {
+        return OutNote(note);
+    } catch (std::bad_alloc const&) {
+        mStatus = memFullErr;
+        return false;
+    }
+}
+
+bool NoteOutput::OutNote(ZUBJobNote& note) {
     short row = kNoKeywordRow;
     bool const isSpecial = note.specialKeyword(&row);
     if (note.getUserData(nullptr) == 0 && row != kUserNameRow && row != kPasswordRow) {
@@ -123,19 +117,19 @@ NoteOutput::Comment NoteOutput::CommentOf(ZUBJobNote& note, short row) {
              std::to_string(text.View().size()) + " bytes");
     }
     if (control.IsUTF8() != 0) {
-        MakeUTF8(control, text);
+        text = control.HasUTF8Keyword() ? text : InUTF8(text);
+        control.SetNotes(text.CStr());
     }
     Comment comment;
     comment.line = WipedText(gKeywordMap[static_cast<std::size_t>(row)].commentPrefix);
     if (isEnciphered) {
-        WipedText cipher;
-        if (!note.encryptNote(text.CStr(), cipher)) {
-            Warn(NameOf(control) + " is left out: it is too long to be enciphered");
+        WipedText const cipher = Enciphered(note, text, " is left out");
+        if (cipher.Empty()) {
             return {{}, true};
         }
         comment.line.Append(cipher.View());
     } else if (row == kUserNameRow) {
-        return UserName(note, std::move(text));
+        return UserName(note, text);
     } else if (row == kPasswordRow) {
         return Password(text, std::move(comment.line));
     } else {
@@ -152,16 +146,16 @@ bool NoteOutput::IsSent(short row) const {
                                : row != kPasswordRow || mUserKnown;
 }
 
-NoteOutput::Comment NoteOutput::UserName(ZUBJobNote& note, WipedText text) {
+NoteOutput::Comment NoteOutput::UserName(ZUBJobNote& note, WipedText const& text) {
     if (!IsSent(kUserNameRow)) {
         return {};
     }
     mUserKnown = true;
     mUserName.Clear();
     if (!text.View().empty()) {
-        WipedText name = WithSlashDoubled(text.View());
+        WipedText const name = WithSlashDoubled(text.View());
         note.Control()->SetNotes(name.CStr());
-        mUserName = NameInUTF8(std::move(name));
+        mUserName = InUTF8(name);
     }
     return {{}, !CopiesFeature()};
 }
@@ -169,6 +163,9 @@ NoteOutput::Comment NoteOutput::UserName(ZUBJobNote& note, WipedText text) {
 NoteOutput::Comment NoteOutput::Password(WipedText const& text, WipedText line) {
     if (!IsSent(kPasswordRow)) {
         return {{}, true};
+    }
+    if (mUserName.Empty() && !text.Empty()) {
+        Warn("the user's password is left out: there is no user name");
     }
     char* record = nullptr;
     if (AUTH_packAndEncrypt(mUserName.CStr(), text.CStr(), "", kUALUserDomain, 0, &record) != 0) {
@@ -186,22 +183,16 @@ bool NoteOutput::OutFeature(ZUBJobNote& note, short row) {
     if (control.PostScript(nullptr) == 0 && row != kPasswordRow) {
         return true;
     }
-    WipedBytes code;
-    bool hasMemory = false;
+    std::optional<OtherNotes> other;
     if (IsEnciphered(note)) {
-        WipedText cipher;
-        if (!note.encryptNote(WipedText(TextOf(control)).CStr(), cipher)) {
-            Warn(NameOf(control) + ": its code is left out, it is too long to be enciphered");
+        WipedText const cipher =
+            Enciphered(note, WipedText(TextOf(control)), ": its code is left out");
+        if (cipher.Empty()) {
             return true;
         }
-        OtherNotes const enciphered(control, cipher.CStr());
-        hasMemory = TakePostScript(control, code);
-    } else {
-        hasMemory = TakePostScript(control, code);
+        other.emplace(control, cipher.CStr());
     }
-    if (!hasMemory) {
-        mStatus = memFullErr;
-    }
+    WipedBytes const code = PostScriptOf(control);
     return mTicket.Add(kFeatureSite, code.data(), code.size()) && mStatus == noErr;
 }
 

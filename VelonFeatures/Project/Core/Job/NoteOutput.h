@@ -27,9 +27,10 @@ class NoteOutput {
         bool skipFeature = false;
     };
 
+    bool OutNote(ZUBJobNote& note);
     Comment CommentOf(ZUBJobNote& note, short row);
     bool IsSent(short row) const;
-    Comment UserName(ZUBJobNote& note, WipedText text);
+    Comment UserName(ZUBJobNote& note, WipedText const& text);
     Comment Password(WipedText const& text, WipedText line);
     bool OutFeature(ZUBJobNote& note, short row);
     // Whether what a job carries of the note is a cipher.

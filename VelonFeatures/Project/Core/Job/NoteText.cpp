@@ -5,17 +5,16 @@
 
 namespace {
 
-constexpr std::size_t kBytesPerByte = 4;
+constexpr std::size_t kUTF8BytesPerByte = 4;
 
-}  // namespace
-
+// Converts the text. `out` is empty on failure. 0, or the converter's status.
 OSStatus ConvertText(std::string_view text, TextEncoding from, TextEncoding to, WipedText& out) {
     out.Clear();
     TECObjectRef converter = nullptr;
     if (OSStatus const status = TECCreateConverter(&converter, from, to); status != noErr) {
         return status;
     }
-    std::vector<std::uint8_t, WipingAllocator<std::uint8_t>> room(text.size() * kBytesPerByte);
+    std::vector<std::uint8_t, WipingAllocator<std::uint8_t>> room(text.size() * kUTF8BytesPerByte);
     unsigned long consumed = 0;
     unsigned long written = 0;
     OSStatus const status =
@@ -27,6 +26,8 @@ OSStatus ConvertText(std::string_view text, TextEncoding from, TextEncoding to, 
     }
     return status;
 }
+
+}  // namespace
 
 OSStatus ConvertTextFromApplicationToUTF8(std::string_view text, WipedText& out) {
     constexpr TextEncoding kUTF8 = CreateTextEncoding(256, 0, 2);

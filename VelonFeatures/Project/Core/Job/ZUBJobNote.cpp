@@ -9,7 +9,6 @@
 #include "VelonFeatures/Project/Core/PDEData.h"
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
 #include "ZUBUtils/PPDUtils/StringUtils.h"
-#include "ciphers/NoteCipher.h"
 
 namespace {
 
@@ -25,6 +24,14 @@ std::size_t TakeText(char const* text, char* out) {
 }
 
 }  // namespace
+
+NoteCipherChoice CipherChoiceOf(ZUBPPD* ppd, bool hasAESFlag) {
+    return {
+        .specialAlgorithm = SpecialOptionText(ppd, "*UseSpecialAlgorithm"),
+        .specialKey = SpecialOptionText(ppd, "*UseSpecialKey"),
+        .hasAESFlag = hasAESFlag,
+    };
+}
 
 ZUBJobNote::ZUBJobNote(PPDXJobNote* control, bool flag, ZUBPPD* ppd)
     : mControl(control), mNotesOn(flag || control->GetNotesOnValue()), mPPD(ppd) {
@@ -62,13 +69,8 @@ bool ZUBJobNote::encryptNote(char const* in, WipedText& out) const {
     if (mPPD == nullptr) {
         return false;
     }
-    NoteCipherChoice const choice = {
-        .specialAlgorithm = SpecialOptionText(mPPD, "*UseSpecialAlgorithm"),
-        .specialKey = SpecialOptionText(mPPD, "*UseSpecialKey"),
-        .hasAESFlag = mControl->IsAESEncrypt() != 0,
-    };
     char digits[kNoteDigitsSize];
-    if (!EncipherNote(in, choice, digits)) {
+    if (!EncipherNote(in, CipherChoiceOf(mPPD, mControl->IsAESEncrypt() != 0), digits)) {
         return false;
     }
     out.Append(NoteDigits(digits));

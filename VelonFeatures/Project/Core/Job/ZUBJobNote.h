@@ -7,6 +7,7 @@
 
 #include "ZUBUtils/PPDUtils/LinkElement_Dual.h"
 #include "ZUBUtils/PPDUtils/WipedText.h"
+#include "ciphers/NoteCipher.h"
 
 class PPDXJobNote;
 class ZUBPPD;
@@ -35,6 +36,10 @@ constexpr std::array<NoteKeyword, 9> gKeywordMap = {{
 }};
 static_assert(std::string_view(gKeywordMap[kUserNameRow].keyword) == "*ZUUserAuthName");
 static_assert(std::string_view(gKeywordMap[kPasswordRow].keyword) == "*ZUUserAuthPwd");
+
+// How a note is enciphered, by the PPD's special options and the note's own flag. The texts belong
+// to the PPD, which may be null.
+NoteCipherChoice CipherChoiceOf(ZUBPPD* ppd, bool hasAESFlag);
 
 // A note of the PPD on its way into one job.
 class ZUBJobNote : public LinkElement_Dual {

@@ -16,7 +16,7 @@
 
 namespace {
 
-// The notes of a list that only ZUBJobNoteList fills.
+// Every element of the list is a note.
 ZUBJobNote* NoteAt(LinkElementDualIterator position) {
     return static_cast<ZUBJobNote*>(*position);
 }

@@ -22,9 +22,9 @@ class ZUBJobNoteList : public PtrLinkList {
     std::size_t countProtectedFields() const;     // how many are passwords
 
     // Adds the comments about orientation and layout, and each note's comment and feature code.
-    // 0, the print manager's status of the page format, memFullErr, or paramErr with nothing added
-    // for a ticket that is null or not usable. A status of the page format lets the comments of the
-    // notes through up to the first that has feature code.
+    // 0, the print manager's status of the page format or of the print settings, memFullErr, or
+    // paramErr with nothing added for a ticket that is null or not usable. A status of the print
+    // manager lets the comments of the notes through up to the first that has feature code.
     // Notes change: one that is to be UTF-8 has its text converted, the user's name gets its slash.
     OSStatus outInjectionData(ZUBJobTicket* ticket, PMPrintSession session);
 

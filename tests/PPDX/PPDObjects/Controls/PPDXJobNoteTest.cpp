@@ -66,6 +66,12 @@ TEST(PPDXJobNoteTest, CodeGets512BytesOfTheTextAndTheFrameAll) {
     }
 }
 
+TEST(PPDXJobNoteTest, BehindACommentTheTextIsAStringAgain) {
+    EXPECT_EQ(
+        Emitted(*NewNote("*N", {"%%A <*n>\r\n%<*N>\n/n (<*N>) def %<*N>\n", "a) b ("})),
+        Framed("*N a) b (", "%%A a) b (\r\n%a) b (\n/n <612920622028> def %<612920622028>\n"));
+}
+
 TEST(PPDXJobNoteTest, NotesThatShareAListsKeywordReportNoLength) {
     for (char const* keyword : {"*ZUSimulation", "*ZUOutProfile", "*ZURGBOverride"}) {
         auto const note = NewNote(keyword, {"", "Offset"});

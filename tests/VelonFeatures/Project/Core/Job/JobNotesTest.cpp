@@ -93,7 +93,6 @@ TEST_F(JobNotesTest, EachNoteHasItsCommentAndItsCode) {
 
 TEST_F(JobNotesTest, EverySpecialKeywordHasItsPrefix) {
     std::string lines;
-    Texts expected;
     for (NoteKeyword const& row : gKeywordMap) {
         lines += Note(row.keyword + 1, "");
     }
