@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/CommandLine.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -68,18 +70,49 @@ CLI::Option* AddTexts(CLI::App& app, std::string const& name, std::string const&
     return app.add_option_function<std::vector<std::string>>(name, take, help);
 }
 
-void AddSettings(CLI::App& app, std::vector<ControlSetting>& settings) {
-    auto const take = [&settings](std::vector<std::string> const& texts) {
-        for (std::string const& text : texts) {
-            auto const [keyword, value] = CutAtEquals(text);
-            settings.push_back({keyword, value.value_or("")});
+CLI::Validator SettingFileCheck() {
+    return {[](std::string& text) {
+                auto const [keyword, file] = CutAtEquals(text);
+                bool const isFile = !keyword.empty() && file && !file->empty();
+                return isFile ? std::string() : "'" + text + "' isn't KEY=FILE";
+            },
+            ""};
+}
+
+// Takes the choices of both options in the order in which they stand among the arguments.
+void TakeSettings(CLI::App const& app, CLI::Option const* fromFile,
+                  std::vector<CLI::Option const*> const& options,
+                  std::vector<ControlSetting>& settings) {
+    std::map<CLI::Option const*, std::size_t> taken;
+    for (CLI::Option const* const option : app.parse_order()) {
+        if (std::find(options.begin(), options.end(), option) == options.end()) {
+            continue;
         }
-    };
-    // One argument for each --set, so that what follows it stays what it is.
-    AddTexts(app, "--set", kSetHelp, take)
-        ->allow_extra_args(false)
-        ->check(SettingCheck())
-        ->type_name("KEY=VALUE");
+        auto const [keyword, rest] = CutAtEquals(option->results().at(taken[option]++));
+        std::string const text = rest.value_or("");
+        settings.push_back(option == fromFile ? ControlSetting{keyword, {}, text}
+                                              : ControlSetting{keyword, WipedText(text)});
+    }
+}
+
+void AddSettings(CLI::App& app, std::vector<ControlSetting>& settings) {
+    // One argument for each, so that what follows it stays what it is.
+    CLI::Option const* const set = app.add_option("--set", kSetHelp)
+                                       ->expected(1)
+                                       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+                                       ->check(SettingCheck())
+                                       ->type_name("KEY=VALUE");
+    CLI::Option const* const fromFile =
+        app.add_option("--set-from",
+                       "As --set, with the value from a file, which nobody sees among the "
+                       "arguments; - is standard input; a line end at its end is left off")
+            ->expected(1)
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+            ->check(SettingFileCheck())
+            ->type_name("KEY=FILE");
+    app.parse_complete_callback([&app, &settings, set, fromFile] {
+        TakeSettings(app, fromFile, {set, fromFile}, settings);
+    });
 }
 
 CLI::Validator ChoiceCheck(bool needsOption) {
@@ -237,7 +270,7 @@ void DescribePrint(CLI::App& app, PrintOptions& options) {
     app.add_flag(
         "--pairs", options.pairs,
         "Print the pairs of the job data file as JSON, [{\"site\": 81, \"text\": \"...\"}], "
-        "instead of its path; the file is written all the same");
+        "instead of its path, each byte as the character of its number; no file stays then");
     DescribePrinter(app, options);
     DescribeTickets(app, options);
     DescribeRecord(app, options);
@@ -258,6 +291,21 @@ void DescribePrint(CLI::App& app, PrintOptions& options) {
         ->check(CLI::Range(1, INT32_MAX))
         ->type_name("N")
         ->capture_default_str();
+}
+
+void DescribeUnpack(CLI::App& app, UnpackOptions& options) {
+    app.add_option("TEXT", options.text,
+                   "The record, as it stands behind %%ZUBUATag:; - is standard input")
+        ->required();
+}
+
+void DescribeDecryptNote(CLI::App& app, DecryptNoteOptions& options) {
+    app.add_option("--ppd", options.ppd, "The printer's PPD, which chooses cipher and key")
+        ->required()
+        ->type_name("PPD");
+    app.add_flag("--aes", options.isAES, "The note is one with AESEncrypt");
+    app.add_option("HEX", options.digits, "The hexadecimal digits; - is standard input")
+        ->required();
 }
 
 }  // namespace
@@ -281,6 +329,12 @@ std::optional<ExitStatus> CommandLine::Parse(int argc, char const* const* argv, 
     DescribePrint(*add(Command::kPrint, "print",
                        "Run one dialog without a window and print the path of the job data file"),
                   mPrint);
+    DescribeUnpack(*add(Command::kUnpack, "unpack",
+                        "Print what a packed user authentication record holds, as JSON"),
+                   mUnpack);
+    DescribeDecryptNote(
+        *add(Command::kDecryptNote, "decrypt-note", "Print the plain text of an enciphered note"),
+        mDecryptNote);
     try {
         app.parse(argc, argv);
     } catch (CLI::CallForHelp const&) {

@@ -10,7 +10,7 @@
 // The command's arguments.
 class CommandLine {
   public:
-    enum class Command { kNone, kInspect, kConstraints, kSolve, kPrint };
+    enum class Command { kNone, kInspect, kConstraints, kSolve, kPrint, kUnpack, kDecryptNote };
 
     // None when there is a command to run. Otherwise the exit status, after help went to `out` or
     // one line about a wrong argument to `err`.
@@ -22,6 +22,8 @@ class CommandLine {
     ConstraintsOptions const& Constraints() const { return mConstraints; }
     SolveOptions const& Solve() const { return mSolve; }
     PrintOptions const& Print() const { return mPrint; }
+    UnpackOptions const& Unpack() const { return mUnpack; }
+    DecryptNoteOptions const& DecryptNote() const { return mDecryptNote; }
 
   private:
     Command mCommand = Command::kNone;
@@ -29,4 +31,6 @@ class CommandLine {
     ConstraintsOptions mConstraints;
     SolveOptions mSolve;
     PrintOptions mPrint;
+    UnpackOptions mUnpack;
+    DecryptNoteOptions mDecryptNote;
 };

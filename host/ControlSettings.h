@@ -20,6 +20,9 @@ class ControlSettings {
     // `file` is the PPD's name for messages.
     ControlSettings(ZUBPPD& ppd, std::string const& file, std::ostream& err);
 
+    // With two-way communication on, a profile also goes into the note of its option's keyword, as
+    // the Job Properties application would put it there. Called ahead of Apply.
+    void FillNotesOfProfiles() { mFillsNotes = true; }
     // Takes the lists that don't stand at their default as chosen before: CheckRules speaks of them
     // too. Called ahead of Apply.
     void NoteKept();
@@ -32,6 +35,8 @@ class ControlSettings {
     // Warns of each choice that a rule sets against the present selection, with what stands against
     // it. Called when all choices are made.
     void CheckRules();
+    // Warns of each note that the job would cut or leave out for its length.
+    void CheckNotes();
 
     // Lines told so far.
     std::size_t Warnings() const { return mWarnings; }
@@ -40,6 +45,7 @@ class ControlSettings {
     PPDXControl* Find(char const* keyword) const;
     Outcome Apply(ControlSetting const& setting);
     void Set(PPDXControl& control, ControlSetting const& setting);
+    void FillNote(char const* keyword, CFStringRef value);
     void Note(PPDXControl& control);
     void Warn(std::string const& text);
 
@@ -48,5 +54,6 @@ class ControlSettings {
     std::ostream& mErr;
     std::vector<PPDXControl*> mChosen;  // each once; the PPD's
     std::vector<PPDXControl*> mKept;    // from before
+    bool mFillsNotes = false;
     std::size_t mWarnings = 0;
 };

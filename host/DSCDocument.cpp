@@ -25,7 +25,7 @@ constexpr int kHeaderSites[] = {kNoteCommentSite, kDriverCommentSite, kLayoutCom
 struct Edit {
     std::size_t begin;
     std::size_t end;
-    std::string text;
+    JobText text;
 };
 
 bool IsLineEnd(char byte) {
@@ -34,8 +34,8 @@ bool IsLineEnd(char byte) {
 
 // The texts of these sites, in the job's order, each a line of its own at least.
 template <typename Sites>
-std::string TextOf(std::vector<JobDataFile::Pair> const& pairs, Sites const& sites) {
-    std::string text;
+JobText TextOf(std::vector<JobDataFile::Pair> const& pairs, Sites const& sites) {
+    JobText text;
     for (JobDataFile::Pair const& pair : pairs) {
         if (std::ranges::find(sites, pair.site) != std::ranges::end(sites)) {
             text += pair.text;
@@ -296,7 +296,7 @@ Outcome DSCDocument::Take(std::string text, std::string const& name) {
     return Outcome::Done();
 }
 
-std::string DSCDocument::Merge(std::vector<JobDataFile::Pair> const& pairs) const {
+JobText DSCDocument::Merge(std::vector<JobDataFile::Pair> const& pairs) const {
     std::set<std::string_view> suppressed;
     for (JobDataFile::Pair const& pair : pairs) {
         if (pair.site == kSuppressedKeywordSite) {
@@ -311,8 +311,8 @@ std::string DSCDocument::Merge(std::vector<JobDataFile::Pair> const& pairs) cons
             edits.push_back({feature.begin, feature.end, ""});
         }
     }
-    std::string const setup = TextOf(pairs, std::vector<int>{kFeatureSite}) +
-                              TextOf(pairs, std::vector<int>{kFirstCopyMarkerSite});
+    JobText const setup = TextOf(pairs, std::vector<int>{kFeatureSite}) +
+                          TextOf(pairs, std::vector<int>{kFirstCopyMarkerSite});
     edits.push_back({mSetupEnd.at, mSetupEnd.at,
                      (mSetupEnd.exists || mSetupEnd.isOpen ? "" : "%%BeginSetup\n") + setup +
                          (mSetupEnd.exists ? "" : "%%EndSetup\n")});
@@ -321,11 +321,12 @@ std::string DSCDocument::Merge(std::vector<JobDataFile::Pair> const& pairs) cons
                          (mTrailer.exists ? "" : "%%Trailer\n")});
     std::ranges::stable_sort(edits, {}, &Edit::begin);
 
-    std::string merged;
+    std::string_view const document = mText;
+    JobText merged;
     std::size_t copied = 0;
     for (Edit const& edit : edits) {
         if (edit.begin > copied) {
-            merged.append(mText, copied, edit.begin - copied);
+            merged += document.substr(copied, edit.begin - copied);
         }
         if (!edit.text.empty() && !merged.empty() && !IsLineEnd(merged.back())) {
             merged += '\n';
@@ -333,5 +334,5 @@ std::string DSCDocument::Merge(std::vector<JobDataFile::Pair> const& pairs) cons
         merged += edit.text;
         copied = std::max(copied, edit.end);
     }
-    return merged.append(mText, copied);
+    return merged += document.substr(copied);
 }

@@ -25,7 +25,7 @@ class DSCDocument {
     // the document's own setup whose keyword the job takes over are left out, and so are the lines
     // that ask for one. A section that is needed and missing is made. Everything else stays byte
     // for byte.
-    std::string Merge(std::vector<JobDataFile::Pair> const& pairs) const;
+    JobText Merge(std::vector<JobDataFile::Pair> const& pairs) const;
 
   private:
     struct Feature {

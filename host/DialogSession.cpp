@@ -124,6 +124,10 @@ ZUBPPD* DialogSession::PPD() const {
     return gPDEData == nullptr ? nullptr : gPDEData->GetPPD();
 }
 
+bool DialogSession::IsTwoWay() {
+    return gPDEData != nullptr && gPDEData->GetIPAddressEnabled();
+}
+
 std::string DialogSession::PaperFeed() const {
     if (gPDEData == nullptr) {
         return {};

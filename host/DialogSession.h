@@ -29,6 +29,7 @@ class DialogSession {
     ZUBPPD* PPD() const;
     // The paper source that the first Commit will take from the tickets, a keyword; empty for none.
     std::string PaperFeed() const;
+    static bool IsTwoWay();  // two-way communication is on for the printer
     Outcome Commit();
     Outcome KeepTickets(TicketFile& file) const { return mSession.Keep(file); }
     // The file that the last Commit wrote; empty if it wrote none.

@@ -48,7 +48,7 @@ std::string HostFiles::Reason(std::int32_t error) {
     return error > 0 ? std::strerror(error) : "error " + std::to_string(error);
 }
 
-Outcome HostFiles::Write(std::string const& path, std::string const& bytes) {
+Outcome HostFiles::Write(std::string const& path, std::string_view bytes) {
     CFRef<CFDataRef> const data(CFDataCreate(nullptr,
                                              reinterpret_cast<std::uint8_t const*>(bytes.data()),
                                              static_cast<CFIndex>(bytes.size())));

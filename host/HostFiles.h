@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "host/Outcome.h"
 #include "platform/CFRef.h"
@@ -17,7 +18,7 @@ class HostFiles {
     // What an error of a file operation means: the system's text for its number.
     static std::string Reason(std::int32_t error);
     // Writes the whole file anew; a failure leaves the former one and tells the reason.
-    static Outcome Write(std::string const& path, std::string const& bytes);
+    static Outcome Write(std::string const& path, std::string_view bytes);
     // The bundle that was built with this program, in the folder above the program's: ZUB.plugin,
     // or ZUBCommon.plugin for printers that share one set of choices.
     static std::string BuiltBundle(bool shared);

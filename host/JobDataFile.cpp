@@ -12,7 +12,7 @@ bool TakeSite(CFTypeRef element, std::int32_t& site) {
            CFNumberGetValue(static_cast<CFNumberRef>(element), kCFNumberSInt32Type, &site);
 }
 
-bool TakeText(CFTypeRef element, std::string& text) {
+bool TakeText(CFTypeRef element, JobText& text) {
     if (element == nullptr || CFGetTypeID(element) != CFDataGetTypeID()) {
         return false;
     }

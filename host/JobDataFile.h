@@ -7,6 +7,10 @@
 
 #include "host/Outcome.h"
 #include "platform/CoreFoundation.h"
+#include "platform/Wiping.h"
+
+// Bytes of a job, which may hold a user's name in clear: none of them stays in the heap.
+using JobText = std::basic_string<char, std::char_traits<char>, WipingAllocator<char>>;
 
 // What a commit puts into a job: pairs of injection site and bytes, in the order in which they go
 // there.
@@ -14,7 +18,7 @@ class JobDataFile {
   public:
     struct Pair {
         std::int32_t site;
-        std::string text;  // bytes
+        JobText text;
     };
 
     // Takes the pairs of a list: number, data, number, data ... Fails, with none, for null and for

@@ -26,9 +26,10 @@ Json JsonText::Text(CFStringRef string) {
     return string == nullptr ? Json() : Json(ToUTF8(string));
 }
 
-CFRef<CFStringRef> JsonText::FromUTF8(std::string const& text) {
+CFRef<CFStringRef> JsonText::FromUTF8(std::string_view text) {
     return CFRef<CFStringRef>(
-        CFStringCreateWithCString(nullptr, text.c_str(), kCFStringEncodingUTF8));
+        CFStringCreateWithBytes(nullptr, reinterpret_cast<std::uint8_t const*>(text.data()),
+                                static_cast<CFIndex>(text.size()), kCFStringEncodingUTF8, false));
 }
 
 std::string JsonText::ToUTF8(CFStringRef string) {

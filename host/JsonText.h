@@ -21,7 +21,7 @@ class JsonText {
     static Json Text(CFStringRef string);
 
     // Null for what isn't UTF-8.
-    static CFRef<CFStringRef> FromUTF8(std::string const& text);
+    static CFRef<CFStringRef> FromUTF8(std::string_view text);
     // UTF-8; a lone surrogate becomes a question mark.
     static std::string ToUTF8(CFStringRef string);
     static std::string BytesToUTF8(std::string_view bytes);

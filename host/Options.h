@@ -5,11 +5,14 @@
 #include <string>
 #include <vector>
 
+#include "ZUBUtils/PPDUtils/WipedText.h"
+
 // One choice of the user: a control's keyword, bytes as they stand in the PPD, and its value in
-// UTF-8.
+// UTF-8, which may be a secret.
 struct ControlSetting {
     std::string keyword;
-    std::string value;
+    WipedText value;
+    std::string file = {};  // what SettingFiles reads the value from; empty when it is told here
 };
 
 // Which PPD a command reads, and what is set in it before anything is asked.
@@ -43,6 +46,18 @@ struct SolveOptions : ReadOptions {
     std::vector<OptionChoice> locked;
     bool keepDelta = false;
     bool test = false;  // search for nothing
+};
+
+// What `zubprint unpack` was told.
+struct UnpackOptions {
+    std::string text;  // the record, "-" for standard input
+};
+
+// What `zubprint decrypt-note` was told.
+struct DecryptNoteOptions {
+    std::string ppd;
+    std::string digits;  // hexadecimal, "-" for standard input
+    bool isAES = false;  // the note asks for AES where the PPD names no algorithm
 };
 
 // Pages on a sheet.

@@ -3,6 +3,7 @@
 
 #include "host/ControlSettings.h"
 #include "host/HostFiles.h"
+#include "host/SettingFiles.h"
 
 CFRef<CFArrayRef> ParsedPPD::Names(std::vector<std::string> const& accepted) {
     if (accepted.empty()) {
@@ -28,8 +29,12 @@ Outcome PPDCommand::Run() {
     if (!mAnyPPD && !ppd->IsValidPPD()) {
         return Outcome::NotOurs(mReadOptions.ppd + " isn't a PPD of the extension, or is broken");
     }
+    std::vector<ControlSetting> choices = mReadOptions.settings;
+    Outcome outcome = SettingFiles::Read(choices, false);
     ControlSettings settings(ppd.Get(), mReadOptions.ppd, mErr);
-    Outcome outcome = settings.Apply(mReadOptions.settings);
+    if (outcome.Ok()) {
+        outcome = settings.Apply(choices);
+    }
     if (!outcome.Ok()) {
         return outcome;
     }

@@ -10,6 +10,7 @@
 #include "host/JsonText.h"
 #include "host/PPDCommand.h"
 #include "host/PrintedDocument.h"
+#include "host/SettingFiles.h"
 #include "platform/CFRef.h"
 
 PrintCommand::PrintCommand(PrintOptions const& options, std::ostream& out, std::ostream& err)
@@ -19,6 +20,10 @@ Outcome PrintCommand::Run() {
     std::string path;
     PrintedDocument document(mOptions);
     Outcome outcome = HostFiles::CheckReadable(mOptions.ppd);
+    if (outcome.Ok()) {
+        mSettings = mOptions.settings;
+        outcome = SettingFiles::Read(mSettings, SettingFiles::IsStandardInput(mOptions.document));
+    }
     if (outcome.Ok()) {
         outcome = document.Open();
     }
@@ -72,11 +77,13 @@ Outcome PrintCommand::RunDialog(std::string& path, JobDataFile& job) {
         std::size_t warnings = 0;
         outcome = MakeChoices(dialog, warnings);
     }
+    mSettings.clear();
     for (int commit = 0; outcome.Ok() && commit < mOptions.commits; ++commit) {
         outcome = dialog.Commit();
     }
     path = dialog.JobDataPath();
-    if (outcome.Ok() && !path.empty()) {
+    bool const isAsked = mOptions.pairs || !mOptions.output.empty();
+    if (outcome.Ok() && !path.empty() && isAsked) {
         outcome = job.Take(DialogSession::JobPairs());
     }
     if (outcome.Ok() && !mOptions.tickets.empty()) {
@@ -126,11 +133,17 @@ Outcome PrintCommand::MakeChoices(DialogSession& dialog, std::size_t& warnings) 
     }
     ControlSettings settings(*ppd, mOptions.ppd, mErr);
     settings.NoteKept();
-    Outcome outcome = settings.Apply(mOptions.settings);
+    if (DialogSession::IsTwoWay()) {
+        settings.FillNotesOfProfiles();
+    }
+    Outcome outcome = settings.Apply(mSettings);
     if (std::string const feed = dialog.PaperFeed(); outcome.Ok() && !feed.empty()) {
         settings.ApplyPaperFeed(feed);
     }
     settings.CheckRules();
+    if (mOptions.strict) {
+        settings.CheckNotes();  // else the commit tells
+    }
     warnings = settings.Warnings();
     return outcome;
 }

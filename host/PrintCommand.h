@@ -5,6 +5,7 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "host/Options.h"
 #include "host/Outcome.h"
@@ -31,6 +32,7 @@ class PrintCommand {
     void Report(std::string const& path, JobDataFile const& job);
 
     PrintOptions const& mOptions;
+    std::vector<ControlSetting> mSettings;  // with their values, as long as a dialog wants them
     std::ostream& mOut;
     std::ostream& mErr;
     RunNotes mNotes;

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "host/HostFiles.h"
+#include "host/SettingFiles.h"
 
 namespace fs = std::filesystem;
 
@@ -40,7 +41,7 @@ bool IsSameFile(std::string const& one, std::string const& other) {
 PrintedDocument::PrintedDocument(PrintOptions const& options) : mOptions(options) {}
 
 bool PrintedDocument::IsStandardInput() const {
-    return mOptions.document == kStandardStream || mOptions.document == kStandardInput;
+    return SettingFiles::IsStandardInput(mOptions.document);
 }
 
 bool PrintedDocument::TakesStandardOutput() const {
@@ -89,7 +90,7 @@ Outcome PrintedDocument::CheckOutput() const {
 
 Outcome PrintedDocument::Write(std::vector<JobDataFile::Pair> const& pairs,
                                std::ostream& out) const {
-    std::string const merged = mDocument.Merge(pairs);
+    JobText const merged = mDocument.Merge(pairs);
     if (TakesStandardOutput()) {
         out << merged;
         return Outcome::Done();

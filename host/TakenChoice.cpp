@@ -60,7 +60,7 @@ bool IsNameOfPresent(PPDXPopupControl& popup, CFStringRef asked) {
 
 }  // namespace
 
-bool StandsAt(PPDXControl& control, std::string const& asked) {
+bool StandsAt(PPDXControl& control, std::string_view asked) {
     CFRef<CFStringRef> const text = JsonText::FromUTF8(asked);
     CFRef<CFStringRef> const value(control.CopyCurrentControlValueString());
     switch (control.Type()) {

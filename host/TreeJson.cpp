@@ -12,6 +12,7 @@
 #include "PPDX/PPDObjects/Controls/PPDXCustomPageSizeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXElement.h"
 #include "PPDX/PPDObjects/Controls/PPDXFloatRangeControl.h"
+#include "PPDX/PPDObjects/Controls/PPDXJobNote.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXRangeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXShortcuts.h"
@@ -58,7 +59,10 @@ Json PostScript(PPDXControl& control) {
     long const length = control.PostScript(nullptr);
     // One byte at least, so that the bytes are never null.
     std::vector<unsigned char> code(static_cast<std::size_t>(length > 0 ? length : 0) + 1);
-    control.PostScript(code.data());
+    // A job note may say that there is nothing and still write something.
+    if (length > 0) {
+        control.PostScript(code.data());
+    }
     return JsonText::Bytes(code.data(), length);
 }
 
@@ -122,12 +126,21 @@ void DescribeCustomPageSize(PPDXControl& control, Json& object) {
     object["maxHeight"] = size.MaxHeight();
 }
 
+void DescribeJobNote(PPDXControl& control, Json& object) {
+    auto& note = static_cast<PPDXJobNote&>(control);
+    object["maximumLength"] = note.MaxLength();
+    object["minimumLength"] = note.MinLength();
+    object["noteFlags"] = note.NoteFlags();
+    object["defaultNotes"] = JsonText::Bytes(note.GetDefaultNotes());
+}
+
 struct KindRow {
     CNTL_TYPE type;
     void (*describe)(PPDXControl& control, Json& object);
 };
 
 constexpr KindRow kKinds[] = {
+    {kJobNoteType, DescribeJobNote},
     {kRangeType, DescribeRange<PPDXRangeControl>},
     {kFloatRangeType, DescribeRange<PPDXFloatRangeControl>},
     {kBooleanType, DescribeBoolean},

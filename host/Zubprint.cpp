@@ -8,6 +8,7 @@
 #include "host/Outcome.h"
 #include "host/PrintCommand.h"
 #include "host/RuleCommands.h"
+#include "host/SecretCommands.h"
 
 namespace {
 
@@ -21,6 +22,10 @@ Outcome RunCommand(CommandLine const& commandLine, std::ostream& out, std::ostre
             return SolveCommand(commandLine.Solve(), out, err).Run();
         case CommandLine::Command::kPrint:
             return PrintCommand(commandLine.Print(), out, err).Run();
+        case CommandLine::Command::kUnpack:
+            return UnpackCommand(commandLine.Unpack(), out).Run();
+        case CommandLine::Command::kDecryptNote:
+            return DecryptNoteCommand(commandLine.DecryptNote(), out).Run();
         case CommandLine::Command::kNone:
             break;
     }

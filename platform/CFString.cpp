@@ -59,8 +59,8 @@ char16_t Fold(char16_t unit) {
     return sTable[unit];
 }
 
-std::u16string Folded(std::u16string_view text) {
-    std::u16string folded(text);
+UTF16Text Folded(std::u16string_view text) {
+    UTF16Text folded(text);
     std::transform(folded.begin(), folded.end(), folded.begin(), Fold);
     return folded;
 }
@@ -95,7 +95,7 @@ std::pair<std::size_t, std::size_t> ClampedRange(CFRange range, std::size_t size
 }
 
 // Puts `text` in, cut to the string's maximum; without memory the string stays as it was.
-void Assign(CFMutableStringRef string, std::u16string&& text) {
+void Assign(CFMutableStringRef string, UTF16Text&& text) {
     if (text.size() > string->maximum) {
         text.resize(string->maximum);
     }
@@ -168,6 +168,7 @@ std::size_t DecimalLength(std::string const& text) {
 
 using platform::NewObject;
 using platform::TextOf;
+using platform::UTF16Text;
 using platform::WithoutExceptions;
 
 CFStringRef CFStringCreateWithCharacters(CFAllocatorRef, char16_t const* characters,
@@ -176,7 +177,7 @@ CFStringRef CFStringCreateWithCharacters(CFAllocatorRef, char16_t const* charact
         return nullptr;
     }
     return WithoutExceptions<CFStringRef>(nullptr, [&] {
-        std::u16string text;
+        UTF16Text text;
         if (length > 0) {
             text.assign(characters, static_cast<std::size_t>(length));
         }
@@ -192,11 +193,11 @@ CFStringRef CFStringCreateCopy(CFAllocatorRef, CFStringRef string) {
         return static_cast<CFStringRef>(CFRetain(string));
     }
     return WithoutExceptions<CFStringRef>(
-        nullptr, [&] { return NewObject<__CFString>(std::u16string(string->text), false); });
+        nullptr, [&] { return NewObject<__CFString>(UTF16Text(string->text), false); });
 }
 
 CFMutableStringRef CFStringCreateMutable(CFAllocatorRef, CFIndex maximum) {
-    auto* string = NewObject<__CFString>(std::u16string(), true);
+    auto* string = NewObject<__CFString>(UTF16Text(), true);
     if (string != nullptr && maximum > 0) {
         string->maximum = static_cast<std::size_t>(maximum);
     }
@@ -206,7 +207,7 @@ CFMutableStringRef CFStringCreateMutable(CFAllocatorRef, CFIndex maximum) {
 CFMutableStringRef CFStringCreateMutableCopy(CFAllocatorRef allocator, CFIndex maximum,
                                              CFStringRef string) {
     return WithoutExceptions<CFMutableStringRef>(nullptr, [&] {
-        std::u16string text(TextOf(string));
+        UTF16Text text(TextOf(string));
         auto* copy = CFStringCreateMutable(allocator, maximum);
         if (copy != nullptr) {
             platform::Assign(copy, std::move(text));
@@ -228,8 +229,8 @@ CFStringRef CFStringConstant(char const* text) {
         if (found != sConstants.end()) {
             return found->second.get();
         }
-        auto constant = std::make_unique<__CFString>(std::u16string(ascii.begin(), ascii.end()),
-                                                     false, platform::kConstantCount);
+        auto constant = std::make_unique<__CFString>(UTF16Text(ascii.begin(), ascii.end()), false,
+                                                     platform::kConstantCount);
         return sConstants.emplace(ascii, std::move(constant)).first->second.get();
     });
 }
@@ -283,12 +284,12 @@ CFIndex CFStringFindAndReplace(CFMutableStringRef string, CFStringRef wanted,
         auto const [start, length] = platform::ClampedRange(range, string->text.size());
         bool const ignoresCase = platform::IgnoresCase(options);
         auto const searched = ignoresCase ? platform::Folded(string->text) : string->text;
-        auto const sought = ignoresCase ? platform::Folded(pattern) : std::u16string(pattern);
-        std::u16string result;
+        auto const sought = ignoresCase ? platform::Folded(pattern) : UTF16Text(pattern);
+        UTF16Text result;
         std::size_t copied = 0;
         CFIndex count = 0;
         for (auto at = searched.find(sought, start);
-             at != std::u16string::npos && at + sought.size() <= start + length;
+             at != UTF16Text::npos && at + sought.size() <= start + length;
              at = searched.find(sought, copied)) {
             result.append(string->text, copied, at - copied).append(TextOf(replacement));
             copied = at + sought.size();
@@ -318,7 +319,7 @@ void CFStringReplaceAll(CFMutableStringRef string, CFStringRef replacement) {
         return;
     }
     WithoutExceptions(false, [&] {
-        platform::Assign(string, std::u16string(TextOf(replacement)));
+        platform::Assign(string, UTF16Text(TextOf(replacement)));
         return true;
     });
 }

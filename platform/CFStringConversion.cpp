@@ -18,7 +18,7 @@ constexpr char16_t kByteOrderMark = 0xFEFF;
 constexpr char16_t kSwappedByteOrderMark = 0xFFFE;
 constexpr std::size_t kMaximumPascalLength = 255;
 
-void TakeByteOrderMark(CFStringEncoding encoding, std::u16string& text) {
+void TakeByteOrderMark(CFStringEncoding encoding, UTF16Text& text) {
     bool const mayHaveOne =
         encoding == kCFStringEncodingUnicode || encoding == kCFStringEncodingUTF8;
     if (!mayHaveOne || text.empty()) {
@@ -38,7 +38,7 @@ CFStringRef CreateFromBytes(std::uint8_t const* bytes, std::size_t size, CFStrin
                             bool isExternal) {
     return WithoutExceptions<CFStringRef>(nullptr, [&]() -> CFStringRef {
         auto const* codec = TextCodec::ForEncoding(encoding);
-        std::u16string text;
+        UTF16Text text;
         if (codec == nullptr || !codec->DecodeText(bytes, size, text)) {
             return nullptr;
         }

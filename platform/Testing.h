@@ -12,5 +12,12 @@ void SetSystemTextEncoding(TextEncoding encoding);
 // one fails, and only that one; -1 for never.
 void FailCreationAfter(long count);
 
+// The user's name for CSCopyUserName, in UTF-8; null goes back to the account's.
+void SetUserName(char const* name);
+
 // The number of platform objects alive, for tests of ownership. Constants don't count.
 long LiveObjectCount();
+
+// From now on the call of the crypto service with this name (a literal, "CSSM_DeriveKey") fails
+// with `status`; null for none. One that takes something back does so all the same.
+void FailCryptoCall(char const* name, OSStatus status);

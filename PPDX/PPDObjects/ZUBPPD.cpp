@@ -256,6 +256,7 @@ PPDXErrorObj* ZUBPPD::Dispatch(PPDStream& line, std::string_view keyword) {
         {"*%ZUBGroupName", ParseLine<&ZUBPPD::ParseGroupName>},
         {"*%ZUBParent", ParseLine<&ZUBPPD::ParseParent>},
         {"*%ZUBFlags", ParseLine<&ZUBPPD::ParseControl>},
+        {"*%ZUBJobNote", ParseLine<&ZUBPPD::ParseJobNote>},
         {kSizeLine, ParseSizeLine},
         {"*%ZUShortcut", ParseLine<&ZUBPPD::ParseShortcut>},
         {"*%ZUBSpecialOption", ParseLine<&ZUBPPD::ParseSpecialOption>},

@@ -168,6 +168,11 @@ class ZUBPPD : public PPDX, public DisplayOptions {
                              PPDXGroup* group);
     PPDXErrorObj* ParseFloatRange(PPDStream& line, char const* keyword, PointerList& flags,
                                   PPDXGroup* group);
+    // A note on a line of its own, and one with a flags line. The line behind it, which may give a
+    // default or code, belongs to it: always for a note with flags, otherwise when it is one.
+    PPDXErrorObj* ParseJobNote(PPDStream& line);
+    PPDXErrorObj* ParseJobNote(PPDStream& line, char const* keyword, PointerList& flags,
+                               PPDXGroup* group);
     // `keyword` is the line's own; the control is always the one that holds the custom size.
     PPDXErrorObj* ParseCustomPageSize(PPDStream& line, char const* keyword);
     PPDXErrorObj* ParseSpecialOption(PPDStream& line);
@@ -175,6 +180,7 @@ class ZUBPPD : public PPDX, public DisplayOptions {
   private:
     struct FlagWords;
     struct RangeLine;
+    struct NoteLine;
     struct OptionHead;
     struct PopupBlock;
     struct BooleanBlock;
@@ -222,8 +228,6 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     static BlockParser BlockParserOf(std::string_view token, bool inGroup);
     PPDXErrorObj* ParseFlaggedBlock(char const* keyword, PointerList& flags);
     PPDXErrorObj* ParseGroupedBlock(char const* keyword, PointerList& flags, PPDXGroup* group);
-    PPDXErrorObj* PassOver(PPDStream& line, char const* keyword, PointerList& flags,
-                           PPDXGroup* group);
     template <typename TakeHead>
     BlockEnd ReadBlock(TakeHead takeHead);
     HeadResult TakePopupHead(PPDStream& line, std::string_view head, std::string_view keyword,
@@ -251,6 +255,14 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     PPDXErrorObj* ParseNumber(PPDStream& line, char const* keyword, PointerList& flags,
                               PPDXGroup* group, Convert number);
     bool ReadRange(PPDStream& line, RangeLine& range);
+    // Reads what follows a note's keyword; false without a name or a length. A word that isn't to
+    // be used, or a name that doesn't convert, is in the line's error.
+    bool ReadNote(PPDStream& line, bool grouped, NoteLine& note);
+    void ReadNoteWords(PPDStream& line, bool grouped, NoteLine& note);
+    void PeekNoteCompanion(NoteLine& note);
+    void TakeNoteCompanion(char const* keyword, NoteLine& note);
+    PPDXErrorObj* PlaceNote(NoteLine& note, PointerList& flags, PPDXGroup* group);
+    void AddNoteToShortcuts(char const* keyword);
     void ReadSizeLimits(PPDStream& line, PPDXCustomPageSizeControl& size);
     void ResolveShortcuts();
 

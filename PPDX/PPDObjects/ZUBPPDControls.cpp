@@ -134,7 +134,7 @@ ZUBPPD::BlockParser ZUBPPD::BlockParserOf(std::string_view token, bool inGroup) 
         BlockParser parse;
     };
     static constexpr Row kBlocks[] = {
-        {"*%ZUBJobNote", true, &ZUBPPD::PassOver},
+        {"*%ZUBJobNote", true, &ZUBPPD::ParseJobNote},
         {"*%ZUBRange", true, &ZUBPPD::ParseRange},
         {"*%ZUBUnitRange", true, &ZUBPPD::ParseRange},
         {"*%ZUBFloatRange", true, &ZUBPPD::ParseFloatRange},
@@ -186,11 +186,6 @@ PPDXErrorObj* ZUBPPD::ParseGroupedBlock(char const* keyword, PointerList& flags,
     BlockParser const parse = BlockParserOf(token, true);
     return parse != nullptr ? (this->*parse)(line, keyword, flags, group)
                             : new PPDXErrorObj(kGroupLineWithoutBlock, keyword, false);
-}
-
-// Job notes have no class yet: such a line makes nothing.
-PPDXErrorObj* ZUBPPD::PassOver(PPDStream&, char const*, PointerList&, PPDXGroup*) {
-    return nullptr;
 }
 
 PPDXErrorObj* ZUBPPD::ParseOpenUI(PPDStream& line, char const* keyword, PointerList& flags,

@@ -32,6 +32,12 @@ class ValueScope {
     CFStringRef mFormer;
 };
 
+// One value is kept for a popup and a note of one keyword: the popup's, which is plain.
+bool HasPopupBeside(PPDXControls* controls, PPDXControl& control) {
+    return control.Type() == kJobNoteType && control.Keyword() != nullptr &&
+           GetFindPopup(controls, control.Keyword(), true) != nullptr;
+}
+
 CFStringRef TextIn(CFDictionaryRef values, CFStringRef key) {
     CFTypeRef const value = key != nullptr ? CFDictionaryGetValue(values, key) : nullptr;
     return value != nullptr && CFGetTypeID(value) == CFStringGetTypeID()
@@ -68,7 +74,8 @@ CFDictionaryRef ZUBPPD::CopyAllValues() {
          control = GetNext(mControls, type)) {
         CFRef<CFStringRef> const key(CopyPPDText(control->Keyword()));
         CFRef<CFStringRef> const value(control->CopyPresetValueString());
-        if (key && value && CFDictionaryGetValue(values, key) == nullptr) {
+        if (key && value && CFDictionaryGetValue(values, key) == nullptr &&
+            !HasPopupBeside(mControls, *control)) {
             CFDictionarySetValue(values, key, value);
         }
     }

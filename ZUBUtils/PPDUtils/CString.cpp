@@ -10,6 +10,7 @@
 #include "ZUBUtils/PPDUtils/Arena.h"
 #include "platform/CoreFoundation.h"
 #include "platform/TextEncodingConverter.h"
+#include "platform/Wiping.h"
 
 namespace {
 
@@ -105,6 +106,7 @@ void CString::Remove(char const* at, unsigned long count) {
     std::size_t const tail = mLength - position - removed;
     std::memmove(mBuffer + position, mBuffer + position + removed, tail + 1);
     mLength -= static_cast<std::uint32_t>(removed);
+    Wipe(mBuffer + mLength + 1, removed);
 }
 
 char* CString::Insert(char const* at, char const* text) {
@@ -138,7 +140,8 @@ void CString::ClearBuffer() {
 }
 
 void CString::Adopt(char* buffer, std::size_t length) {
-    if (mOwnsBuffer) {
+    if (mOwnsBuffer && mBuffer != nullptr) {
+        Wipe(mBuffer, mLength + std::size_t{1});
         delete[] mBuffer;
     }
     mBuffer = buffer;
@@ -199,8 +202,11 @@ bool CString::Convert(__CFString const* string, std::size_t bytesPerUnit,
         return CFStringGetCString(string, buffer, static_cast<CFIndex>(size + 1), encoding);
     });
     if (converted) {
-        Adopt(buffer, std::strlen(buffer));
+        std::size_t const length = std::strlen(buffer);
+        Wipe(buffer + length, size - length);  // an earlier try may have come farther
+        Adopt(buffer, length);
     } else {
+        Wipe(buffer, size + 1);
         delete[] buffer;
     }
     return converted;

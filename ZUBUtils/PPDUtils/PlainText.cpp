@@ -3,14 +3,10 @@
 
 #include <algorithm>
 
-namespace {
-
 bool IsControlCharacter(char byte) {
     auto const number = static_cast<unsigned char>(byte);
     return number < 0x20 || number == 0x7F;
 }
-
-}  // namespace
 
 bool HasControlCharacters(std::string_view text) {
     return std::ranges::any_of(text, IsControlCharacter);

@@ -7,6 +7,7 @@
 // Texts on their way into lines and comments of PostScript. Bytes; a control character is one
 // below 0x20, or 0x7F: a line end among them would end the comment, and what follows would run.
 
+bool IsControlCharacter(char byte);
 bool HasControlCharacters(std::string_view text);
 // The text with a blank in the place of each control character.
 std::string BlankControlCharacters(std::string text);

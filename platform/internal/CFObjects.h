@@ -9,7 +9,9 @@
 #include <vector>
 
 #include "platform/CFRef.h"
+#include "platform/Wiping.h"
 #include "platform/internal/CFRuntime.h"
+#include "platform/internal/UTF16Text.h"
 
 // The insides of the value objects, for the services of this library.
 
@@ -28,13 +30,19 @@ extern CFClass const kBundleClass;
 }  // namespace platform
 
 struct __CFString : platform::CFObject {
-    __CFString(std::u16string&& content, bool isMutableText, long count = 1)
+    __CFString(platform::UTF16Text&& content, bool isMutableText, long count = 1)
         : CFObject(&platform::kStringClass, count),
           text(std::move(content)),
           isMutable(isMutableText) {}
 
-    std::u16string text;
-    std::size_t maximum = std::u16string::npos;  // in UTF-16 units
+    // A short text lies in the object itself.
+    static void operator delete(void* string, std::size_t size) {
+        Wipe(string, size);
+        ::operator delete(string);
+    }
+
+    platform::UTF16Text text;
+    std::size_t maximum = platform::UTF16Text::npos;  // in UTF-16 units
     bool isMutable;
 };
 
@@ -44,7 +52,7 @@ struct __CFData : platform::CFObject {
           bytes(source, source + length),
           isMutable(isMutableData) {}
 
-    std::vector<std::uint8_t> bytes;
+    std::vector<std::uint8_t, WipingAllocator<std::uint8_t>> bytes;
     bool isMutable;
 };
 

@@ -36,7 +36,7 @@ bool IsLowSurrogate(char32_t c) {
 }
 
 // In one allocation, unlike an assignment from an iterator of another type.
-void Widen(std::uint8_t const* bytes, std::size_t size, std::u16string& text) {
+void Widen(std::uint8_t const* bytes, std::size_t size, UTF16Text& text) {
     text.resize(size);
     std::copy_n(bytes, size, text.begin());
 }
@@ -58,8 +58,7 @@ class LatinCodec : public TextCodec {
         return 1;
     }
     std::size_t MaximumBytesPerUnit() const override { return 1; }
-    bool DecodeText(std::uint8_t const* bytes, std::size_t size,
-                    std::u16string& text) const override {
+    bool DecodeText(std::uint8_t const* bytes, std::size_t size, UTF16Text& text) const override {
         Widen(bytes, size, text);
         return std::all_of(bytes, bytes + size, [this](std::uint8_t b) { return b < mLimit; });
     }
@@ -74,8 +73,7 @@ class UTF8Codec : public TextCodec {
                char32_t& character) const override;
     std::size_t Encode(char32_t character, std::uint8_t* bytes) const override;
     std::size_t MaximumBytesPerUnit() const override { return 3; }
-    bool DecodeText(std::uint8_t const* bytes, std::size_t size,
-                    std::u16string& text) const override;
+    bool DecodeText(std::uint8_t const* bytes, std::size_t size, UTF16Text& text) const override;
 };
 
 struct UTF8Form {
@@ -133,8 +131,7 @@ std::size_t UTF8Codec::Encode(char32_t character, std::uint8_t* bytes) const {
     return static_cast<std::size_t>(form->size);
 }
 
-bool UTF8Codec::DecodeText(std::uint8_t const* bytes, std::size_t size,
-                           std::u16string& text) const {
+bool UTF8Codec::DecodeText(std::uint8_t const* bytes, std::size_t size, UTF16Text& text) const {
     if (std::all_of(bytes, bytes + size, [](std::uint8_t b) { return b < 0x80; })) {
         Widen(bytes, size, text);
         return true;
@@ -169,8 +166,7 @@ class UTF16Codec : public TextCodec {
         return size;
     }
     std::size_t MaximumBytesPerUnit() const override { return 2; }
-    bool DecodeText(std::uint8_t const* bytes, std::size_t size,
-                    std::u16string& text) const override {
+    bool DecodeText(std::uint8_t const* bytes, std::size_t size, UTF16Text& text) const override {
         text.resize(size / sizeof(char16_t));
         std::copy_n(bytes, text.size() * sizeof(char16_t),
                     reinterpret_cast<std::uint8_t*>(text.data()));
@@ -268,8 +264,7 @@ class TableCodec : public TextCodec {
                char32_t& character) const override;
     std::size_t Encode(char32_t character, std::uint8_t* bytes) const override;
     std::size_t MaximumBytesPerUnit() const override { return mPairs.empty() ? 1 : 2; }
-    bool DecodeText(std::uint8_t const* bytes, std::size_t size,
-                    std::u16string& text) const override;
+    bool DecodeText(std::uint8_t const* bytes, std::size_t size, UTF16Text& text) const override;
 
   private:
     using Page = std::array<std::uint16_t, kByteCount>;
@@ -404,14 +399,13 @@ std::size_t TableCodec::Encode(char32_t character, std::uint8_t* bytes) const {
     return form == 0 ? 0 : size;
 }
 
-bool TableCodec::DecodeText(std::uint8_t const* bytes, std::size_t size,
-                            std::u16string& text) const {
+bool TableCodec::DecodeText(std::uint8_t const* bytes, std::size_t size, UTF16Text& text) const {
     if (!mPairs.empty()) {
         return TextCodec::DecodeText(bytes, size, text);
     }
     text.resize(size);
     std::transform(bytes, bytes + size, text.begin(), [this](std::uint8_t b) { return mFirst[b]; });
-    return text.find(kUndefined) == std::u16string::npos;
+    return text.find(kUndefined) == UTF16Text::npos;
 }
 
 TextCodec const* TableCodecForRow(std::size_t row) {
@@ -446,8 +440,7 @@ std::size_t PutCharacter(char32_t character, char16_t* units) {
     return 2;
 }
 
-bool TextCodec::DecodeText(std::uint8_t const* bytes, std::size_t size,
-                           std::u16string& text) const {
+bool TextCodec::DecodeText(std::uint8_t const* bytes, std::size_t size, UTF16Text& text) const {
     text.reserve(size);
     auto const* const end = bytes + size;
     while (bytes != end) {

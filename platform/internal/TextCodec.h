@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/internal/UTF16Text.h"
+
 namespace platform {
 
 // One text encoding, character by character, and strict: what isn't text has no result. Codecs are
@@ -33,8 +35,7 @@ class TextCodec {
     virtual std::size_t MaximumBytesPerUnit() const = 0;
 
     // A whole run; false, with unspecified text, when some of it is malformed or cut.
-    virtual bool DecodeText(std::uint8_t const* bytes, std::size_t size,
-                            std::u16string& text) const;
+    virtual bool DecodeText(std::uint8_t const* bytes, std::size_t size, UTF16Text& text) const;
 
   protected:
     TextCodec() = default;

@@ -27,9 +27,9 @@ TEST_F(CommandLineTest, EachSetTakesOneArgumentAndSplitsAtTheFirstEqualSign) {
     EXPECT_EQ("file.ppd", options.ppd);
     ASSERT_EQ(3U, options.settings.size());
     EXPECT_EQ("*A", options.settings[0].keyword);
-    EXPECT_EQ("b=c", options.settings[0].value);
-    EXPECT_EQ("", options.settings[1].value);
-    EXPECT_EQ("[1,2]", options.settings[2].value);
+    EXPECT_EQ("b=c", options.settings[0].value.View());
+    EXPECT_EQ("", options.settings[1].value.View());
+    EXPECT_EQ("[1,2]", options.settings[2].value.View());
 }
 
 TEST_F(CommandLineTest, DefaultsAreThoseOfAPlainDialog) {

@@ -22,7 +22,8 @@ class DSCDocumentTest : public HostFixture {
         DSCDocument read;
         Outcome const outcome = read.Read(Write("document.ps", document));
         EXPECT_TRUE(outcome.Ok()) << outcome.message;
-        return read.Merge(pairs);
+        JobText const merged = read.Merge(pairs);
+        return {merged.begin(), merged.end()};
     }
 };
 

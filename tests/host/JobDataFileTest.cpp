@@ -23,7 +23,7 @@ TEST_F(JobDataFileTest, PairsComeBackInOrderWithEveryByte) {
                     .Ok());
     ASSERT_EQ(2U, file.Pairs().size());
     EXPECT_EQ(-9, file.Pairs()[0].site);
-    EXPECT_EQ(std::string("\0A\xFF", 3), file.Pairs()[0].text);
+    EXPECT_EQ(JobText("\0A\xFF", 3), file.Pairs()[0].text);
     nlohmann::json const expected = {{{"site", -9}, {"text", std::string("\0A\u00FF", 4)}},
                                      {{"site", 81}, {"text", ""}}};
     EXPECT_EQ(expected, nlohmann::json::parse(file.JSON()));

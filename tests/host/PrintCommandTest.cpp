@@ -139,6 +139,11 @@ TEST_F(PrintCommandTest, WhatFailsIsToldInOneLineAndWritesNoJob) {
         {{"--ppd", ppd, "--bundle", PathOf("missing.plugin")}, PathOf("missing.plugin")},
         {{"--ppd", ppd, "--bundle", empty}, empty},
         {{"--ppd", ppd, "--bundle", listless}, listless},
+        {{"--ppd", ppd, "--set-from", "*N=" + PathOf("missing")}, "*N"},
+        {{"--ppd", ppd, "--set-from", "*N=" + empty}, empty},
+        {{"--ppd", ppd, "--set-from", "*N=" + Write("latin", "\xFCx")}, "UTF-8"},
+        {{"--ppd", ppd, "--set-from", "*N=" + Write("zero", std::string("a\0b", 3))}, "UTF-8"},
+        {{"--ppd", ppd, "--set-from", "*N=/dev/zero"}, "too long"},
     };
     for (auto const& [arguments, named] : cases) {
         std::vector<std::string> all = {"print", "--set", Setting()};

@@ -6,6 +6,7 @@
 
 #include "PPDX/PPDObjects/Controls/PPDXBooleanControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXFloatRangeControl.h"
+#include "PPDX/PPDObjects/Controls/PPDXJobNote.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXRangeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXShortcuts.h"
@@ -217,17 +218,20 @@ TEST_F(FlatFunctionsTest, OfTheRegistry) {
     EXPECT_WALK(RangeControl, PPDXRangeControl, FindRangeControl, GetFindRangeControl, "*R2");
     EXPECT_WALK(FloatRangeControl, PPDXFloatRangeControl, FindFloatRangeControl,
                 GetFindFloatRangeControl, "*F2");
+    EXPECT_WALK(JobNote, PPDXJobNote, FindJobNote, GetFindJobNote, "*N2");
 #undef EXPECT_WALK
 
     EXPECT_FLAT(GetPopupCount, all, 4, 0);
     EXPECT_FLAT(GetBooleanCount, all, 2, 0);
     EXPECT_FLAT(GetRangeCount, all, 2, 0);
     EXPECT_FLAT(GetFloatRangeCount, all, 2, 0);
-    EXPECT_FLAT(GetControlCount, all, 11, 0);
+    EXPECT_FLAT(GetJobnoteCount, all, 2, 0);
+    EXPECT_FLAT(GetControlCount, all, 13, 0);
     EXPECT_FLAT(GetNoPopups, all, false, true);
     EXPECT_FLAT(GetNoBooleanControls, all, false, true);
     EXPECT_FLAT(GetNoRangeControls, all, false, true);
     EXPECT_FLAT(GetNoFloatRangeControls, all, false, true);
+    EXPECT_FLAT(GetNoJobNotes, all, false, true);
     EXPECT_FLAT(GetEmpty, all, false, true);
 }
 

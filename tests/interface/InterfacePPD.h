@@ -21,7 +21,7 @@ inline PPDPtr ParseTwoOfEach() {
                 number + "> r\"\n*%ZUBFlags *F" + number + ":\n*%ZUBGroup *F" + number +
                 ": Finish/Finishing\n*%ZUBFloatRange *F" + number +
                 "/Float: (0.5;2;.25;1.5) \"<*F" + number + "> f\"\n" +
-                PPDLines::Boolean("*B" + number);
+                PPDLines::Boolean("*B" + number) + "*%ZUBJobNote *N" + number + "/Note: 20\n";
     }
     for (char const* const keyword :
          {"*PageSize", "*InputSlot", "*ZUDuplex", "*ZU_PAPER_ORIENTATION"}) {

@@ -22,17 +22,18 @@ def make_case(seed, whole):
     dice = Dice(f"arguments {seed}")
     data = random_ppd.make(seed)
     call = Call(["inspect", "random.ppd"])
-    options, accept = 3, None
+    options, accept, level = 3, None, -1
     if dice.chance(0.5):
         options = dice.rng.randrange(4)
         call.arguments += ["--parse-options", str(options)]
     if dice.chance(0.3):
-        call.arguments += ["--extensions", str(dice.rng.randint(-1, 2))]
+        level = dice.rng.randint(-1, 3)
+        call.arguments += ["--extensions", str(level)]
     if dice.chance(0.3):
         accept = dice.rng.sample(FRAGMENTS, dice.rng.randint(1, 3))
         for fragment in accept:
             call.arguments += ["--accept", fragment]
-    reader = Reader(data, options, accept)
+    reader = Reader(data, options, accept, level)
     doubts = tuple(reader.doubts)
     whole = whole or not doubts
     if whole and dice.chance(0.7):

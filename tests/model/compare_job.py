@@ -3,7 +3,8 @@
 """Compare the pairs of a job with a second assembly on random PPD files.
 
 Each seed gives one file, the tickets that are found, and one or two runs of
-the dialog, the second from what the first one left.
+the dialog, the second from what the first one left. What was enciphered is
+read back.
 """
 
 import contextlib
@@ -17,13 +18,42 @@ import time
 import random_jobs
 from comparing import (Call, Dice, Result, first_difference, keep, own_folder,
                        run, run_command)
-from job_model import PAGE_FORMAT, SETTINGS, Dialog, Host, document, \
-    with_options
+from inspect_model import JobNote, latin
+from job_model import PAGE_FORMAT, SETTINGS, SPECIALS, Dialog, Host, \
+    document, with_options
+from note_ciphers import described_record, packed, stored_note
+from note_model import (AES_ENCRYPT, COLUMNS_KEY, NOTE_COMMENT, ROWS_KEY, USER,
+                        USER_TAG)
 
 TICKETS = "tickets.plist"
 JOB_FILES = "/tmp/Velon.temp"
 DATA_KEY = ("ZUB.PSData.com.zub.print.pde."
             "645EBB97-CCEC-44A1-ADE0-29E4901A642D.PInf")
+
+
+NOTES = ["", "one", "Ünï é", "日本", "a\\b (c)", "line\nshowpage", "\x7f\t",
+         "12345678", "user/:a/:b", "a//b/:c", "EFBBBF profile", "n" * 126,
+         "n" * 127, "é" * 63 + "x", "é" * 64, "n" * 254 + "é", "n" * 255,
+         "n" * 256, "é" * 255, "日" * 86, "n" * 512, "n" * 511 + "xy"]
+LAYOUTS = [(1, 1), (1, 2), (2, 1), (2, 3), (3, 2), (6, 1), (2, 2), (4, 4)]
+
+
+class JobCall(Call):
+    def read(self, output):
+        """The records of users, which chance has a part in, stand plain."""
+        pairs = super().read(output)
+        tag = latin(USER_TAG)
+        for pair in pairs:
+            head, found, record = pair["text"].partition(tag)
+            if pair["site"] == NOTE_COMMENT and found and not head:
+                pair["text"] = (tag + described_record(record[:-1]) +
+                                record[-1:])
+        return pairs
+
+
+class TextCall(Call):
+    def read(self, output):
+        return latin(output)
 
 
 class Case(Dice):
@@ -68,6 +98,9 @@ class Case(Dice):
                          "é" * 110])
         if self.chance(0.7):
             settings.update(self.stored_choices())
+        if self.chance(0.2):
+            settings[ROWS_KEY] = 2
+            settings.update({COLUMNS_KEY: 1} if self.chance(0.5) else {})
         tickets = {SETTINGS: settings}
         if self.chance(0.3):
             tickets[PAGE_FORMAT] = {}
@@ -80,9 +113,18 @@ class Case(Dice):
         choices = {"*Gone": "x"}
         for control in dialog.ppd.controls:
             if self.chance(0.6):
-                choices[control.keyword.decode("mac_roman")] = \
-                    self.value(control)
+                value = self.value(control)
+                if isinstance(control, JobNote) and self.chance(0.9) and \
+                        control.keyword not in SPECIALS:
+                    value = stored_note(value)
+                choices[control.keyword.decode("mac_roman")] = value
         return {dialog.choices_key(): choices}
+
+    def value(self, control):
+        if not isinstance(control, JobNote):
+            return super().value(control)
+        nobody = control.keyword == USER and self.chance(0.5)
+        return "" if nobody else self.pick(NOTES)
 
     # -- a run
 
@@ -120,6 +162,10 @@ class Case(Dice):
         if commits > 1:
             arguments += ["--commits", str(commits)]
         orientation = paper_feed = None
+        layout = ()
+        if self.chance(0.3):
+            layout = self.pick(LAYOUTS)
+            arguments += ["--layout", "%dx%d" % layout]
         if self.chance(0.6):
             orientation = self.rng.randint(0, 5)
             arguments += ["--orientation", str(orientation)]
@@ -127,13 +173,14 @@ class Case(Dice):
             paper_feed = self.pick(["Tray1", "Tray2", "Bypass", "Nowhere",
                                     ""])
             arguments += ["--paper-feed", paper_feed]
-        call = Call(["print", "--ppd", self.name, "--pairs", "--tickets",
-                     TICKETS] + arguments)
-        dialog = Dialog(self.data, host,
-                        with_options(tickets, orientation, paper_feed))
+        call = JobCall(["print", "--ppd", self.name, "--pairs", "--tickets",
+                        TICKETS] + arguments)
+        dialog = Dialog(self.data, host, with_options(tickets, orientation,
+                                                      paper_feed, layout))
         if not dialog.accepted:
             call.status = 3
             return call, dialog
+        call.warnings += dialog.unreadable
         call.set_some(self, dialog.ppd.controls, self.pick((0, 0, 1, 2, 4)),
                       dialog.set_value)
         if paper_feed is None and any(
@@ -142,6 +189,45 @@ class Case(Dice):
         for _ in range(commits if call.status == 0 else 0):
             call.document = document(dialog.commit())
         return call, dialog
+
+    # -- reading back
+
+    def some(self, values):
+        return [self.pick(values)] if values and self.chance(0.5) else []
+
+    def reading_calls(self, dialog):
+        """Calls that read what went into the job, and what didn't."""
+        for note, cipher, digits in self.some(
+                dialog.notes.enciphered):
+            call = TextCall(["decrypt-note", "--ppd", self.name] +
+                            ["--aes"] * bool(note.bits & AES_ENCRYPT))
+            digits = latin(digits)
+            digits = self.pick([digits] * 4 + [
+                digits[1:], digits[:-1] + "G", digits[cipher.block * 2:]])
+            call.arguments.append(digits)
+            text = cipher.text(digits)
+            call.status = int(text is None)
+            call.document = latin(text)
+            yield call
+        if self.chance(0.08):
+            yield self.unpacking_call()
+
+    def unpacking_call(self):
+        fields = [self.pick([b"", b"user", "Ünï".encode(), b"n" * 255])
+                  for _ in range(3)]
+        kind, identifier = self.rng.randint(0, 9), self.rng.randbytes(16)
+        record = packed(fields, kind, identifier, self.rng.randbytes(32))
+        call = Call(["unpack", record])
+        user, password, domain = map(latin, fields)
+        call.document = {"user": user, "password": password, "domain": domain,
+                         "domainType": kind, "identifier": identifier.hex()}
+        if self.chance(0.4):
+            at = self.rng.randrange(40)
+            other = "B" if record[at] == "A" else "A"
+            call.arguments[1] = self.pick(
+                [record[:at] + other + record[at + 1:], record[:at], "AAAA"])
+            call.status = 1
+        return call
 
 
 def left_tickets():
@@ -188,6 +274,23 @@ def left_difference(dialog):
     return found
 
 
+def difference_of(call, dialog, answer):
+    found = call.difference(answer)
+    if found is None and call.status == 0:
+        found = left_difference(dialog)
+    return (call.arguments, found) if found else ()
+
+
+def read_back(options, case, dialog, result):
+    for call in case.reading_calls(dialog):
+        answer = run_command(options, call.arguments)
+        result.calls += 1
+        if found := call.difference(answer):
+            result.found = call.arguments, found
+            keep(options, result, case.data, call, answer)
+            return
+
+
 def compare(options, seed):
     case = Case(seed)
     result = Result(seed)
@@ -198,24 +301,25 @@ def compare(options, seed):
         if case.chance(0.8):
             os.mkdir("out")
         for call, dialog in case.runs:
+            result.notes += tuple(dialog.doubts)
+            result.open = bool(dialog.doubts) and not options.unsettled
             start = time.time()
             answer = run_command(options, call.arguments)
             result.calls += 1
-            result.notes = tuple(dialog.doubts)
-            result.open = bool(dialog.doubts) and not options.unsettled
-            difference = None
             if not result.open:
-                difference = call.difference(answer)
-                if difference is None and call.status == 0:
-                    difference = left_difference(dialog)
+                result.found = difference_of(call, dialog, answer)
             clean_up(case.name, case.token, start)
-            if difference:
-                result.found = call.arguments, difference
+            if result.found:
                 keep(options, result, case.data, call, answer)
-            if result.open or difference:
+            elif not result.open and call.status == 0:
+                result.notes += tuple(dialog.notes.met)
+                read_back(options, case, dialog, result)
+            if result.open or result.found:
                 break
     return result
 
 
 if __name__ == "__main__":
-    sys.exit(run(__doc__, "job", 200, compare))
+    sys.exit(run(__doc__, "job", 200, compare,
+                 ("AES", "DES", "a cipher that is too long",
+                  "a record", "a record without a user", "the name's code")))

@@ -16,8 +16,8 @@ import random
 import subprocess
 import tempfile
 
-from inspect_model import (Boolean, CustomPageSize, FloatRange, NoSuchControl,
-                           Popup, Range)
+from inspect_model import (Boolean, CustomPageSize, FloatRange, JobNote,
+                           NoSuchControl, Popup, Range)
 
 # A page with a pane in it, a roll-down to see and one that is hidden.
 LAYOUT = [b"*%ZUBPropPage Page/Page: True", b"*%ZUBGroupName Pane/Pane: True",
@@ -64,6 +64,10 @@ class Dice:
             return self.pick(["0", "7", "-7", "103", "12", "abc", "5x"])
         if isinstance(control, CustomPageSize):
             return self.pick(["612 792", "10", "72.5 100.25", "", "x 5"])
+        if isinstance(control, JobNote):
+            return self.pick(["", "one", "Ünï é", "日本", "a\\b (c)", "~",
+                              "line\nshowpage", "\x7f\t", "n" * 512,
+                              "n" * 511 + "xy", "é" * 300])
         if not isinstance(control, Popup):
             return "other"
         texts = [i.text() for i in control.items if i.keyword]
@@ -113,6 +117,9 @@ class Call:
             if not self.set(keyword, text, set_value):
                 return
 
+    def read(self, output):
+        return json.loads(output.decode("utf-8"))
+
     def difference(self, answer):
         """The first one, or None."""
         status, output, errors = answer
@@ -129,8 +136,7 @@ class Call:
             return ("output", "", output.decode("utf-8", "replace")) \
                 if output else None
         try:
-            return first_difference(self.document,
-                                    json.loads(output.decode("utf-8")))
+            return first_difference(self.document, self.read(output))
         except ValueError as e:
             return "output", "a JSON document in UTF-8", str(e)
 

@@ -5,6 +5,8 @@ Where a file reaches a place whose outcome isn't settled, the reader notes it
 with `doubt()`.
 """
 
+import os
+import pwd
 import re
 import struct
 
@@ -24,6 +26,18 @@ BLANKS = b" \t"
 CLOSERS = (b"*CloseUI", b"*ZUCloseUI", b"*CloseUIZUB", b"*EndUI")
 OPENERS = (b"*OpenUI", b"*ZUOpenUI", b"*BeginUI")
 FREE_CHOICE = (b"*ZUSimulation", b"*ZUOutProfile", b"*ZURGBOverride")
+
+UTF8_NOTES = (b"*Notes1", b"*Instruct", b"*Resume")
+# In the order in which levels of the grammar added them, lowest bit first.
+NOTE_WORDS = (
+    "Alpha Numeric Decimal Required Remembered Password AlwaysDisplay Resume "
+    "Member OnOfSwitch LengthReq SecPrint Command Space Negative Encrypt "
+    "MultiSpace MultiComma LCD Hyphen TwoCharField NoComma MinLength UTF8 "
+    "AESEncrypt").encode().split()
+NOTE_WORDS_OF_LEVEL = {0: 9, 1: 12, 2: 15}
+PERSONAL, DEPARTMENT = 0x80, 0x100
+NOTE_COMMENTS = {b"*Notes1": b"%%ZUBCustom1: ", b"*Notes2": b"%%ZUBCustom2: ",
+                 b"*Instruct": b"%%ZUBCustom3: "}
 
 NO_SHORTCUT = frozenset((
     "*ZUChromVale *ZU_PROP_COLORMODE *ZU_PROP_CV_PURE_BLACK "
@@ -142,6 +156,15 @@ class LineStream:
 
     def rest(self):
         return self.data[self.pos:self.end]
+
+    def peek_line(self):
+        """The text of the next line if it ends in what is held, or None."""
+        for at in range(self.pos, min(self.end, self.pos + LINE_LIMIT)):
+            if self.data[at] == EOF_BYTE:
+                return None
+            if self.data[at] in LINE_ENDS:
+                return cut_at_nul(self.data[self.pos:at])
+        return None
 
 
 class FileStream(LineStream):
@@ -533,6 +556,80 @@ class SpecialOption(Control):
         return self.value.decode("ascii", "replace")
 
 
+def without_controls(text):
+    """A text as it stands in a comment."""
+    return bytes(0x20 if c < 0x20 or c == 0x7F else c for c in text)
+
+
+class JobNote(Control):
+    type = 1
+
+    def __init__(self, keyword, name, flags, code, default, maximum, bits,
+                 minimum):
+        super().__init__(keyword, name, flags)
+        self.code = code
+        if default is None and keyword == b"*ZUUserAuthName":
+            default = pwd.getpwuid(os.getuid()).pw_name.encode("mac_roman")
+        self.text = self.default = default
+        self.maximum = maximum
+        self.bits = bits
+        self.minimum = minimum
+
+    def set_text(self, text):
+        try:
+            if self.keyword in UTF8_NOTES:
+                self.text = text.encode()
+            else:
+                self.text = text.encode("mac_roman")
+        except UnicodeEncodeError:
+            self.text = text.encode()
+        return True
+
+    def value_text(self):
+        text = self.text or b""
+        if self.keyword in UTF8_NOTES:
+            try:
+                return text.decode()
+            except UnicodeDecodeError:
+                pass
+        return text.decode("mac_roman")
+
+    def comment(self, text):
+        if self.bits & PERSONAL:
+            head = b"%%PersPassword: "
+        elif self.bits & DEPARTMENT:
+            head = b"%%DeptPassword: "
+        elif self.keyword in NOTE_COMMENTS:
+            head = NOTE_COMMENTS[self.keyword]
+        else:
+            return b"%%EmptyOption\n\n"
+        return head + without_controls(text) + b"\n"
+
+    def filled(self, text):
+        marker, comments = b"<" + self.keyword + b">", b""
+        if self.code[:2] == b"%%":
+            comments = re.match(rb"(?:%[^\r\n]*[\r\n]*)*", self.code)[0]
+            text = without_controls(text)
+        digits = b"<" + text.hex().upper().encode() + b">"
+        return replace_ignoring_case(
+            comments, marker, text if text.isascii() else b"") + \
+            replace_ignoring_case(
+                self.code[len(comments):], marker, digits).replace(
+                    b"(" + digits + b")", digits)
+
+    def post_script(self):
+        if not self.text or not self.keyword or self.keyword in FREE_CHOICE:
+            return b""
+        short = self.text if len(self.text) <= 512 else self.text[:511]
+        code = self.filled(short) if self.code else self.comment(short)
+        return self.frame(code, without_controls(self.text))
+
+    def describe(self):
+        return {**super().describe(), "maximumLength": self.maximum,
+                "minimumLength": self.minimum, "noteFlags": self.bits,
+                "defaultNotes": latin(self.default)}
+
+
 class Problem:
     def __init__(self, code, keyword=None, fatal=False):
         self.code = code
@@ -580,8 +677,9 @@ class Reader:
     QUOTED = ("PCFileName", "FormatVersion", "FileVersion", "ModelName",
               "APDialogExtension")
 
-    def __init__(self, data, parse_options=3, accept=None):
+    def __init__(self, data, parse_options=3, accept=None, level=-1):
         self.data = data
+        self.note_words = NOTE_WORDS_OF_LEVEL.get(level, len(NOTE_WORDS))
         self.orphans = bool(parse_options & 1)
         self.hidden = bool(parse_options & 2)
         self.doubts = []
@@ -811,6 +909,8 @@ class Reader:
             return self.parent_line(s)
         if keyword == b"*%ZUBFlags":
             return self.control(s)
+        if keyword == b"*%ZUBJobNote":
+            return self.plain_note(s)
         if keyword == b"*%ParamCustomPrintSize":
             return self.custom_page_size(s)
         if keyword == b"*%ZUShortcut":
@@ -1015,7 +1115,7 @@ class Reader:
         if not found:
             return None
         if token == b"*%ZUBJobNote":
-            return None
+            return self.grouped_note(s, keyword, flags, group)
         if token in (b"*%ZUBRange", b"*%ZUBUnitRange"):
             return self.range_line(s, keyword, flags, group, Range, to_long)
         if token == b"*%ZUBFloatRange":
@@ -1205,6 +1305,101 @@ class Reader:
         self.place(group, kind(keyword, name, flags, code, numbers), True)
         return None
 
+    def note_line(self, s, keyword, digits_allowed):
+        """(problem, what the line says); None for a line that lacks a field."""
+        found, translation = next_token(s, COLON, strip=False)
+        if not found:
+            return None
+        found, length = next_token(s, WORD_ENDS)
+        if not found:
+            return None
+        bits = minimum = 0
+        problem = None
+        for word in self.words(s):
+            if digits_allowed and word.startswith(b"MinLength"):
+                minimum = self.minimum_length(word[9:])
+                word = b"MinLength"
+            if word in NOTE_WORDS:
+                row = NOTE_WORDS.index(word)
+                if row < self.note_words:
+                    bits |= 1 << row
+                else:
+                    problem = Problem(32, keyword)
+        name = self.convert(translation)
+        if problem is None and name is None:
+            problem = Problem(6, keyword)
+        return problem, (name, to_long(length), bits, minimum)
+
+    @staticmethod
+    def minimum_length(digits):
+        if not digits:
+            return 0
+        if digits[0] not in b"0123456789":
+            return -1
+        if len(digits) > 2:
+            return -2
+        return int(digits) if digits.isdigit() else -3
+
+    @staticmethod
+    def code_head(keyword):
+        return b"*%" + (keyword[1:] if keyword[:1] == b"*" else keyword)
+
+    def plain_note(self, s):
+        found, keyword = next_token(s, NAME_ENDS)
+        if not found:
+            return Problem(6)
+        read = self.note_line(s, keyword, False)
+        if read is None or read[0] is not None:
+            return read and read[0]
+        default = code = None
+        line = self.current.peek_line()
+        if line is not None:
+            s = LineStream(line)
+            found, token = next_token(s, KEYWORD_ENDS)
+            if token.startswith(b"*%Default"):
+                default = next_token(s, WORD_ENDS)[1] or None
+                self.current.get_line()
+            elif found and token == self.code_head(keyword):
+                code = self.code(s)
+                self.current.get_line()
+        self.place_note(keyword, [], code, default, read[1], None)
+        return None
+
+    def grouped_note(self, s, keyword, flags, group):
+        found, word = next_token(s, NAME_ENDS)
+        if not found or word != keyword:
+            read = Problem(6, word), None
+        else:
+            read = self.note_line(s, keyword, True)
+            if read is None:
+                return None
+        default = code = None
+        line = self.current.get_line()
+        if line is not None:
+            s = LineStream(line)
+            found, token = next_token(s, KEYWORD_ENDS)
+            if token.startswith(b"*%Default"):
+                count, text = self.quoted(s)
+                default = (cut_at_nul(text) if count else b"") or None
+            elif found and token == self.code_head(keyword):
+                code = self.code(s)
+        if read[0] is not None:
+            return read[0]
+        if not isinstance(group, RollDown):
+            group = None
+        self.place_note(keyword, flags, code, default, read[1], group)
+        if (self.header["ZUVersion"] or b"")[:1] == b"2" and \
+                keyword not in self.shortcut_names:
+            self.shortcut_names.append(keyword)
+        return None
+
+    def place_note(self, keyword, flags, code, default, said, group):
+        name, maximum, bits, minimum = said
+        if group is None:
+            group = self.find(self.groups, b"FPZUNotes")
+        self.place(group, JobNote(keyword, name, flags, code, default, maximum,
+                                  bits, minimum), False)
+
     def custom_page_size(self, s):
         control = self.find(self.controls, b"*CustomPrintSize")
         if control is None:
@@ -1269,8 +1464,9 @@ class Reader:
             if warn:
                 self.problems.append(Problem(29, control.keyword))
         self.controls.append(control)
-        # An orphan doesn't count while nothing has asked for orphans.
-        if control.type in (2, 3, 4, 5) and control.parent is not None:
+        # Of the orphans only notes count while nothing has asked for them.
+        if control.type == JobNote.type or (
+                control.type in (2, 3, 4, 5) and control.parent is not None):
             self.shown_count += 1
 
     # -- the answer
@@ -1288,7 +1484,7 @@ class Reader:
         if first is None:
             return []
         return [c for c in self.shortcuts[first:]
-                if isinstance(c, (Popup, Boolean))]
+                if isinstance(c, (Popup, JobNote, Boolean))]
 
     def is_valid(self):
         return self.header_accepted and not any(p.fatal for p in self.problems)

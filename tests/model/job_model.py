@@ -8,12 +8,14 @@ commit.
 
 import dataclasses
 
-from inspect_model import (CustomPageSize, Item, NoSuchControl, Popup, Range,
-                           Reader, SpecialOption, latin, to_long)
+from inspect_model import (CustomPageSize, Item, JobNote, Popup, Range, Reader,
+                           SpecialOption, latin, to_long)
+from note_ciphers import note_from_store, stored_note
+from note_model import (COLUMNS_KEY, FEATURE, ROWS_KEY, NoteWriter, blanked)
 
-HELD_BACK, FEATURE, COMMENT, DESTINATION = -9, 81, 501, 900
+HELD_BACK, COMMENT, DESTINATION = -9, 501, 900
 CLOSING = (72, 73)
-SHORT = 256
+SHORT, OPTION_LIMIT = 256, 1024
 
 SPECIALS = (b"*ZUOutProfile", b"*ZUSimulation", b"*ZURGBOverride")
 NO_DRIVER_UI = {b"NoVelonDriverUI", b"DriverUserDisplayHidden"}
@@ -35,6 +37,10 @@ CUSTOM_SIZE = (b"%%%%BeginFeature: *CustomPrintSize %.2f %.2f\n"
                b"   userdict /KTXZUBsetpageproperties known\n"
                b"   {<< /KTXsetPrintSize [ %.2f %.2f 0 0 1 ] >>"
                b" KTXZUBsetpageproperties} if\n%%%%EndFeature\n")
+DYNAMIC_OPTION = (b"%%%%BeginFeature: %s %s\n"
+                  b" /KTXsetDynamicOption where\n"
+                  b"        { pop (%s) (%s) KTXsetDynamicOption } if\n"
+                  b"%%%%EndFeature\n")
 MARKER = b"%%ZUBDriver\n"
 CLOSING_MARKER = (b"%%EndVelonPreparse1: True\n/KTXPPDInsertionComplete where"
                   b" { pop KTXPPDInsertionComplete } if\n")
@@ -53,9 +59,14 @@ def plain_feature(key, value):
     return text if len(text) < SHORT else b""
 
 
-def blanked(text):
-    """Control characters would end a comment."""
-    return bytes(32 if b < 32 or b == 127 else b for b in text)
+def is_string(text):
+    """Whether it stands between parentheses as it is."""
+    depth = 0
+    for byte in text:
+        depth += (byte == ord("(")) - (byte == ord(")"))
+        if depth < 0 or byte == ord("\\"):
+            return False
+    return depth == 0
 
 
 def is_fit_profile(control):
@@ -65,14 +76,16 @@ def is_fit_profile(control):
         return True
     text = control.current.keyword
     code = next(i.code for i in control.items if i.keyword == text)
-    if blanked(text) != text:
-        return False
-    depth = 0
-    for byte in text:
-        depth += (byte == ord("(")) - (byte == ord(")"))
-        if depth < 0 or byte == ord("\\"):
-            return code is not None
-    return depth == 0 or code is not None
+    return blanked(text) == text and (code is not None or is_string(text))
+
+
+def dynamic_option(keyword, text):
+    """The option as the note has it, or nothing if it can't stand there."""
+    option = DYNAMIC_OPTION % ((keyword, text) * 2)
+    if blanked(text) != text or not is_string(text) or \
+            len(option) >= OPTION_LIMIT:
+        return b""
+    return option.replace(b"EFBBBF", b"\xef\xbb\xbf")
 
 
 def is_special(keyword):
@@ -98,6 +111,7 @@ class Dialog:
         self.accepted = self.ppd.printer_name_valid and self.ppd.is_valid()
         self.files = []
         self.orphans_shown = False
+        self.unreadable = 0  # stored notes that nobody can read
         if self.accepted:
             self.version = self.ppd.header["ZUVersion"]
             self.restore(self.tickets)
@@ -119,7 +133,8 @@ class Dialog:
 
     def walk(self):
         return [c for c in self.ppd.controls
-                if c.visible and (c.parent or self.orphans_shown)]
+                if c.visible and (c.parent or self.orphans_shown or
+                                  isinstance(c, JobNote))]
 
     def has_value(self, keyword, text):
         control = self.find(keyword)
@@ -133,11 +148,15 @@ class Dialog:
         return (CHOICES_KEY % model).replace(" ", "_")
 
     def restore(self, tickets):
-        settings = tickets.get(SETTINGS, {})
+        settings = self.settings = tickets.get(SETTINGS, {})
         choices = settings.get(self.choices_key(), {})
         for control in self.walk():
             value = choices.get(control.keyword.decode("mac_roman"))
             installed = getattr(control, "installable", False)
+            if isinstance(control, JobNote) and value is not None and \
+                    control.keyword not in SPECIALS:
+                value = note_from_store(value)
+                self.unreadable += value is None
             if value is not None and not installed:
                 control.set_text(value)
         self.pc_pairs = [
@@ -162,27 +181,44 @@ class Dialog:
             control.set_text(word)
 
     def prepare_specials(self):
-        """The present choice becomes an item of its own."""
-        other_kind = False
+        """The present choice becomes an item of its own, and a note."""
         for keyword in SPECIALS:
             control = self.find(keyword)
             if control is None:
                 return
             if not isinstance(control, Popup):
-                other_kind = True
-                continue
-            if other_kind:
-                self.doubt("a special control behind one that is no popup")
-            if control.value_text() is None:
-                self.doubt("a special control at no value")
-                continue
+                self.doubt("a special control that is no popup")
+                return
             text = control.value_text()
+            if text is None:
+                self.doubt("a special control at no value")
+                return
+            self.fill_note(keyword, text)
             repeated = control.current.keyword
             control.items.append(Item(repeated, text, None))
             control.select_keyword(repeated)
 
+    def find_note(self, keyword):
+        return self.ppd.find([c for c in self.ppd.controls
+                              if isinstance(c, JobNote)], keyword)
+
+    def fill_note(self, keyword, text):
+        """The note of a special control, made if there is none."""
+        if not self.find_note(keyword):
+            self.ppd.place_note(keyword, [], None, None, ("", 700, 0, 0), None)
+        self.find_note(keyword).text = text.encode()
+
     def set_value(self, keyword, text):
-        return self.ppd.set_value(keyword, text)
+        control, data = self.find(keyword.encode()), text.encode()
+        if control and control.keyword in SPECIALS and \
+                isinstance(control, Popup) and data not in (
+                    i.keyword for i in control.items) and \
+                not (is_string(data) and blanked(data) == data):
+            return False
+        taken = self.ppd.set_value(keyword, text)
+        if self.host.two_way and keyword.encode() in SPECIALS:
+            self.fill_note(keyword.encode(), text)
+        return taken
 
     def drop_paper_feed(self):
         """A choice of the slot counts, not what an earlier run left."""
@@ -213,6 +249,8 @@ class Dialog:
             self.add(FEATURE, plain_feature(*(t.encode() for t in pair)))
         for keyword in SPECIALS:
             self.add_special(keyword)
+        self.notes = NoteWriter(self)
+        self.notes.write()
         self.add_scale()
         if self.host.two_way:
             self.add_pc_pairs()
@@ -234,7 +272,8 @@ class Dialog:
     def add_controls(self):
         walk = self.walk()
         if walk:
-            if walk[0].keyword != b"*Collate":
+            if walk[0].keyword != b"*Collate" and \
+                    not isinstance(walk[0], JobNote):
                 self.add_control(walk[0])
             if "indesign" in self.host.bundle_id.lower() and \
                     self.orientation not in (1, 3):
@@ -247,14 +286,22 @@ class Dialog:
             self.add(FEATURE, source)
         for control in walk[1:]:
             keyword = control.keyword
-            if not is_special(keyword) and keyword not in APART:
+            if not isinstance(control, JobNote) and \
+                    not is_special(keyword) and keyword not in APART:
                 self.add_control(control)
             elif keyword == b"*ZUOrientation" and \
                     not NO_DRIVER_UI.intersection(control.flags):
                 self.add(FEATURE, ORIENTATION_FALSE)
 
     def add_special(self, keyword):
-        if control := self.find(keyword):
+        control, note = self.find(keyword), self.find_note(keyword)
+        if note and self.host.two_way:
+            if note.text is None:
+                self.doubt("the note of a special control without text")
+            self.add(FEATURE, dynamic_option(keyword, note.text or b""))
+        elif control:
+            if note:
+                note.set_text("")
             self.add_control(control)
 
     def add_scale(self):
@@ -338,8 +385,15 @@ class Dialog:
     # -- what stays
 
     def choices(self):
-        return {c.keyword.decode("mac_roman"): c.value_text()
-                for c in self.walk() if c.value_text() is not None}
+        """A popup and a note of one keyword store the popup's value."""
+        walk, choices = self.walk(), {}
+        for control in sorted(walk, key=lambda c: not isinstance(c, JobNote)):
+            value = control.value_text()
+            if isinstance(control, JobNote):
+                value = stored_note(value)
+            if value is not None:
+                choices[control.keyword.decode("mac_roman")] = value
+        return choices
 
     def kept(self, tickets):
         """The tickets as the next dialog finds them."""
@@ -347,15 +401,16 @@ class Dialog:
                                       self.choices_key(): self.choices()}}
 
 
-def with_options(tickets, orientation=None, paper_feed=None):
+def with_options(tickets, orientation=None, paper_feed=None, layout=()):
     """The tickets with what the command line gives for them."""
     tickets = {SETTINGS: {}, PAGE_FORMAT: {}, **tickets}
     if orientation is not None:
         tickets[PAGE_FORMAT] = {**tickets[PAGE_FORMAT],
                                 ORIENTATION_KEY: orientation}
+    settings = dict(zip((ROWS_KEY, COLUMNS_KEY), layout))
     if paper_feed is not None:
-        tickets[SETTINGS] = {**tickets[SETTINGS],
-                             FEED_KEY: [paper_feed] * 2}
+        settings[FEED_KEY] = [paper_feed] * 2
+    tickets[SETTINGS] = {**tickets[SETTINGS], **settings}
     return tickets
 
 

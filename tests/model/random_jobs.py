@@ -21,6 +21,7 @@ PLAIN = [b"*Duplex", b"*Staple", b"*MediaType", b"*Fold", b"*Density",
          b"*PageSizes", b"*My*ZUOutProfile"]
 WORDS = [b"None", b"On", b"Off", b"Auto", b"True", b"Left", b"Zw\xf6lf", b"5"]
 SIZES = [b"A4", b"a4", b"Letter", b"Sm\xe5", b"B5"]
+PROFILED = (b"*ZUOutProfile", b"*ZUSimulation", b"*ZURGBOverride")
 PROFILES = [b"None", b"Coated", b"EFBBBF", b"Matt\xe9", b"on"]
 
 # keyword: the kinds that it mostly is of, its options, its chance
@@ -40,6 +41,15 @@ NAMED = {
     b"*ZUDestination": ("popup", [b"Print", b"File", b"FILE"], 0.35),
     b"*ZUMailboxName": ("popup", [b"box", b"Box 2", b"b\xf6x"], 0.2),
 }
+NOTES = [b"*Notes1", b"*Notes2", b"*Instruct", b"*Notes3", b"*Resume",
+         b"*DeptPassword", b"*ZUBPrintTime", b"*ZUUserAuthName",
+         b"*ZUUserAuthPwd", b"*ZUSecurePrintId", b"*Account", b"*N\xf6te"]
+USER_AND_PASSWORD = [b"*ZUUserAuthName", b"*ZUUserAuthPwd"]
+NOTE_WORDS = [b"Encrypt", b"AESEncrypt", b"UTF8", b"UTF8", b"Password",
+              b"TwoCharField", b"Resume", b"Member", b"Alpha", b"Required"]
+NOTE_TEXTS = [b"text", b"Two Words", b"caf\x8e", b"gr\xc3\xbc\xc3\x9f",
+              b"a\\b(c)", b"tab\there", b"EFBBBF", b"123", b"//host",
+              b"x" * 126, b"x" * 127, b"\xc3\xa9" * 40, b"\x8e" * 120]
 CODE = [b"", b"", b"1 set", b"<< /A 1 >> setpagedevice\n% two\n(\\\\n)",
         b"\xe9\x80 x", b"%% comment"]
 
@@ -100,8 +110,33 @@ class Maker(comparing.Dice):
             b"*%ZUB" + word + b" " + key + b"/Name: (" + self.pick(numbers) +
             b") " + code]
 
+    def note(self, key):
+        """A note with a default, a template or neither."""
+        words = self.some(NOTE_WORDS, 0, 3) if self.chance(0.7) else []
+        length = self.pick([b"20", b"127", b"700"])
+        grouped = self.chance(0.6)
+        lines = self.opening(key, self.pick(GROUPS), self.flags()) \
+            if grouped else []
+        lines.append(b"*%ZUBJobNote " + key + b"/Note: " +
+                     b"|".join([length] + words))
+        if self.chance(0.5):
+            text = self.pick(NOTE_TEXTS + [b"a/:b/:c", b"a//b/:c"] * grouped)
+            if grouped:
+                text = b'"' + text + b'"'
+            return lines + [b"*%Default" + key[1:] + b": " + text]
+        marker = b"<" + key + b">"
+        code = self.pick([b"(" + marker + b") setnote", b"%%Note: " + marker,
+                          marker + b" " + marker.lower(), b"null setnote"])
+        if self.chance(0.6):
+            return lines + [b"*%" + key[1:] + b': "' + code + b'"']
+        return lines + [b"*% nothing of it"]
+
     def control(self, key, kinds, options):
-        if self.chance(0.08) or not self.blocks and self.chance(0.95):
+        odd = self.chance(0.08) or not self.blocks and self.chance(0.95)
+        if odd and key in PROFILED:
+            # Nothing settles what a profile that is no popup has for a note.
+            odd = self.chance(0.03)
+        if odd:
             kinds = "popup boolean range range range"
         return getattr(self, self.pick(kinds.split()))(key, options)
 
@@ -117,6 +152,14 @@ class Maker(comparing.Dice):
                              (b"*ZUUTF8_Version: " + b"9" * 127, 0.02),
                              (b"*ZUUTF8_Version: " + b"9" * 128, 0.02),
                              (b"*ZUKnows: x", 0.2),
+                             (b"*UseSpecialAlgorithm: " +
+                              self.pick([b"1", b"2"]), 0.4),
+                             (b"*UseSpecialKey: %d" % self.rng.randint(1, 7),
+                              0.5),
+                             (b"*CopierUserAuth: " +
+                              self.pick([b"True", b"True", b"False"]), 0.6),
+                             (b"*ZUBAuthenticateWithLDAP: " +
+                              self.pick([b"True", b"True", b"true"]), 0.7),
                              (b"*ZUMailboxName: out/to you.ps", 0.2)):
             if self.chance(chance):
                 yield [b"*%ZUBSpecialOption " + line]
@@ -131,8 +174,17 @@ class Maker(comparing.Dice):
                   if self.chance(chance)]
         if self.chance(0.5):
             parts.append(self.custom_size())
+        notes = self.some(NOTES, 0, 5)
+        if self.chance(0.45):
+            # Mostly the user is told ahead of the password.
+            notes = [key for key in notes if key not in USER_AND_PASSWORD]
+            parts.append(sum(map(self.note, USER_AND_PASSWORD), []))
+        parts += map(self.note, notes)
         parts += self.special_options()
         self.rng.shuffle(parts)
+        for key in PROFILED if self.chance(0.15) else ():
+            if any(b"*OpenUI " + key in b"".join(part) for part in parts):
+                parts.append(self.note(key))
         # The first control has a way of its own into the job.
         return [] if self.chance(0.04) else parts
 
@@ -144,8 +196,9 @@ class Maker(comparing.Dice):
         if self.chance(0.3):
             lines.append(b'*ModelName: "Demo 7 of Two"')
         lines.append(b"*LanguageEncoding: ISOLatin1")
-        if self.chance(0.4):
-            lines += [b"*%ZUBGroupName FPPaperSource/Source: True"]
+        for group in (b"FPPaperSource", b"FPZUNotes"):
+            if self.chance(0.4):
+                lines.append(b"*%ZUBGroupName " + group + b"/Source: True")
         return lines
 
     def make(self):
@@ -153,8 +206,10 @@ class Maker(comparing.Dice):
         self.blocks = version is not None and version > b"3"
         lines = [b'*PPD-Adobe: "' + self.pick([b"4.3"] * 99 + [b"4.2"]) + b'"']
         lines += self.header() + LAYOUT
-        if b"FPPaperSource" in b"".join(lines) and self.chance(0.6):
-            lines.append(b"*%ZUBParent FPPaperSource/Pane: True|Rolldown")
+        for group in (b"FPPaperSource", b"FPZUNotes"):
+            if group in b"".join(lines) and self.chance(0.6):
+                lines.append(b"*%ZUBParent " + group +
+                             b"/Pane: True|Rolldown")
         if version is not None:
             lines.append(b"*%ZUVersion: " + version)
         lines += [line for part in self.parts() for line in part]

@@ -5,7 +5,8 @@ The same seed always gives the same bytes.
 """
 
 from comparing import Dice
-from inspect_model import CHUNK, CLOSERS, CODECS, OPENERS, SCAN_LIMIT
+from inspect_model import (CHUNK, CLOSERS, CODECS, NOTE_WORDS, OPENERS,
+                           SCAN_LIMIT)
 
 ENCODINGS = list(CODECS) + [b"UTF-8", b"None"]
 
@@ -34,7 +35,12 @@ OPTIONS = [b"None", b"On", b"Off", b"A4", b"Letter", b"Auto", b"Tray1",
            b"Left", b"True", b"False", b"x.y", b"Two Words"]
 FLAGS = [b"Dynamic", b"Command", b"Spooler", b"Setup", b"MacVJN", b"MacIS",
          b"NoVelonDriverUI", b"DriverUserDisplayHidden", b"Odd word"]
-NOTE_WORDS = [b"Alpha", b"Numeric", b"Required", b"MinLength4", b"LCD"]
+ODD_NOTE_WORDS = [b"MinLength4", b"MinLength12", b"MinLength123",
+                  b"MinLengthx", b"MinLength4x", b"MinLength", b"alpha",
+                  b"Alphabet", b"Alpha Numeric", b"Min"]
+NOTES = [b"*Notes1", b"*Notes2", b"*Notes3", b"*Instruct", b"*Resume",
+         b"*ZUUserAuthName", b"*ZUUserAuthPwd", b"*ZUSimulation",
+         b"*ZUOutProfile", b"*DeptPassword", b"*ZUSecurePrintId"]
 ENDS = (b"\n", b"\r", b"\r\n")
 
 
@@ -482,19 +488,73 @@ class Maker(Dice):
         lines.append(line + b" " + code[0])
         return lines + code[1:]
 
+    # -- job notes
+
+    def note_words(self):
+        words = self.some(NOTE_WORDS, 4)
+        if self.chance(0.3):
+            words.insert(self.rng.randint(0, len(words)),
+                         self.pick(ODD_NOTE_WORDS))
+        # These two change what a note without a template becomes.
+        if self.chance(0.2):
+            words.append(self.pick([b"Resume", b"Member"]))
+        if self.odd(0.3):
+            words.insert(self.rng.randint(0, len(words)),
+                         self.pick([b"", b" "]))
+        return words
+
+    def note_line(self, keyword):
+        length = self.pick([b"20", b"127", b"0", b" 8 ", b"4 digits"])
+        if self.odd(0.3):
+            length = self.pick([b"", b"x", b"-3", b"99999999999", b'"20"'])
+        line = (b"*%ZUBJobNote " + keyword + b"/" + self.name() + b":" +
+                self.gap() + b"|".join([length] + self.note_words()))
+        return self.spoiled(line) if self.odd(0.4) else line
+
+    def note_text(self, grouped):
+        text = self.pick([b"text", b"Two Words", b"caf\x8e", b"gr\xc3\xbc\xc3\x9f",
+                          b"a\\b(c)", b"1-3,5", b"tab\there", b"x" * 200])
+        if grouped != self.odd():
+            return b'"' + text + self.pick([b'"', b'"', b'" left'])
+        return text + self.pick([b"", b"", b"|rest", b" "])
+
+    def note_companion(self, keyword, grouped):
+        """The lines of a default or of code, or others."""
+        how = self.rng.random()
+        if how < 0.4:
+            head = b"*%Default" + self.pick([keyword.lstrip(b"*"), b"", b"X"])
+            return [head + b":" + self.gap() + self.note_text(grouped)]
+        if how < 0.8:
+            code = self.note_code(keyword)
+            if not grouped and not self.odd():
+                code = code[:1] if code[0].count(b'"') == 2 else [b'"one line"']
+            head = b"*%" + keyword.lstrip(b"*")
+            return [head + b":" + self.gap() + code[0]] + code[1:]
+        return self.pick([[], [b""], [b"*% nothing"], [b" "],
+                          [b"*%ZUBSpecialOption *ZUBehind: 1"],
+                          [b"*%default: x"]])
+
+    def note_code(self, keyword):
+        marker = b"<" + keyword + b">"
+        if self.chance(0.4):
+            return self.code(keyword)
+        return [b'"' + self.pick([
+            b"(" + marker + b") setnote", b"( " + marker + b" ) " + marker,
+            b"%%Note: " + marker, b"% " + marker, marker,
+            b"%%" + marker.lower() + marker, b"((" + marker + b"))"]) + b'"']
+
     def note_block(self):
-        """Job notes, of which nothing is made yet."""
-        keyword = self.pick([b"*Notes1", b"*Notes2", b"*Instruct"])
-        line = (b"*%ZUBJobNote " + keyword + b"/" + self.name() + b": " +
-                b"|".join([b"20"] + self.some(NOTE_WORDS, 2)))
-        companion = self.pick([b"*%Default" + keyword[1:] + b": \"text\"",
-                               b"*%" + keyword[1:] + b": \"code\"",
-                               b"*% nothing"])
-        if self.chance(0.5):
-            return [line, companion]
-        return [b"*%ZUBFlags " + keyword + b": Dynamic",
-                b"*%ZUBGroup " + keyword + b": " + self.pick(self.rolls) +
-                b"/x", line, companion]
+        """A job note on its own, or behind a flags line."""
+        keyword = self.pick(NOTES)
+        if self.odd(0.5):
+            keyword = self.keyword()
+        if self.chance(0.4):
+            return [self.note_line(keyword)] + \
+                self.note_companion(keyword, False)
+        self.used.append(keyword)
+        shown = self.keyword() if self.odd(0.2) else keyword
+        return (self.opening(keyword) + [self.note_line(shown)] +
+                self.note_companion(keyword, True))
 
     def small_kinds(self):
         side = self.pick([b"Width", b"Height"])
@@ -575,7 +635,7 @@ class Maker(Dice):
             if self.chance(0.5):
                 items.append(self.pick([self.range_block,
                                         self.small_kinds])())
-            if self.chance(0.08):
+            if self.chance(0.3):
                 items.append(self.note_block())
             if self.chance(0.12):
                 items += self.installable_section()

@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <pwd.h>
+#include <unistd.h>
+
 #include "platform/Controls.h"
 #include "platform/PlugInHost.h"
+#include "platform/Testing.h"
+#include "platform/UserIdentity.h"
 #include "tests/platform/TestSupport.h"
 
 namespace {
@@ -67,6 +72,15 @@ TEST_F(ControlsTest, ANibOpensWhenItIsAPropertyList) {
                   kIBCarbonRuntimeCantFindNibFile);
         EXPECT_EQ(nib, nullptr);
     }
+}
+
+TEST(UserIdentityTest, TheNameIsTheRealUsersUnlessATestSaysAnother) {
+    passwd const* const account = getpwuid(getuid());
+    ASSERT_NE(account, nullptr);
+    EXPECT_EQ(Text(CFRef<CFStringRef>(CSCopyUserName())), account->pw_name);
+    SetUserName("J\xC3\xBCrg");
+    EXPECT_EQ(Text(CFRef<CFStringRef>(CSCopyUserName())), "J\xC3\xBCrg");
+    SetUserName(nullptr);
 }
 
 }  // namespace

@@ -97,6 +97,14 @@ inline constexpr Numeric kRange = {RecordTag("RngC"), RecordTag("RCVl"), RecordT
 inline constexpr Numeric kFloatRange = {RecordTag("FrgC"), RecordTag("FCVl"), RecordTag("FCMn"),
                                         RecordTag("FCMx"), RecordTag("FCIn"), RecordTag("FCDf")};
 
+inline constexpr unsigned long kJobNote = RecordTag("JbNt");
+inline constexpr unsigned long kNoteText = RecordTag("jNtT");
+inline constexpr unsigned long kNoteDefault = RecordTag("jNDT");
+inline constexpr unsigned long kNoteMaximum = RecordTag("jMxL");
+inline constexpr unsigned long kNoteMinimum = RecordTag("jMnL");
+inline constexpr unsigned long kNoteFlags = RecordTag("jNtF");
+inline constexpr unsigned long kNoteOn = RecordTag("jNOn");
+
 inline constexpr unsigned long kSpecialOption = RecordTag("soCN");
 inline constexpr unsigned long kSpecialOptionValue = RecordTag("soVl");
 

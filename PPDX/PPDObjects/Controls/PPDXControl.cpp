@@ -14,6 +14,7 @@
 #include "PPDX/PPDObjects/Controls/Numbers.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "ZUBUtils/PPDUtils/ClampTo32Bits.h"
+#include "ZUBUtils/PPDUtils/WipedText.h"
 #include "constraints/UIConstraints.h"
 #include "platform/CFRef.h"
 
@@ -83,24 +84,27 @@ class Output {
     long mLength = 0;
 };
 
-std::string HexadecimalString(std::string_view value) {
-    constexpr char kDigits[] = "0123456789ABCDEF";
-    std::string text = "<";
+// The value of a note may be a password.
+WipedText HexadecimalString(std::string_view value) {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    WipedText text("<");
     for (char const byte : value) {
         auto const number = static_cast<unsigned char>(byte);
-        text += kDigits[number >> 4];
-        text += kDigits[number & 15];
+        text.Append(kDigits.substr(number >> 4, 1));
+        text.Append(kDigits.substr(number & 15, 1));
     }
-    return text + ">";
+    text.Append(">");
+    return text;
 }
 
-std::string PlainText(std::string_view value, bool doubleBackslashes) {
-    std::string text;
-    for (char const byte : value) {
-        if (static_cast<unsigned char>(byte) > 127) {
+WipedText PlainText(std::string_view value, bool doubleBackslashes) {
+    WipedText text;
+    for (std::size_t at = 0; at < value.size(); ++at) {
+        if (static_cast<unsigned char>(value[at]) > 127) {
             return {};
         }
-        text.append(byte == '\\' && doubleBackslashes ? 2 : 1, byte);
+        bool const isDoubled = value[at] == '\\' && doubleBackslashes;
+        text.Append(isDoubled ? "\\\\" : value.substr(at, 1));
     }
     return text;
 }
@@ -112,14 +116,48 @@ CFRef<CFStringRef> MacRomanString(std::string_view bytes) {
         static_cast<CFIndex>(bytes.size()), kCFStringEncodingMacRoman, false));
 }
 
-void ReplaceEvery(CFMutableStringRef text, std::string const& wanted,
-                  std::string const& replacement, CFOptionFlags options) {
+// The lines of comments that the code begins with.
+std::size_t LengthOfComments(std::string_view code) {
+    std::size_t length = 0;
+    while (code.substr(length).starts_with('%')) {
+        std::size_t const end = std::min(code.find_first_of("\r\n", length), code.size());
+        length = std::min(code.find_first_not_of("\r\n", end), code.size());
+    }
+    return length;
+}
+
+void ReplaceEvery(CFMutableStringRef text, std::string_view wanted, std::string_view replacement,
+                  CFOptionFlags options) {
     CFRef<CFStringRef> const wantedString = MacRomanString(wanted);
     CFRef<CFStringRef> const replacementString = MacRomanString(replacement);
     if (wantedString && replacementString) {
         CFStringFindAndReplace(text, wantedString, replacementString,
                                CFRangeMake(0, CFStringGetLength(text)), options);
     }
+}
+
+// The code with `replacement` in place of every marker; null without memory.
+CFRef<CFMutableStringRef> Replaced(std::string_view code, std::string const& marker,
+                                   WipedText const& replacement) {
+    CFRef<CFStringRef> const original = MacRomanString(code);
+    CFRef<CFMutableStringRef> text(CFStringCreateMutableCopy(nullptr, 0, original));
+    if (original && text) {
+        ReplaceEvery(text, marker, replacement.View(), kCFCompareCaseInsensitive);
+    }
+    return text;
+}
+
+// The same where a hexadecimal string also takes the place of parentheses around it.
+CFRef<CFMutableStringRef> InStrings(std::string_view code, std::string const& marker,
+                                    WipedText const& hexadecimal) {
+    CFRef<CFMutableStringRef> text = Replaced(code, marker, hexadecimal);
+    WipedText inParentheses("(");
+    inParentheses.Append(hexadecimal.View());
+    inParentheses.Append(")");
+    if (text && !hexadecimal.Empty()) {
+        ReplaceEvery(text, inParentheses.View(), hexadecimal.View(), 0);
+    }
+    return text;
 }
 
 // The text in Mac Roman with a terminator, in a malloc block; its length without that.
@@ -261,21 +299,21 @@ long PPDXControl::Inject(char const* name, unsigned char const* ps, long psLengt
                          char const* value, unsigned char*& result) const {
     result = nullptr;
     std::string_view const code = ViewOf(ps, psLength);
-    CFRef<CFStringRef> const original = MacRomanString(code);
-    CFRef<CFMutableStringRef> const text(CFStringCreateMutableCopy(nullptr, 0, original));
-    if (!original || !text) {
+    std::string_view const text = ViewOf(value);
+    std::string const marker = std::string("<").append(ViewOf(name)) + ">";
+    bool const isComment = code.starts_with("%%");
+    bool const isNote = mType == kJobNoteType && !text.empty();
+    // What a user types stays a text outside of comments, also behind one.
+    std::size_t const plain = isNote ? LengthOfComments(isComment ? code : "") : code.size();
+    CFRef<CFMutableStringRef> const whole =
+        Replaced(code.substr(0, plain), marker, PlainText(text, !isComment));
+    CFRef<CFMutableStringRef> const rest =
+        InStrings(code.substr(plain), marker, isNote ? HexadecimalString(text) : WipedText());
+    if (!whole || !rest) {
         return 0;
     }
-    bool const isComment = code.starts_with("%%");
-    bool const hexed = !ViewOf(value).empty() && mType == kJobNoteType && !isComment;
-    std::string const replacement =
-        hexed ? HexadecimalString(value) : PlainText(ViewOf(value), !isComment);
-    std::string const marker = std::string("<").append(ViewOf(name)) + ">";
-    ReplaceEvery(text, marker, replacement, kCFCompareCaseInsensitive);
-    if (hexed) {
-        ReplaceEvery(text, "(" + replacement + ")", replacement, 0);
-    }
-    return CopyMacRomanBytes(text, result);
+    CFStringAppend(whole, rest);
+    return CopyMacRomanBytes(whole, result);
 }
 
 void PPDXControl::UpdateKVCache(char const* keyword, char const* option) {

@@ -75,10 +75,11 @@ class PPDXControl : public PPDXElement {
                               char const* option, bool framed) const;
 
     // Puts `value` in place of every "<name>" in the code, upper and lower case taken as the same.
-    // Unless the code begins with "%%", backslashes of the value are doubled, and a job note's
-    // value goes in as a hexadecimal string that also takes the place of parentheses around it. A
-    // value that isn't ASCII, where it isn't made hexadecimal, counts as empty. All other bytes of
-    // the code stay as they are.
+    // Unless the code begins with "%%", backslashes of the value are doubled. A job note's value
+    // goes in as a hexadecimal string that also takes the place of parentheses around it, but as it
+    // is into the comments at the beginning of code that begins with "%%". A value that isn't
+    // ASCII, where it isn't made hexadecimal, counts as empty. All other bytes of the code stay as
+    // they are.
     //
     // Returns the length. `result` is a new malloc block, which the caller frees, with a
     // terminator behind that length; null with the length 0 without memory.

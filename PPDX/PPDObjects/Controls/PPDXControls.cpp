@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <new>
 
 #include "PPDX/PPDObjects/Controls/ControlRecord.h"
@@ -10,9 +11,11 @@
 #include "PPDX/PPDObjects/Controls/PPDXBooleanControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXCustomPageSizeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXFloatRangeControl.h"
+#include "PPDX/PPDObjects/Controls/PPDXJobNote.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXRangeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXSpecialOption.h"
+#include "ZUBUtils/PPDUtils/CString.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "platform/CollectionManager.h"
 
@@ -35,8 +38,15 @@ PPDXControl* MakeConstrained(Settings& settings, long id, UIConstraints* constra
     return new Class(settings, id, constraints);
 }
 
+PPDXControl* MakeJobNote(Settings& settings, long id, UIConstraints*) {
+    std::unique_ptr<CString> const encoding(
+        GetSettingsString(settings, ArchiveTags::kHeader, ArchiveTags::kLanguageEncodingID));
+    return new PPDXJobNote(settings, id, encoding.get());
+}
+
 constexpr ArchivedKind kArchivedKinds[] = {
     {ArchiveTags::kBoolean, MakeConstrained<PPDXBooleanControl>},
+    {ArchiveTags::kJobNote, MakeJobNote},
     {ArchiveTags::kPopup, MakeConstrained<PPDXPopupControl>},
     {ArchiveTags::kRange.kind, Make<PPDXRangeControl>},
     {ArchiveTags::kFloatRange.kind, Make<PPDXFloatRangeControl>},
@@ -88,6 +98,7 @@ PPDXControls::Kind PPDXControls::KindOf(PPDXControl* control) {
         bool (*fits)(PPDXControl*);
     };
     constexpr KindTest kKindTests[] = {
+        {kJobNotes, Is<PPDXJobNote>},
         {kBooleans, Is<PPDXBooleanControl>},
         {kPopups, Is<PPDXPopupControl>},
         {kRanges, Is<PPDXRangeControl>},
@@ -148,17 +159,24 @@ std::int32_t PPDXControls::Count(CountArray const& counts) {
     return 0;
 }
 
+std::int32_t PPDXControls::JobNoteCount() const {
+    DisplayOptionsScope const orphans(kDisplayOrphans);
+    return Count(mKinds[kJobNotes].mCounts);
+}
+
 std::int32_t PPDXControls::SpecialOptionsCount() const {
     DisplayOptionsScope const all(kDisplayAll);
     return Count(mKinds[kSpecialOptions].mCounts);
 }
 
 std::int32_t PPDXControls::ControlCount() const {
-    return PopupCount() + BooleanCount() + RangeCount() + FloatRangeCount() + CustomPageSizeCount();
+    return PopupCount() + BooleanCount() + RangeCount() + FloatRangeCount() + JobNoteCount() +
+           CustomPageSizeCount();
 }
 
 bool PPDXControls::Empty() const {
-    return NoPopups() && NoBooleanControls() && NoRangeControls() && NoFloatRangeControls();
+    return NoPopups() && NoBooleanControls() && NoRangeControls() && NoFloatRangeControls() &&
+           NoJobNotes();
 }
 
 PPDXControl* PPDXControls::Displayed(CNTL_TYPE& type) {
@@ -223,6 +241,14 @@ PPDXFloatRangeControl* PPDXControls::NextFloatRangeControl() {
     return static_cast<PPDXFloatRangeControl*>(NextOf(kFloatRanges));
 }
 
+PPDXJobNote* PPDXControls::FirstJobNote() {
+    return static_cast<PPDXJobNote*>(FirstOf(kJobNotes));
+}
+
+PPDXJobNote* PPDXControls::NextJobNote() {
+    return static_cast<PPDXJobNote*>(NextOf(kJobNotes));
+}
+
 PPDXSpecialOption* PPDXControls::FirstSpecialOption() {
     DisplayOptions::Options(kDisplayOrphans);
     return static_cast<PPDXSpecialOption*>(FirstOf(kSpecialOptions));
@@ -283,6 +309,10 @@ PPDXRangeControl* PPDXControls::FindRangeControl(char const* keyword, bool const
 
 PPDXFloatRangeControl* PPDXControls::FindFloatRangeControl(char const* keyword, bool const& exact) {
     return static_cast<PPDXFloatRangeControl*>(FindOf(kFloatRanges, keyword, exact));
+}
+
+PPDXJobNote* PPDXControls::FindJobNote(char const* keyword, bool const& exact) {
+    return static_cast<PPDXJobNote*>(FindOf(kJobNotes, keyword, exact));
 }
 
 PPDXSpecialOption* PPDXControls::FindSpecialOption(char const* keyword, bool const& exact) {
@@ -377,6 +407,18 @@ PPDXFloatRangeControl* GetFindFloatRangeControl(PPDXControls* controls, char con
     return controls != nullptr ? controls->FindFloatRangeControl(keyword, exact) : nullptr;
 }
 
+PPDXJobNote* GetFirstJobNote(PPDXControls* controls) {
+    return controls != nullptr ? controls->FirstJobNote() : nullptr;
+}
+
+PPDXJobNote* GetNextJobNote(PPDXControls* controls) {
+    return controls != nullptr ? controls->NextJobNote() : nullptr;
+}
+
+PPDXJobNote* GetFindJobNote(PPDXControls* controls, char const* keyword, bool const& exact) {
+    return controls != nullptr ? controls->FindJobNote(keyword, exact) : nullptr;
+}
+
 std::int32_t GetPopupCount(PPDXControls* controls) {
     return controls != nullptr ? controls->PopupCount() : 0;
 }
@@ -391,6 +433,10 @@ std::int32_t GetRangeCount(PPDXControls* controls) {
 
 std::int32_t GetFloatRangeCount(PPDXControls* controls) {
     return controls != nullptr ? controls->FloatRangeCount() : 0;
+}
+
+std::int32_t GetJobnoteCount(PPDXControls* controls) {
+    return controls != nullptr ? controls->JobNoteCount() : 0;
 }
 
 std::int32_t GetControlCount(PPDXControls* controls) {
@@ -411,6 +457,10 @@ bool GetNoRangeControls(PPDXControls* controls) {
 
 bool GetNoFloatRangeControls(PPDXControls* controls) {
     return controls == nullptr || controls->NoFloatRangeControls();
+}
+
+bool GetNoJobNotes(PPDXControls* controls) {
+    return controls == nullptr || controls->NoJobNotes();
 }
 
 bool GetEmpty(PPDXControls* controls) {

@@ -12,6 +12,7 @@
 
 class PPDXBooleanControl;
 class PPDXFloatRangeControl;
+class PPDXJobNote;
 class PPDXPopupControl;
 class PPDXRangeControl;
 class PPDXSpecialOption;
@@ -49,6 +50,8 @@ class PPDXControls {
     PPDXRangeControl* NextRangeControl();
     PPDXFloatRangeControl* FirstFloatRangeControl();
     PPDXFloatRangeControl* NextFloatRangeControl();
+    PPDXJobNote* FirstJobNote();
+    PPDXJobNote* NextJobNote();
     // Leaves the process's display option at 1: what walks next sees orphans. So does a
     // FindSpecialOption that searches.
     PPDXSpecialOption* FirstSpecialOption();
@@ -62,6 +65,7 @@ class PPDXControls {
     PPDXBooleanControl* FindBoolean(char const* keyword, bool const& exact);
     PPDXRangeControl* FindRangeControl(char const* keyword, bool const& exact);
     PPDXFloatRangeControl* FindFloatRangeControl(char const* keyword, bool const& exact);
+    PPDXJobNote* FindJobNote(char const* keyword, bool const& exact);
     PPDXSpecialOption* FindSpecialOption(char const* keyword, bool const& exact);
 
     // Controls of a kind that the display option lets through; 0 for an option that isn't one.
@@ -70,12 +74,14 @@ class PPDXControls {
     std::int32_t RangeCount() const { return Count(mKinds[kRanges].mCounts); }
     std::int32_t FloatRangeCount() const { return Count(mKinds[kFloatRanges].mCounts); }
     std::int32_t CustomPageSizeCount() const { return Count(mKinds[kCustomPageSizes].mCounts); }
+    std::int32_t JobNoteCount() const;         // the visible ones, whatever the display option
     std::int32_t SpecialOptionsCount() const;  // all of them, whatever the display option
     std::int32_t ControlCount() const;         // all kinds but special options
     bool NoPopups() const { return PopupCount() == 0; }
     bool NoBooleanControls() const { return BooleanCount() == 0; }
     bool NoRangeControls() const { return RangeCount() == 0; }
     bool NoFloatRangeControls() const { return FloatRangeCount() == 0; }
+    bool NoJobNotes() const { return JobNoteCount() == 0; }
     bool NoSpecialOptions() const { return SpecialOptionsCount() == 0; }
     // Whether ControlCount() is 0 without the custom page sizes.
     bool Empty() const;
@@ -94,6 +100,7 @@ class PPDXControls {
         kBooleans,
         kRanges,
         kFloatRanges,
+        kJobNotes,
         kSpecialOptions,
         kCustomPageSizes,
         kKindCount
@@ -138,14 +145,19 @@ PPDXFloatRangeControl* GetFirstFloatRangeControl(PPDXControls* controls);
 PPDXFloatRangeControl* GetNextFloatRangeControl(PPDXControls* controls);
 PPDXFloatRangeControl* GetFindFloatRangeControl(PPDXControls* controls, char const* keyword,
                                                 bool const& exact);
+PPDXJobNote* GetFirstJobNote(PPDXControls* controls);
+PPDXJobNote* GetNextJobNote(PPDXControls* controls);
+PPDXJobNote* GetFindJobNote(PPDXControls* controls, char const* keyword, bool const& exact);
 std::int32_t GetPopupCount(PPDXControls* controls);
 std::int32_t GetBooleanCount(PPDXControls* controls);
 std::int32_t GetRangeCount(PPDXControls* controls);
 std::int32_t GetFloatRangeCount(PPDXControls* controls);
+std::int32_t GetJobnoteCount(PPDXControls* controls);
 std::int32_t GetControlCount(PPDXControls* controls);
 bool GetNoPopups(PPDXControls* controls);
 bool GetNoBooleanControls(PPDXControls* controls);
 bool GetNoRangeControls(PPDXControls* controls);
 bool GetNoFloatRangeControls(PPDXControls* controls);
+bool GetNoJobNotes(PPDXControls* controls);
 bool GetEmpty(PPDXControls* controls);
 }

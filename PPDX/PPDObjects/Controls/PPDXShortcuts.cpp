@@ -7,6 +7,7 @@
 #include "PPDX/PPDObjects/Controls/ControlRecord.h"
 #include "PPDX/PPDObjects/Controls/PPDXBooleanControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "PPDX/PPDObjects/Controls/PPDXJobNote.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 
@@ -19,7 +20,8 @@ bool IsPopup(PPDXControl* control) {
 }
 
 bool HasRow(PPDXControl* control) {
-    return IsPopup(control) || dynamic_cast<PPDXBooleanControl*>(control) != nullptr;
+    return IsPopup(control) || dynamic_cast<PPDXJobNote*>(control) != nullptr ||
+           dynamic_cast<PPDXBooleanControl*>(control) != nullptr;
 }
 
 bool Matches(PPDXControl const& control, char const* keyword, bool exact) {

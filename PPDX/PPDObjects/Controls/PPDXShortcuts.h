@@ -10,7 +10,7 @@ class Settings;
 // The PPD's short list of controls for quick access, in the order of the file. Owns none of them;
 // they must outlive its use.
 //
-// The walk begins at the first popup and from there on passes popups and booleans: what stands
+// The walk begins at the first popup, then passes popups, job notes and booleans: what stands
 // ahead of the first popup takes no part in it, nor in what builds on it.
 class PPDXShortcuts {
   public:

@@ -7,6 +7,8 @@
 #include <new>
 #include <utility>
 
+#include "platform/Wiping.h"
+
 namespace {
 
 // Below what the C library takes from the system for each block anew.
@@ -61,8 +63,10 @@ JobEntries::SpareBlocks& JobEntries::Spare() {
     return blocks;
 }
 
+// A job may hold secrets.
 void JobEntries::Clear() {
     while (mFirst != nullptr) {
+        Wipe(BytesOf(*mFirst), mFirst->used);
         Spare().Keep(std::exchange(mFirst, mFirst->next));
     }
     mLast = nullptr;

@@ -10,12 +10,14 @@
 #include <memory>
 #include <system_error>
 
+#include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "VelonFeatures/Project/Core/ControlLookup.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "VelonFeatures/Project/Core/PDEBundle.h"
 #include "VelonFeatures/Project/Core/PrinterAccess.h"
+#include "VelonFeatures/Project/Core/ProfileNotes.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "platform/CFRef.h"
 #include "platform/FileManager.h"
@@ -157,6 +159,7 @@ void PDEData::MakeJobNotesForSpecialControls() {
             value = CFRef<CFStringRef>(popup->CopyCurrentControlValueString());
         }
         AppendPresentValue(*popup, value);
+        KeepInProfileNote(*mPPD, keyword, value);
     }
 }
 

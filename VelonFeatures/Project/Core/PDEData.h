@@ -69,6 +69,9 @@ class PDEData {
     // The extension itself ended the Job Properties application.
     bool HasJPEnded() const { return mJPEnded; }
     void SetJPEnded(bool ended) { mJPEnded = ended; }
+    // The notes of a job are being written.
+    bool IsInNoteOutput() const { return mInNoteOutput; }
+    void SetInNoteOutput(bool writing) { mInNoteOutput = writing; }
 
     // ---- The operating system's values ----
 
@@ -169,5 +172,6 @@ class PDEData {
     // The paper source of the operating system, a keyword; its first byte is 255 after use.
     char mPaperFeed[kPaperFeedSize] = {};
     bool mJPEnded = false;
+    bool mInNoteOutput = false;
     ProjectPDE* mProject;  // not owned, may be gone; never used through this pointer here
 };

@@ -12,6 +12,7 @@
 #include "VelonFeatures/Project/Core/TicketKeys.h"
 #include "platform/CFRef.h"
 #include "platform/PropertyListArray.h"
+#include "platform/Wiping.h"
 
 namespace {
 
@@ -94,9 +95,11 @@ bool ZUBJobTicket::Add(PostScriptInjectionSite site, unsigned char const* bytes,
     return AddFromRoom(site, room, length);
 }
 
-bool ZUBJobTicket::AddFromRoom(PostScriptInjectionSite site, unsigned char const* bytes,
+bool ZUBJobTicket::AddFromRoom(PostScriptInjectionSite site, unsigned char* bytes,
                                unsigned long length) {
-    if (!ServerPresetKeywordShouldBeDiscarded(bytes, length)) {
+    if (ServerPresetKeywordShouldBeDiscarded(bytes, length)) {
+        Wipe(bytes, length);
+    } else {
         mEntries.Add(site, length);
         mDirty = true;
         ++mCount;

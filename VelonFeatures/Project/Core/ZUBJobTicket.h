@@ -69,8 +69,7 @@ class ZUBJobTicket : public JobTicket {
     bool ReadChoices(CFStringRef key, CFDictionaryRef& choices);  // borrowed from the settings
     bool WriteChoices(CFStringRef key, CFDictionaryRef choices);
     // Makes what was written into the room of mEntries an entry.
-    bool AddFromRoom(PostScriptInjectionSite site, unsigned char const* bytes,
-                     unsigned long length);
+    bool AddFromRoom(PostScriptInjectionSite site, unsigned char* bytes, unsigned long length);
     bool Keep(OSStatus status);  // as LastStatus(); whether it is good
     // A new path "/tmp/Velon.temp..."; the caller releases it.
     static CFStringRef CreateFilePath();

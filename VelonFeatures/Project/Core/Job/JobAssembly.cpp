@@ -12,6 +12,7 @@
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "VelonFeatures/Project/Core/ControlLookup.h"
 #include "VelonFeatures/Project/Core/Job/ShortText.h"
+#include "VelonFeatures/Project/Core/Job/ZUBJobNoteList.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "VelonFeatures/Project/Core/PDEData.h"
 #include "VelonFeatures/Project/Core/Warning.h"
@@ -108,6 +109,7 @@ OSStatus JobAssembly::Run() {
     OutRemainingControls();
     OutStoredPairs();
     OutSpecialControls();
+    OutJobNotes();
     OutScale();
     OutPCPairs();
     OutCustomSize();
@@ -195,6 +197,12 @@ void JobAssembly::OutRemainingControl(PPDXControl* control) {
     } else if (keyword == "*ZUOrientation" && !control->IsNoVelonDriverUI()) {
         mTicket.AddText(kFeatureSite, kOrientationFalseText);
     }
+}
+
+// The job is whole without what a note can't give it.
+void JobAssembly::OutJobNotes() {
+    ZUBJobNoteList notes(mPPD, false);
+    notes.outInjectionData(&mTicket, mData.Session());
 }
 
 void JobAssembly::OutDriverMarker() {

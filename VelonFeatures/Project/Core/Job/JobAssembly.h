@@ -6,6 +6,7 @@
 class OptionPair;
 class PDEData;
 class PPDXControl;
+class PPDXJobNote;
 class ZUBJobTicket;
 class ZUBPPD;
 
@@ -35,6 +36,8 @@ class JobAssembly {
     void OutRemainingControl(PPDXControl* control);
     void OutStoredPairs();
     void OutSpecialControls();
+    void OutDynamicOption(PPDXControl* control, PPDXJobNote& note);
+    void OutJobNotes();
     void OutScale();
     void OutPCPairs();
     bool OutPCPair(OptionPair const& pair);  // whether it went out

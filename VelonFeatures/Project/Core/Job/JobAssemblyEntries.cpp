@@ -5,13 +5,16 @@
 #include <unistd.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
 
 #include "PPDX/PPDObjects/Controls/Numbers.h"
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/Controls/PPDXCustomPageSizeControl.h"
+#include "PPDX/PPDObjects/Controls/PPDXJobNote.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXRangeControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXSpecialOption.h"
@@ -24,6 +27,7 @@
 #include "VelonFeatures/Project/Core/Warning.h"
 #include "VelonFeatures/Project/Core/ZUBJobTicket.h"
 #include "ZUBUtils/PPDUtils/PlainText.h"
+#include "ZUBUtils/PPDUtils/StringUtils.h"
 #include "platform/CFRef.h"
 #include "platform/TextEncodingConverter.h"
 
@@ -31,6 +35,9 @@ namespace {
 
 constexpr char kPlainFeatureFormat[] = "%%%%BeginFeature: %s %s\n%%%%EndFeature\n";
 constexpr char kPCFeatureFormat[] = "%%%%BeginFeature: *%s %s\n%%%%EndFeature\n";
+constexpr char kDynamicOptionFormat[] =
+    "%%%%BeginFeature: %s %s\n /KTXsetDynamicOption where\n        { pop (%s) (%s) "
+    "KTXsetDynamicOption } if\n%%%%EndFeature\n";
 constexpr char kScaleFormat[] =
     "%%%%BeginFeature: *ZUScale %d\n userdict /KTXZUBsetpageproperties known {  << /KTXSetZUScale "
     "[ %d.%d%d ] >> KTXZUBsetpageproperties } { /KTXSetZUScale where { pop %d.%d%d KTXSetZUScale } "
@@ -43,8 +50,9 @@ constexpr char kUTF8VersionFormat[] = "%%%%ZUUTF8_Version: %s \n";
 
 constexpr char kPrintSize[] = "*ZUPrintSize";
 
-constexpr std::size_t kPaperNameSize = 64;  // with the terminator, as the two below
+constexpr std::size_t kPaperNameSize = 64;  // with the terminator, as the three below
 constexpr std::size_t kFilePathSize = 1024;
+constexpr std::size_t kDynamicOptionSize = 1024;
 constexpr std::size_t kUTF8VersionSize = 128;
 constexpr int kNoPCValue = -1;
 
@@ -199,9 +207,43 @@ void JobAssembly::OutPCPrintSize() {
 
 // ---- Colour management ----
 
+// With two-way communication on, the server's own names of profiles stand in notes of the options'
+// keywords.
 void JobAssembly::OutSpecialControls() {
+    bool isAddressOn = false;
+    mData.GetTolvanePrinterAddress(mData.PrinterName(), &isAddressOn);
     for (char const* keyword : kSpecialChromvaleKeywords) {
-        OutControl(FindAnyControl(mPPD, keyword));
+        PPDXControl* const control = FindAnyControl(mPPD, keyword);
+        PPDXJobNote* const note = GetFindJobNote(ControlsOf(mPPD), keyword, true);
+        if (isAddressOn && note != nullptr) {
+            OutDynamicOption(control, *note);
+            continue;
+        }
+        if (note != nullptr && control != nullptr && !mData.GetIPAddressEnabled()) {
+            note->SetCurrentControlWithCFString(CFSTR(""));
+        }
+        OutControl(control);
+    }
+}
+
+void JobAssembly::OutDynamicOption(PPDXControl* control, PPDXJobNote& note) {
+    char const* const keyword = (control != nullptr ? control : &note)->Keyword();
+    char const* const text = note.GetNotes() != nullptr ? note.GetNotes() : "";
+    if (!IsPlainProfileText(text)) {
+        Warn(std::string(keyword) + " is left out: its profile can't stand in a job");
+        return;
+    }
+    char option[kDynamicOptionSize];
+    int const length =
+        std::snprintf(option, sizeof option, kDynamicOptionFormat, keyword, text, keyword, text);
+    if (length < 0 || static_cast<std::size_t>(length) >= sizeof option) {
+        Warn(std::string(keyword) + " is left out: its profile's name is too long");
+        return;
+    }
+    // The server marks a name in UTF-8 so; the mark itself can't be typed.
+    std::unique_ptr<char[]> const marked(_replace(option, "EFBBBF", "\xEF\xBB\xBF"));
+    if (marked != nullptr) {
+        mTicket.AddText(kFeatureSite, marked.get());
     }
 }
 

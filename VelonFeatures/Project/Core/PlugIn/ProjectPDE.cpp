@@ -72,6 +72,10 @@ ProjectPDE::ProjectPDE() : mBundle(GetBundleRef()) {
 }
 
 ProjectPDE::~ProjectPDE() {
+    // The session data outlives the dialog, a user's name in its job mustn't.
+    if (gPDEData != nullptr) {
+        gPDEData->SetLastJob(nullptr);
+    }
     DisposeNibReference(mNibRef);
     CFRelease(mTitle);
     DestroyPPD();

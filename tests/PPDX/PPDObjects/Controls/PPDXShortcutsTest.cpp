@@ -6,6 +6,7 @@
 #include "PPDX/PPDObjects/Controls/DisplayOptions.h"
 #include "PPDX/PPDObjects/Controls/PPDXBooleanControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "PPDX/PPDObjects/Controls/PPDXJobNote.h"
 #include "PPDX/PPDObjects/Controls/PPDXRangeControl.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "tests/PPDX/PPDObjects/Controls/ControlHelpers.h"
@@ -16,7 +17,8 @@ namespace {
 class PPDXShortcutsTest : public testing::Test {
   protected:
     PPDXShortcutsTest() {
-        PPDXControl* const shortcuts[] = {&mEarly, mSize.get(), &mRange, mDuplex.get(), &mMirror};
+        PPDXControl* const shortcuts[] = {&mEarly,       mSize.get(), &mRange,
+                                          mDuplex.get(), &mNote,      &mMirror};
         for (PPDXControl* const control : shortcuts) {
             mList.PushBack(control);
             mRegistry.Add(control);
@@ -41,16 +43,18 @@ class PPDXShortcutsTest : public testing::Test {
     PPDXBooleanControl mMirror{"*Mirror", CFSTR("M"), mFlags,  true, nullptr, nullptr,
                                0,         nullptr,    nullptr, 0,    false,   nullptr};
     PPDXRangeControl mRange{"*Range", CFSTR("R"), mFlags, nullptr, 0, 0, 9, 1, 4, true};
+    PPDXJobNote mNote{"*Note", CFSTR("N"), mFlags, nullptr,      0, nullptr,
+                      nullptr, true,       9,      kNoteNoFlags, 0};
     PointerList mList;
     PPDXControls mRegistry;
 };
 
-TEST_F(PPDXShortcutsTest, WalkBeginsAtTheFirstPopupAndPassesPopupsAndBooleans) {
+TEST_F(PPDXShortcutsTest, WalkBeginsAtTheFirstPopupAndPassesPopupsNotesAndBooleans) {
     PPDXShortcuts shortcuts(mList);
     EXPECT_EQ(shortcuts.Next(), nullptr);
-    EXPECT_EQ(Walked(shortcuts), "*PageSize*ZUDuplex*Mirror");
+    EXPECT_EQ(Walked(shortcuts), "*PageSize*ZUDuplex*Note*Mirror");
     EXPECT_EQ(shortcuts.Next(), nullptr);
-    EXPECT_EQ(shortcuts.Count(), 5);
+    EXPECT_EQ(shortcuts.Count(), 6);
     EXPECT_EQ(shortcuts.Find("*Early", true), nullptr);
     EXPECT_EQ(shortcuts.Find("*Range", true), nullptr);
     EXPECT_EQ(shortcuts.Find("*Mirror", true), &mMirror);
@@ -63,14 +67,14 @@ TEST_F(PPDXShortcutsTest, ArchiveKeepsTheWalkAndANullForWhatHasGone) {
     Settings settings;
     ASSERT_EQ(PPDXShortcuts(mList).Save(settings), 0);
     PPDXShortcuts restored(settings, &mRegistry);
-    EXPECT_EQ(restored.Count(), 3);
-    EXPECT_EQ(Walked(restored), "*PageSize*ZUDuplex*Mirror");
+    EXPECT_EQ(restored.Count(), 4);
+    EXPECT_EQ(Walked(restored), "*PageSize*ZUDuplex*Note*Mirror");
 
     PPDXControls smaller;
     smaller.Add(mSize.get());
     smaller.Add(&mMirror);
     PPDXShortcuts partly(settings, &smaller);
-    EXPECT_EQ(partly.Count(), 3);
+    EXPECT_EQ(partly.Count(), 4);
     EXPECT_EQ(Walked(partly), "*PageSize*Mirror");
     EXPECT_TRUE(PPDXShortcuts(settings, nullptr).Empty());
     Settings nothing;

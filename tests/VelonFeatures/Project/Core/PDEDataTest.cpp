@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "VelonFeatures/Project/Core/PDEData.h"
 
+#include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "PPDX/PPDObjects/Controls/PPDXJobNote.h"
+#include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
+#include "tests/PPDLines.h"
 #include "tests/VelonFeatures/Project/Core/CoreFixture.h"
 
 namespace {
@@ -82,6 +86,25 @@ TEST_F(PDEDataTest, AProfileBeyondASCIIKeepsItsTextAndThePPDsOwnItsCode) {
         EXPECT_EQ(std::string("%%BeginFeature: *ZUOutProfile ") + row.framed + "%%EndFeature\n",
                   code);
     }
+}
+
+TEST_F(PDEDataTest, TheServersProfilesStandInOneNoteEach) {
+    std::string lines;
+    for (std::string const keyword : {"*ZUOutProfile", "*ZUSimulation"}) {
+        lines += PPDLines::Popup(keyword, {"B\xC3\xBCro", "b"});
+    }
+    Open(TestSession::Head() + lines + PPDLines::Popup("*ZURGBOverride", {"c"}));
+    PPDXControls& controls = *mPPD->GetControls();
+    EXPECT_EQ(controls.JobNoteCount(), 3);
+    auto* const note = controls.FindJobNote("*ZUOutProfile", true);
+    ASSERT_NE(note, nullptr);
+    EXPECT_STREQ(note->GetNotes(), "B\xC3\xBCro");
+    EXPECT_EQ(note->MaxLength(), 700);
+    EXPECT_STREQ(note->GetDefaultNotes(), "");
+    controls.FindPopup("*ZUOutProfile", true)->SetCurrentControlWithCFString(CFSTR("b"));
+    mData->MakeJobNotesForSpecialControls();
+    EXPECT_EQ(controls.JobNoteCount(), 3);
+    EXPECT_STREQ(note->GetNotes(), "b");
 }
 
 TEST(JobKeywordsTest, KeywordsAreToldByTheWholeAPartOrTheirEnd) {

@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include "PPDX/PPDObjects/Controls/PPDXControls.h"
+#include "PPDX/PPDObjects/Controls/PPDXJobNote.h"
 #include "tests/VelonFeatures/Project/Core/Job/JobFixture.h"
 
 namespace {
@@ -27,6 +29,12 @@ std::string CustomSizeText(std::string const& size) {
     return "%%BeginFeature: *CustomPrintSize " + size +
            "\n   userdict /KTXZUBsetpageproperties known\n   {<< /KTXsetPrintSize [ " + size +
            " 0 0 1 ] >> KTXZUBsetpageproperties} if\n%%EndFeature\n";
+}
+
+std::string DynamicOption(std::string const& name, std::string const& value) {
+    return "%%BeginFeature: *" + name + " " + value +
+           "\n /KTXsetDynamicOption where\n        { pop (*" + name + ") (" + value +
+           ") KTXsetDynamicOption } if\n%%EndFeature\n";
 }
 
 class JobAssemblyTest : public JobFixture {
@@ -71,7 +79,8 @@ TEST_F(JobAssemblyTest, AJobThatHasEverythingHasItInOrder) {
     TestSession::Pairs expected;
     for (char const* keyword :
          {"*Duplex", "*ZURGBOverride", "*ZUPrintSize", "*Collate", "*ZUOrientation",
-          "*ZUDestination", "*ZUSimulation", "*ZUScale", "*ZUOutProfile"}) {
+          "*ZUDestination", "*ZUSimulation", "*ZUScale", "*ZUOutProfile", "*ZUOutProfile",
+          "*ZUSimulation", "*ZURGBOverride"}) {
         expected.emplace_back(-9, keyword);
     }
     TestSession::Pairs const rest = {
@@ -85,9 +94,10 @@ TEST_F(JobAssemblyTest, AJobThatHasEverythingHasItInOrder) {
         {81, OptionA("PageSize")},
         {81, "%%BeginFeature: *ZUDestination File\n\n%%EndFeature\n"},
         {81, Plain("*RangeProp1", "Value")},
-        {81, OptionA("ZUOutProfile")},
-        {81, OptionA("ZUSimulation")},
-        {81, OptionA("ZURGBOverride")},
+        {81, DynamicOption("ZUOutProfile", "A")},
+        {81, DynamicOption("ZUSimulation", "A")},
+        {81, DynamicOption("ZURGBOverride", "A")},
+        {504, "%%Orientation: Landscape\n"},
         {81, ScaleText("85", "0.85")},
         {81, Plain("*ZUPCName", "Card")},
         {81, Plain("*ZUPCPPDSize", "CustomPageSize0")},
@@ -124,6 +134,7 @@ TEST_F(JobAssemblyTest, WithoutAPPDTheMarkersAndThePairsRemain) {
     SetPCValue(1, L"ZUPCName", L"Card");
     mData->SetPPD(nullptr);
     TestSession::Pairs const expected = {{81, SourceApplication("PREVIEW")},
+                                         {504, "%%Orientation: Portrait\n"},
                                          {81, Plain("*ZUPCName", "Card")},
                                          {501, "%%ZUBDriver\n"},
                                          {72, kMarker},
@@ -238,7 +249,7 @@ TEST_F(JobAssemblyTest, NoControlCharacterComesIntoTheJobFromOutsideThePPD) {
     mData->SetStoredPairCount(2);
     SetPCValue(1, L"ZUPCName", L"b\rshowpage");
     for (char const* profile : {"c\nshowpage", "c\\", "c) showpage (", "(c"}) {
-        Give("*ZUOutProfile", profile);
+        GetFindJobNote(mPPD->GetControls(), "*ZUOutProfile", true)->SetNotes(profile);
         ::testing::internal::CaptureStderr();
         TestSession::Pairs const job = Job();
         std::string const warnings = ::testing::internal::GetCapturedStderr();
@@ -246,6 +257,9 @@ TEST_F(JobAssemblyTest, NoControlCharacterComesIntoTheJobFromOutsideThePPD) {
         EXPECT_EQ("%%ZUUTF8_Version: 1 .0 \n", At(job, 501).back());
         EXPECT_EQ(6, std::ranges::count(warnings, '\n')) << warnings;
     }
+    SetTwoWay(false);
+    Give("*ZUOutProfile", "c\nshowpage");
+    EXPECT_EQ((Texts{OptionA("Duplex"), SourceApplication("PRE VIEW")}), At(Job(), 81));
     Give("*ZUOutProfile", "c (2)");
     EXPECT_EQ("%%BeginFeature: *ZUOutProfile c (2)\n\n%%EndFeature\n", At(Job(), 81).back());
 }
