@@ -34,8 +34,10 @@ class ValueScope {
 
 // One value is kept for a popup and a note of one keyword: the popup's, which is plain.
 bool HasPopupBeside(PPDXControls* controls, PPDXControl& control) {
-    return control.Type() == kJobNoteType && control.Keyword() != nullptr &&
-           GetFindPopup(controls, control.Keyword(), true) != nullptr;
+    PPDXPopupControl* const popup = control.Type() == kJobNoteType && control.Keyword() != nullptr
+                                        ? GetFindPopup(controls, control.Keyword(), true)
+                                        : nullptr;
+    return popup != nullptr && CFRef<CFStringRef>(popup->CopyPresetValueString());
 }
 
 CFStringRef TextIn(CFDictionaryRef values, CFStringRef key) {
