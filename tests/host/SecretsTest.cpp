@@ -11,12 +11,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "ciphers/KeyMaterial.h"
-#include "host/Zubprint.h"
 #include "tests/ciphers/OtherCiphers.h"
 #include "tests/host/HostFixture.h"
 
@@ -28,82 +26,6 @@ std::string Contents(fs::path const& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
-
-// A run of the command in a process of its own, which begins when there is a file `go`, leaves what
-// it prints in `said` and stops where it would end. What the process is
-// not to hold must not be known here before it starts.
-class StoppedRun {
-  public:
-    StoppedRun(std::vector<std::string> const& arguments, std::string const& go,
-               std::string const& said) {
-        mProcess = fork();
-        if (mProcess == 0) {
-            while (access(go.c_str(), F_OK) != 0) {
-                usleep(1000);
-            }
-            std::vector<char const*> argv = {"zubprint"};
-            for (std::string const& argument : arguments) {
-                argv.push_back(argument.c_str());
-            }
-            std::ostringstream out;
-            std::ostringstream err;
-            int const status = Zubprint::Run(static_cast<int>(argv.size()), argv.data(), out, err);
-            std::ofstream(said) << out.str() << err.str();
-            raise(SIGSTOP);
-            _exit(status);
-        }
-    }
-    StoppedRun(StoppedRun const&) = delete;
-    StoppedRun& operator=(StoppedRun const&) = delete;
-    ~StoppedRun() {
-        kill(mProcess, SIGKILL);
-        waitpid(mProcess, nullptr, 0);
-    }
-
-    bool WaitUntilStopped() const {
-        int status = 0;
-        return waitpid(mProcess, &status, WUNTRACED) == mProcess && WIFSTOPPED(status);
-    }
-    // Which of the bytes stand in what the process may write to, and where.
-    std::vector<std::string> Found(std::vector<std::string> const& wanted) const {
-        std::string const folder = "/proc/" + std::to_string(mProcess);
-        std::ifstream maps(folder + "/maps");
-        int const memory = open((folder + "/mem").c_str(), O_RDONLY | O_CLOEXEC);
-        EXPECT_LE(0, memory);
-        std::vector<std::string> found;
-        std::string line;
-        while (std::getline(maps, line)) {
-            std::string const content = Content(memory, line);
-            for (std::string const& bytes : wanted) {
-                if (content.find(bytes) != std::string::npos) {
-                    found.push_back(testing::PrintToString(bytes) + " in " + line);
-                }
-            }
-        }
-        close(memory);
-        return found;
-    }
-
-  private:
-    static std::string Content(int memory, std::string const& mapping) {
-        std::uint64_t start = 0;
-        std::uint64_t end = 0;
-        char writable = '-';
-        // Sanitizers reserve terabytes that nobody has touched.
-        constexpr std::uint64_t kLargest = std::uint64_t{1} << 30;
-        if (std::sscanf(mapping.c_str(), "%lx-%lx %*c%c", &start, &end, &writable) != 3 ||
-            writable != 'w' || end - start > kLargest) {
-            return {};
-        }
-        std::string content(end - start, '\0');
-        ssize_t const count =
-            pread(memory, content.data(), content.size(), static_cast<off_t>(start));
-        content.resize(count < 0 ? 0 : static_cast<std::size_t>(count));
-        return content;
-    }
-
-    pid_t mProcess;
-};
 
 // The session key of the record in a job, as its bytes stand there and as words in memory.
 std::vector<std::string> SessionKeys(JobDataFile const& job) {
@@ -142,6 +64,76 @@ struct Server {
 
 class SecretsTest : public HostFixture, public testing::WithParamInterface<Server> {
   protected:
+    // A run of the command in a process of its own, which begins when there is a file `go`, leaves
+    // what it prints in `said` and stops where it would end. What the process is not to hold must
+    // not be known here before it starts.
+    class StoppedRun {
+      public:
+        StoppedRun(std::vector<std::string> const& arguments, std::string const& go,
+                   std::string const& said) {
+            mProcess = fork();
+            if (mProcess == 0) {
+                while (access(go.c_str(), F_OK) != 0) {
+                    usleep(1000);
+                }
+                Result const result = Run(arguments);
+                std::ofstream(said) << result.out << result.err;
+                raise(SIGSTOP);
+                _exit(result.status);
+            }
+        }
+        StoppedRun(StoppedRun const&) = delete;
+        StoppedRun& operator=(StoppedRun const&) = delete;
+        ~StoppedRun() {
+            kill(mProcess, SIGKILL);
+            waitpid(mProcess, nullptr, 0);
+        }
+
+        bool WaitUntilStopped() const {
+            int status = 0;
+            return waitpid(mProcess, &status, WUNTRACED) == mProcess && WIFSTOPPED(status);
+        }
+        // Which of the bytes stand in what the process may write to, and where.
+        std::vector<std::string> Found(std::vector<std::string> const& wanted) const {
+            std::string const folder = "/proc/" + std::to_string(mProcess);
+            std::ifstream maps(folder + "/maps");
+            int const memory = open((folder + "/mem").c_str(), O_RDONLY | O_CLOEXEC);
+            EXPECT_LE(0, memory);
+            std::vector<std::string> found;
+            std::string line;
+            while (std::getline(maps, line)) {
+                std::string const content = Content(memory, line);
+                for (std::string const& bytes : wanted) {
+                    if (content.find(bytes) != std::string::npos) {
+                        found.push_back(testing::PrintToString(bytes) + " in " + line);
+                    }
+                }
+            }
+            close(memory);
+            return found;
+        }
+
+      private:
+        static std::string Content(int memory, std::string const& mapping) {
+            std::uint64_t start = 0;
+            std::uint64_t end = 0;
+            char writable = '-';
+            // Sanitizers reserve terabytes that nobody has touched.
+            constexpr std::uint64_t kLargest = std::uint64_t{1} << 30;
+            if (std::sscanf(mapping.c_str(), "%lx-%lx %*c%c", &start, &end, &writable) != 3 ||
+                writable != 'w' || end - start > kLargest) {
+                return {};
+            }
+            std::string content(end - start, '\0');
+            ssize_t const count =
+                pread(memory, content.data(), content.size(), static_cast<off_t>(start));
+            content.resize(count < 0 ? 0 : static_cast<std::size_t>(count));
+            return content;
+        }
+
+        pid_t mProcess;
+    };
+
     static std::string PPD(Server const& server) {
         struct Row {
             std::string keyword;

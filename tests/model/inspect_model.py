@@ -561,6 +561,23 @@ def without_controls(text):
     return bytes(0x20 if c < 0x20 or c == 0x7F else c for c in text)
 
 
+def is_string(text):
+    """Whether it stands between parentheses as it is."""
+    depth = 0
+    for byte in text:
+        depth += (byte == ord("(")) - (byte == ord(")"))
+        if depth < 0 or byte == ord("\\"):
+            return False
+    return depth == 0
+
+
+def is_unfit_profile(control, text):
+    """A profile that isn't the PPD's own and would end what it stands in."""
+    return isinstance(control, Popup) and control.keyword in FREE_CHOICE and \
+        text not in (i.keyword for i in control.items) and \
+        not (is_string(text) and without_controls(text) == text)
+
+
 class JobNote(Control):
     type = 1
 
@@ -1476,6 +1493,8 @@ class Reader:
         control = self.find(self.controls, keyword.encode())
         if control is None:
             raise NoSuchControl(keyword)
+        if is_unfit_profile(control, text.encode()):
+            return False
         return control.set_text(text)
 
     def walk_shortcuts(self):

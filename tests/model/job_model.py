@@ -9,9 +9,10 @@ commit.
 import dataclasses
 
 from inspect_model import (CustomPageSize, Item, JobNote, Popup, Range, Reader,
-                           SpecialOption, latin, to_long)
+                           SpecialOption, is_string, is_unfit_profile, latin,
+                           to_long, without_controls)
 from note_ciphers import note_from_store, stored_note
-from note_model import (COLUMNS_KEY, FEATURE, ROWS_KEY, NoteWriter, blanked)
+from note_model import COLUMNS_KEY, FEATURE, ROWS_KEY, NoteWriter
 
 HELD_BACK, COMMENT, DESTINATION = -9, 501, 900
 CLOSING = (72, 73)
@@ -53,20 +54,10 @@ CHOICES_KEY = "com.zub.print.pde.645EBB97-CCEC-44A1-ADE0-29E4901A642D.%s.PInf"
 
 def plain_feature(key, value):
     """The short text, or nothing if it is too long or may not stand there."""
-    if blanked(key + value) != key + value:
+    if without_controls(key + value) != key + value:
         return b""
     text = b"%%BeginFeature: " + key + b" " + value + b"\n%%EndFeature\n"
     return text if len(text) < SHORT else b""
-
-
-def is_string(text):
-    """Whether it stands between parentheses as it is."""
-    depth = 0
-    for byte in text:
-        depth += (byte == ord("(")) - (byte == ord(")"))
-        if depth < 0 or byte == ord("\\"):
-            return False
-    return depth == 0
 
 
 def is_fit_profile(control):
@@ -76,13 +67,13 @@ def is_fit_profile(control):
         return True
     text = control.current.keyword
     code = next(i.code for i in control.items if i.keyword == text)
-    return blanked(text) == text and (code is not None or is_string(text))
+    return without_controls(text) == text and (code is not None or is_string(text))
 
 
 def dynamic_option(keyword, text):
     """The option as the note has it, or nothing if it can't stand there."""
     option = DYNAMIC_OPTION % ((keyword, text) * 2)
-    if blanked(text) != text or not is_string(text) or \
+    if without_controls(text) != text or not is_string(text) or \
             len(option) >= OPTION_LIMIT:
         return b""
     return option.replace(b"EFBBBF", b"\xef\xbb\xbf")
@@ -209,13 +200,10 @@ class Dialog:
         self.find_note(keyword).text = text.encode()
 
     def set_value(self, keyword, text):
-        control, data = self.find(keyword.encode()), text.encode()
-        if control and control.keyword in SPECIALS and \
-                isinstance(control, Popup) and data not in (
-                    i.keyword for i in control.items) and \
-                not (is_string(data) and blanked(data) == data):
-            return False
         taken = self.ppd.set_value(keyword, text)
+        control = self.find(keyword.encode())
+        if is_unfit_profile(control, text.encode()):
+            return taken
         if self.host.two_way and keyword.encode() in SPECIALS:
             self.fill_note(keyword.encode(), text)
         return taken
@@ -279,7 +267,7 @@ class Dialog:
                     self.orientation not in (1, 3):
                 self.add(FEATURE, N_UP_RESET)
         # Only ASCII letters have an upper case here.
-        name = blanked(self.host.process_name.encode().upper())
+        name = without_controls(self.host.process_name.encode().upper())
         source = (b"%%BeginFeature: *ZUSourceAppType " + name +
                   b"\n\n%%EndFeature\n")
         if len(source) < SHORT:
@@ -322,7 +310,7 @@ class Dialog:
             text = plain_feature(b"*" + key.encode(), value.encode())
             if to_long(value.encode()) == -1:
                 continue
-            if blanked(key.encode() + value.encode()) != \
+            if without_controls(key.encode() + value.encode()) != \
                     key.encode() + value.encode():
                 continue
             if not text:
@@ -380,7 +368,7 @@ class Dialog:
         option = self.special_option(b"*ZUUTF8_Version")
         if option and len(option.value) <= 127:
             self.add(COMMENT, b"%%ZUUTF8_Version: " +
-                     blanked(option.value) + b" \n")
+                     without_controls(option.value) + b" \n")
 
     # -- what stays
 

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """How job notes, and the comments about the page, get into the job."""
 
-from inspect_model import JobNote, UTF8_NOTES
+from inspect_model import JobNote, UTF8_NOTES, without_controls
 from note_ciphers import NoteCipher, described_user
 
 FEATURE, NOTE_COMMENT, PAGE_COMMENT = 81, 30, 504
@@ -17,11 +17,6 @@ PREFIXES = {
     b"*Instruct": b"%%ZUBCustom3: ", b"*Notes3": b"%%ZUBCustom4: ",
     b"*Resume": b"%%PersPassword: ", b"*DeptPassword": b"%%DeptPassword: ",
     USER: b"", PASSWORD: USER_TAG, b"*ZUBPrintTime": b"%%ZUBPrintTime: "}
-
-
-def blanked(text):
-    """Control characters would end a comment."""
-    return bytes(32 if b < 32 or b == 127 else b for b in text)
 
 
 def cut(text):
@@ -108,7 +103,7 @@ class NoteWriter:
                 (prefix + digits + b"\n", True)
         if note.keyword == USER:
             return b"", self.take_user(note, text)
-        return prefix + blanked(text) + b"\n", True
+        return prefix + without_controls(text) + b"\n", True
 
     def take_user(self, note, text):
         """Whether the name's code goes out too."""
