@@ -47,12 +47,18 @@ OptionChoice CutAtEquals(std::string const& text) {
     return {text.substr(0, at), text.substr(at + 1)};
 }
 
+// What of an argument without its "=" can be told: the rest may be a password.
+std::string KeywordIn(std::string const& text) {
+    std::size_t const length = text.starts_with('*') ? text.find_first_of(" =:") : 0;
+    return length < text.size() ? text.substr(0, length) + "..." : text;
+}
+
 // Only the value is text; a keyword is whatever bytes the PPD has.
 CLI::Validator SettingCheck() {
     return {[](std::string& text) {
                 auto const [keyword, value] = CutAtEquals(text);
                 if (keyword.empty() || !value) {
-                    return "'" + text + "' isn't KEY=VALUE";
+                    return "'" + KeywordIn(text) + "' isn't KEY=VALUE";
                 }
                 return IsUTF8(*value) ? std::string() : std::string("The value isn't UTF-8");
             },
@@ -74,7 +80,7 @@ CLI::Validator SettingFileCheck() {
     return {[](std::string& text) {
                 auto const [keyword, file] = CutAtEquals(text);
                 bool const isFile = !keyword.empty() && file && !file->empty();
-                return isFile ? std::string() : "'" + text + "' isn't KEY=FILE";
+                return isFile ? std::string() : "'" + KeywordIn(text) + "' isn't KEY=FILE";
             },
             ""};
 }

@@ -7,10 +7,8 @@
 #include "PPDX/PPDObjects/Controls/PPDText.h"
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
-#include "PPDX/PPDObjects/Controls/PPDXJobNote.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
-#include "VelonFeatures/Project/Core/Job/ZUBJobNote.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "VelonFeatures/Project/Core/ProfileNotes.h"
 #include "ZUBUtils/PPDUtils/PlainText.h"
@@ -29,21 +27,6 @@ constexpr char kCustomPrintSize[] = "CustomPrintSize";
 constexpr char kSameAsPageSize[] = "SameAsPageSize";
 
 using Pair = std::pair<long, long>;
-
-// How many bytes of a note's text come whole into the job, as a cipher or as a comment.
-std::size_t LongestInJob(ZUBPPD& ppd, PPDXJobNote& note) {
-    constexpr std::size_t kLongestComment = 255;
-    constexpr std::size_t kLongestInCode = 512;
-    if (note.IsEncrypt() != 0 || note.IsAESEncrypt() != 0) {
-        bool const isAES = IsAESNote(CipherChoiceOf(&ppd, note.IsAESEncrypt() != 0));
-        return isAES ? kLongestAESNote : kLongestDESNote;
-    }
-    char const* const keyword = note.Keyword();
-    bool const hasComment = keyword != nullptr && std::ranges::any_of(gKeywordMap, [&](auto& row) {
-                                return std::strcmp(keyword, row.keyword) == 0;
-                            });
-    return hasComment ? kLongestComment : kLongestInCode;
-}
 
 // A profile that isn't the PPD's own and would end what it stands in.
 bool IsUnfitProfile(PPDXControl& control, CFStringRef asked, std::string_view text) {
@@ -168,7 +151,7 @@ void ControlSettings::Set(PPDXControl& control, ControlSetting const& setting) {
     bool const stays = !after || !before || CFEqual(after, before);
     // What was kept out of the command line isn't told here either.
     if (!setting.file.empty()) {
-        Warn(setting.keyword + " doesn't take what " + setting.file + " holds");
+        Warn(setting.keyword + " doesn't take what the file for it holds");
         return;
     }
     Warn(setting.keyword + " doesn't take " + std::string(setting.value.View()) + " and " +
@@ -198,18 +181,6 @@ void ControlSettings::ApplyPaperFeed(std::string const& keyword) {
     }
     slot->SetKeywordSelect(keyword.c_str(), true);
     Note(*slot);
-}
-
-void ControlSettings::CheckNotes() {
-    DisplayOptionsScope const all(kDisplayAll);
-    for (PPDXJobNote* note = GetFirstJobNote(mPPD.GetControls()); note != nullptr;
-         note = GetNextJobNote(mPPD.GetControls())) {
-        std::size_t const limit = LongestInJob(mPPD, *note);
-        if (note->GetNotes() != nullptr && std::strlen(note->GetNotes()) > limit) {
-            Warn(Text(note->Keyword()) + " is too long, the job takes " + std::to_string(limit) +
-                 " bytes of it");
-        }
-    }
 }
 
 void ControlSettings::CheckRules() {

@@ -35,8 +35,6 @@ class ControlSettings {
     // Warns of each choice that a rule sets against the present selection, with what stands against
     // it. Called when all choices are made.
     void CheckRules();
-    // Warns of each note that the job would cut or leave out for its length.
-    void CheckNotes();
 
     // Lines told so far.
     std::size_t Warnings() const { return mWarnings; }

@@ -8,9 +8,13 @@
 #include <system_error>
 
 #include "VelonFeatures/Project/Core/BundleIdentity.h"
+#include "VelonFeatures/Project/Core/Job/ZUBJobNoteList.h"
 #include "VelonFeatures/Project/Core/PDEData.h"
 #include "VelonFeatures/Project/Core/PlugIn/ProjectPDE.h"
+#include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
+#include "VelonFeatures/Project/Core/Warning.h"
+#include "VelonFeatures/Project/Core/ZUBJobTicket.h"
 #include "host/HostFiles.h"
 #include "host/JsonText.h"
 #include "platform/CFRef.h"
@@ -149,6 +153,14 @@ Outcome DialogSession::Commit() {
     mJobDataPath = written ? std::move(path) : std::string();
     return written || PPD() == nullptr ? Outcome::Done()
                                        : Outcome::Failed("can't write the job data file in /tmp");
+}
+
+std::size_t DialogSession::TryNotes() {
+    std::size_t const before = WarningCount();
+    PrintSettingsTicket settings(mSession.Get());
+    ZUBJobTicket ticket(&settings, CFRef<CFStringRef>(CreatePostscriptDataFileKey()));
+    ZUBJobNoteList(PPD(), false).outInjectionData(&ticket, mSession.Get());
+    return WarningCount() - before;
 }
 
 CFTypeRef DialogSession::JobPairs() {

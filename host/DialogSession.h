@@ -37,6 +37,10 @@ class DialogSession {
     // Its pairs as the session has them, for JobDataFile; borrowed, null if it wrote none.
     static CFTypeRef JobPairs();
 
+    // Makes the notes of a job that nobody gets; how many lines of warning came of it. The notes
+    // have the texts then that a commit leaves them, so only for a dialog that makes none.
+    std::size_t TryNotes();
+
   private:
     Outcome WriteRecord(PrintOptions const& options) const;
     Outcome MakeContext();

@@ -116,6 +116,7 @@ Outcome PrintCommand::TryChoices(TicketFile const& tickets) {
     Outcome outcome = dialog.Start(options, MakeAndModel(), tickets);
     if (outcome.Ok()) {
         outcome = MakeChoices(dialog, warnings);
+        warnings += dialog.TryNotes();
     }
     return outcome.Ok() && warnings > 0
                ? Outcome::Failed("not every choice for " + mOptions.ppd +
@@ -141,9 +142,6 @@ Outcome PrintCommand::MakeChoices(DialogSession& dialog, std::size_t& warnings) 
         settings.ApplyPaperFeed(feed);
     }
     settings.CheckRules();
-    if (mOptions.strict) {
-        settings.CheckNotes();  // else the commit tells
-    }
     warnings = settings.Warnings();
     return outcome;
 }

@@ -25,7 +25,7 @@ namespace {
 Outcome ReadArgument(std::string const& argument, WipedText& text) {
     WipedText whole(argument);
     if (argument == "-") {
-        if (Outcome outcome = SettingFiles::ReadText("-", whole); !outcome.Ok()) {
+        if (Outcome outcome = SettingFiles::ReadText("-", "standard input", whole); !outcome.Ok()) {
             return outcome;
         }
     }

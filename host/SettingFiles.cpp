@@ -18,10 +18,6 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-std::string NameOf(std::string const& file) {
-    return SettingFiles::IsStandardInput(file) ? "standard input" : file;
-}
-
 // Read without a stream, whose own buffer would keep the text. 0, or the system's error number.
 int ReadAll(int file, WipedText& text) {
     std::array<char, 4096> bytes;
@@ -46,7 +42,7 @@ bool SettingFiles::IsStandardInput(std::string_view file) {
     return std::ranges::find(kNames, file) != std::ranges::end(kNames);
 }
 
-Outcome SettingFiles::ReadText(std::string const& file, WipedText& text) {
+Outcome SettingFiles::ReadText(std::string const& file, std::string const& name, WipedText& text) {
     bool const isInput = IsStandardInput(file);
     int const opened = isInput ? STDIN_FILENO : open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
     WipedText whole;
@@ -55,7 +51,7 @@ Outcome SettingFiles::ReadText(std::string const& file, WipedText& text) {
         close(opened);
     }
     if (error != 0) {
-        return Outcome::Failed("can't read " + NameOf(file) + ": " + HostFiles::Reason(error));
+        return Outcome::Failed("can't read " + name + ": " + HostFiles::Reason(error));
     }
     std::string_view value = whole.View();
     if (value.ends_with('\n')) {
@@ -65,7 +61,7 @@ Outcome SettingFiles::ReadText(std::string const& file, WipedText& text) {
         value.remove_prefix(kByteOrderMark.size());
     }
     if (value.size() > kLongestText) {
-        return Outcome::Failed(NameOf(file) + " is too long for a value, which takes " +
+        return Outcome::Failed(name + " is too long for a value, which takes " +
                                std::to_string(kLongestText) + " bytes");
     }
     text = WipedText(value);
@@ -81,18 +77,18 @@ Outcome SettingFiles::Read(std::vector<ControlSetting>& settings, bool inputIsTa
             return {ExitStatus::kUsage, "standard input can be read only once"};
         }
         // Who gives the value itself by mistake isn't to find it in a log.
-        if (!IsStandardInput(setting.file) && access(setting.file.c_str(), F_OK) != 0 &&
-            errno == ENOENT) {
-            return Outcome::Failed("there is no such file for " + setting.keyword +
-                                   "; --set-from takes a file, not the value");
+        std::string const name =
+            IsStandardInput(setting.file) ? "standard input" : "the file for " + setting.keyword;
+        if (!IsStandardInput(setting.file) && access(setting.file.c_str(), R_OK) != 0) {
+            return Outcome::Failed("can't read " + name + ": " + HostFiles::Reason(errno) +
+                                   " (--set-from takes a file, not the value)");
         }
-        if (Outcome outcome = ReadText(setting.file, setting.value); !outcome.Ok()) {
+        if (Outcome outcome = ReadText(setting.file, name, setting.value); !outcome.Ok()) {
             return outcome;
         }
         std::string_view const value = setting.value.View();
         if (value.find('\0') != std::string_view::npos || !JsonText::FromUTF8(value)) {
-            return Outcome::Failed(NameOf(setting.file) +
-                                   " isn't text in UTF-8, in which it has to be saved");
+            return Outcome::Failed(name + " isn't text in UTF-8, in which it has to be saved");
         }
     }
     return Outcome::Done();

@@ -20,6 +20,7 @@ class SettingFiles {
     static Outcome Read(std::vector<ControlSetting>& settings, bool inputIsTaken);
     // Whether the name is that of standard input: "-", or as a file.
     static bool IsStandardInput(std::string_view file);
-    // The file's text without a line end at its end, and without a byte order mark.
-    static Outcome ReadText(std::string const& file, WipedText& text);
+    // The file's text without a line end at its end, and without a byte order mark. Errors call the
+    // file by `name`: what was meant for a file may be the secret itself.
+    static Outcome ReadText(std::string const& file, std::string const& name, WipedText& text);
 };

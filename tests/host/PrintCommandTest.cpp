@@ -140,7 +140,7 @@ TEST_F(PrintCommandTest, WhatFailsIsToldInOneLineAndWritesNoJob) {
         {{"--ppd", ppd, "--bundle", empty}, empty},
         {{"--ppd", ppd, "--bundle", listless}, listless},
         {{"--ppd", ppd, "--set-from", "*N=" + PathOf("missing")}, "*N"},
-        {{"--ppd", ppd, "--set-from", "*N=" + empty}, empty},
+        {{"--ppd", ppd, "--set-from", "*N=" + empty}, "*N"},
         {{"--ppd", ppd, "--set-from", "*N=" + Write("latin", "\xFCx")}, "UTF-8"},
         {{"--ppd", ppd, "--set-from", "*N=" + Write("zero", std::string("a\0b", 3))}, "UTF-8"},
         {{"--ppd", ppd, "--set-from", "*N=/dev/zero"}, "too long"},

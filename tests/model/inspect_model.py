@@ -625,7 +625,7 @@ class JobNote(Control):
     def filled(self, text):
         marker, comments = b"<" + self.keyword + b">", b""
         if self.code[:2] == b"%%":
-            comments = re.match(rb"(?:%[^\r\n]*[\r\n]*)*", self.code)[0]
+            comments = re.match(rb"(?:%[^\r\n\f]*[\r\n\f]*)*", self.code)[0]
             text = without_controls(text)
         digits = b"<" + text.hex().upper().encode() + b">"
         return replace_ignoring_case(

@@ -118,10 +118,11 @@ CFRef<CFStringRef> MacRomanString(std::string_view bytes) {
 
 // The lines of comments that the code begins with.
 std::size_t LengthOfComments(std::string_view code) {
+    constexpr std::string_view kCommentEnds = "\r\n\f";
     std::size_t length = 0;
     while (code.substr(length).starts_with('%')) {
-        std::size_t const end = std::min(code.find_first_of("\r\n", length), code.size());
-        length = std::min(code.find_first_not_of("\r\n", end), code.size());
+        std::size_t const end = std::min(code.find_first_of(kCommentEnds, length), code.size());
+        length = std::min(code.find_first_not_of(kCommentEnds, end), code.size());
     }
     return length;
 }

@@ -180,6 +180,12 @@ bool PPDXJobNote::HasUTF8Keyword() const {
     return IsOneOf(kUTF8Keywords, Keyword());
 }
 
+bool PPDXJobNote::IsCutInCode() {
+    bool const holdsText = PPDXControl::PostScript(nullptr) > 0 ||
+                           !CommentHead(mNoteFlags, Keyword() != nullptr ? Keyword() : "").empty();
+    return holdsText && mNotes != nullptr && mNotes->Size() > kLongestInCode;
+}
+
 bool PPDXJobNote::IsAnyText() const {
     return (mNoteFlags & kLimitsCharacters) == 0;
 }

@@ -95,6 +95,8 @@ class PPDXJobNote : public PPDXControl {
     std::uint32_t IsNoComma() const { return mNoteFlags & kNoteNoComma; }
     std::uint32_t IsUTF8() const { return mNoteFlags & kNoteUTF8; }
     std::uint32_t IsAESEncrypt() const { return mNoteFlags & kNoteAESEncrypt; }
+    // Whether its PostScript holds the text cut.
+    bool IsCutInCode();
     // Whether the text is UTF-8 for its keyword's sake, whatever the flags say.
     bool HasUTF8Keyword() const;
     // No flag limits the characters.

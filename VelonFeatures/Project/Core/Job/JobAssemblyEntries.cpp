@@ -109,9 +109,16 @@ bool IsFit(std::string const& key, std::string const& value) {
     return fit;
 }
 
-// Whether nobody chose the value: it is the PPD's default. Of an option that isn't a list nobody
-// can choose a path or a destination: its value counts as the PPD's own.
+std::string_view ViewOf(char const* text) {
+    return text == nullptr ? std::string_view() : std::string_view(text);
+}
+
+// Whether nobody chose the value: it is the PPD's default. Of an option that is neither a list nor
+// a note nobody can choose a path or a destination: its value counts as the PPD's own.
 bool IsPPDsOwn(PPDXControl* control) {
+    if (auto* const note = dynamic_cast<PPDXJobNote*>(control)) {
+        return ViewOf(note->GetNotes()) == ViewOf(note->GetDefaultNotes());
+    }
     if (auto* const popup = dynamic_cast<PPDXPopupControl*>(control)) {
         char const* const keyword = popup->GetDefaultKeyword();
         char const* const current = popup->CurrentKeyword();

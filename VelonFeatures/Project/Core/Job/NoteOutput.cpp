@@ -192,6 +192,9 @@ bool NoteOutput::OutFeature(ZUBJobNote& note, short row) {
         }
         other.emplace(control, cipher.CStr());
     }
+    if (control.IsCutInCode()) {
+        Warn(NameOf(control) + " is cut in its code, which takes 511 bytes of a longer text");
+    }
     WipedBytes const code = PostScriptOf(control);
     return mTicket.Add(kFeatureSite, code.data(), code.size()) && mStatus == noErr;
 }

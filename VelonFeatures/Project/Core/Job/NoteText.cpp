@@ -3,6 +3,8 @@
 
 #include <vector>
 
+#include "platform/CFRef.h"
+
 namespace {
 
 constexpr std::size_t kUTF8BytesPerByte = 4;
@@ -52,17 +54,17 @@ WipedText WithSlashDoubled(std::string_view name) {
 }
 
 std::string_view CutText(std::string_view text, std::size_t limit) {
-    auto const continues = [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-    };
-    constexpr std::size_t kLongestTail = 3;
     if (text.size() <= limit) {
         return text;
     }
-    std::size_t end = limit;
-    while (end > 0 && limit - end < kLongestTail && continues(text[end])) {
-        --end;
+    CFRef<CFStringRef> const isUTF8(
+        CFStringCreateWithBytes(nullptr, reinterpret_cast<std::uint8_t const*>(text.data()),
+                                static_cast<CFIndex>(text.size()), kCFStringEncodingUTF8, false));
+    auto const continues = [text](std::size_t at) {
+        return (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
+    };
+    while (isUTF8 && limit > 0 && continues(limit)) {
+        --limit;
     }
-    bool const isCharacter = (static_cast<unsigned char>(text[end]) & 0xC0) == 0xC0;
-    return text.substr(0, isCharacter ? end : limit);
+    return text.substr(0, limit);
 }

@@ -70,6 +70,7 @@ TEST(PPDXJobNoteTest, BehindACommentTheTextIsAStringAgain) {
     EXPECT_EQ(
         Emitted(*NewNote("*N", {"%%A <*n>\r\n%<*N>\n/n (<*N>) def %<*N>\n", "a) b ("})),
         Framed("*N a) b (", "%%A a) b (\r\n%a) b (\n/n <612920622028> def %<612920622028>\n"));
+    EXPECT_EQ(Emitted(*NewNote("*N", {"%%A\f(<*N>)", ")"})), Framed("*N )", "%%A\f<29>"));
 }
 
 TEST(PPDXJobNoteTest, NotesThatShareAListsKeywordReportNoLength) {

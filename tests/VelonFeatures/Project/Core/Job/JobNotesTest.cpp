@@ -118,6 +118,7 @@ TEST_F(JobNotesTest, ACommentTakes255BytesAndNoHalfCharacter) {
         {std::string(253, 'a') + "é", std::string(253, 'a') + "é"},
         {std::string(252, 'a') + "\xF0\x9F\x96\xA8", std::string(252, 'a')},
         {std::string(254, 'a') + "\x80\x80", std::string(254, 'a') + "\x80"},
+        {std::string(254, 'a') + "\xD2\x8A\x8E", std::string(254, 'a') + "\xD2"},
     };
     for (auto const& [text, comment] : cases) {
         OpenNotes(Note("Notes2", ""));
