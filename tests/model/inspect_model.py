@@ -370,16 +370,18 @@ class Popup(Control):
     def is_selected(self, keyword):
         return any(i.selected for i in self.items if i.keyword == keyword)
 
+    def item_of(self, text):
+        free = self.keyword in FREE_CHOICE
+        return next((i for i in self.items if i.text(free) == text or (
+            free and i.name is not None and i.name.lower() == text.lower())),
+            None)
+
     def set_text(self, text):
         """True if taken, False if not, None if it can't be told."""
-        free = self.keyword in FREE_CHOICE
-        for item in self.items:
-            if item.text(free) == text or (
-                    free and item.name is not None and
-                    item.name.lower() == text.lower()):
-                self.select(item)
-                return True
-        if not free:
+        if item := self.item_of(text):
+            self.select(item)
+            return True
+        if self.keyword not in FREE_CHOICE:
             return False
         keyword = text.encode()
         if len(keyword) > 63:
@@ -573,9 +575,10 @@ def is_string(text):
 
 def is_unfit_profile(control, text):
     """A profile that isn't the PPD's own and would end what it stands in."""
+    data = text.encode()
     return isinstance(control, Popup) and control.keyword in FREE_CHOICE and \
-        text not in (i.keyword for i in control.items) and \
-        not (is_string(text) and without_controls(text) == text)
+        control.item_of(text) is None and \
+        not (is_string(data) and without_controls(data) == data)
 
 
 class JobNote(Control):
@@ -1493,7 +1496,7 @@ class Reader:
         control = self.find(self.controls, keyword.encode())
         if control is None:
             raise NoSuchControl(keyword)
-        if is_unfit_profile(control, text.encode()):
+        if is_unfit_profile(control, text):
             return False
         return control.set_text(text)
 

@@ -202,7 +202,7 @@ class Dialog:
     def set_value(self, keyword, text):
         taken = self.ppd.set_value(keyword, text)
         control = self.find(keyword.encode())
-        if is_unfit_profile(control, text.encode()):
+        if is_unfit_profile(control, text):
             return taken
         if self.host.two_way and keyword.encode() in SPECIALS:
             self.fill_note(keyword.encode(), text)
