@@ -12,6 +12,7 @@
 #include <CLI/CLI.hpp>
 
 #include "host/JsonText.h"
+#include "host/WatermarkFault.h"
 #include "platform/CFRef.h"
 
 namespace {
@@ -259,6 +260,23 @@ void DescribeRecord(CLI::App& app, PrintOptions& options) {
         ->capture_default_str();
 }
 
+void DescribeWatermarks(CLI::App& app, PrintOptions& options) {
+    AddTexts(
+        app, "--watermark",
+        "Give the printer's record this watermark; may be repeated, and the first one replaces "
+        "what is there",
+        [&options](std::vector<std::string> const& records) { options.watermarks = records; })
+        ->allow_extra_args(false)
+        ->check(CLI::Validator([](std::string& record) { return WatermarkFault(record); }, ""))
+        ->type_name("RECORD");
+    app.add_option(
+           "--select-watermark", options.selectedWatermark,
+           "Select a watermark of the printer, counted from 0, on the pages that its record "
+           "tells; -1 for none")
+        ->check(CLI::Range(-1, INT32_MAX))
+        ->type_name("N");
+}
+
 void DescribePrint(CLI::App& app, PrintOptions& options) {
     app.add_option("--ppd", options.ppd, "The printer's PPD")->required()->type_name("PPD");
     CLI::Option* const document =
@@ -280,6 +298,7 @@ void DescribePrint(CLI::App& app, PrintOptions& options) {
     DescribePrinter(app, options);
     DescribeTickets(app, options);
     DescribeRecord(app, options);
+    DescribeWatermarks(app, options);
     AddText(app, "--process-name", options.processName, "Name of the printing application")
         ->capture_default_str();
     AddText(app, "--bundle-id", options.bundleID, "Bundle identifier of the printing application")

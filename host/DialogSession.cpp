@@ -5,9 +5,13 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include "VelonFeatures/Project/Core/BundleIdentity.h"
+#include "VelonFeatures/Project/Core/Job/WatermarkResource.h"
 #include "VelonFeatures/Project/Core/Job/ZUBJobNoteList.h"
 #include "VelonFeatures/Project/Core/PDEData.h"
 #include "VelonFeatures/Project/Core/PlugIn/ProjectPDE.h"
@@ -25,6 +29,25 @@ namespace {
 
 std::int16_t Pixels(std::uint32_t size) {
     return static_cast<std::int16_t>(std::min<std::uint32_t>(size, INT16_MAX));
+}
+
+// False when not every one of them stands in the record then: some texts can't. No watermarks
+// leave what is there.
+bool PutWatermarks(ZUBTolvanePrinterPList& records, CFStringRef printer,
+                   std::vector<std::string> const& watermarks) {
+    using DataItem = ZUBTolvanePrinterPList::DataItem;
+    if (watermarks.empty()) {
+        return true;
+    }
+    auto const items = std::make_unique<DataItem[]>(watermarks.size());
+    for (std::size_t i = 0; i < watermarks.size(); ++i) {
+        watermarks[i].copy(items[i], sizeof items[i] - 1);
+    }
+    auto const count = static_cast<std::int32_t>(watermarks.size());
+    CFRef<CFMutableArrayRef> const stored(CFArrayCreateMutable(nullptr, 0));
+    return records.AddDataBlob(printer, count, PDEData::kWatermarkBlock, items.get()) &&
+           records.GetDataBlob(printer, PDEData::kWatermarkBlock, stored) &&
+           CFArrayGetCount(stored) == count;
 }
 
 }  // namespace
@@ -71,23 +94,31 @@ Outcome DialogSession::Start(PrintOptions const& options,
     return outcome;
 }
 
-Outcome DialogSession::WriteRecord(PrintOptions const& options) const {
-    if (!options.address && !options.noAddress) {
+Outcome DialogSession::WriteRecord(PrintOptions const& options) {
+    bool const hasAddress = options.address || options.noAddress;
+    if (!hasAddress && options.watermarks.empty()) {
         return Outcome::Done();
     }
+    std::string const failed = "can't write the record of the printer " + options.printer + ": ";
     ZUBTolvanePrinterPList records;
     char const* const home = std::getenv("HOME");
     if (home == nullptr || *home != '/') {
-        return Outcome::Failed("can't write the record of the printer " + options.printer +
-                               ": HOME is no absolute path");
+        return Outcome::Failed(failed + "HOME is no absolute path");
     }
-    bool const written = records.Add(JsonText::FromUTF8(options.printer),
-                                     JsonText::FromUTF8(options.address.value_or("")),
-                                     options.address.has_value()) &&
-                         records.Save();
-    return written ? Outcome::Done()
-                   : Outcome::Failed("can't write the record of the printer " + options.printer +
-                                     ": " + HostFiles::Reason(records.FileError()));
+    CFRef<CFStringRef> const printer = JsonText::FromUTF8(options.printer);
+    bool isThere = false;
+    records.Exists(printer, isThere);
+    if ((hasAddress || !isThere) &&
+        !records.Add(printer, JsonText::FromUTF8(options.address.value_or("")),
+                     options.address.has_value())) {
+        return Outcome::Failed(failed + "it can't hold the name or the address as it was given");
+    }
+    if (!PutWatermarks(records, printer, options.watermarks)) {
+        return Outcome::Failed(failed + "it can't hold a watermark as it was given");
+    }
+    return PDEData::SaveRecords(records)
+               ? Outcome::Done()
+               : Outcome::Failed(failed + HostFiles::Reason(records.FileError()));
 }
 
 Outcome DialogSession::MakeContext() {
@@ -140,6 +171,29 @@ std::string DialogSession::PaperFeed() const {
     return gPDEData->PaperFeed();
 }
 
+void DialogSession::TakeWatermarks(std::vector<std::string> const& records) {
+    if (records.empty() || gPDEData == nullptr) {
+        return;
+    }
+    WatermarkList::Watermarks watermarks;
+    for (std::string const& record : records) {
+        watermarks.push_back(std::make_unique<ZUBWatermark>(record.c_str()));
+    }
+    gPDEData->Watermarks().Replace(std::move(watermarks));
+}
+
+std::string DialogSession::SelectWatermark(int number) {
+    if (gPDEData == nullptr) {
+        return {};
+    }
+    WatermarkList& list = gPDEData->Watermarks();
+    if (number >= list.Count()) {
+        return gPDEData->WhyNoWatermark(number);
+    }
+    list.Select(number);
+    return {};
+}
+
 // A commit with a PPD has something to write, whatever the choices. That it was written shows in
 // the ticket alone, by a new path.
 Outcome DialogSession::Commit() {
@@ -155,11 +209,14 @@ Outcome DialogSession::Commit() {
                                        : Outcome::Failed("can't write the job data file in /tmp");
 }
 
-std::size_t DialogSession::TryNotes() {
+std::size_t DialogSession::TryJob() {
     std::size_t const before = WarningCount();
     PrintSettingsTicket settings(mSession.Get());
     ZUBJobTicket ticket(&settings, CFRef<CFStringRef>(CreatePostscriptDataFileKey()));
     ZUBJobNoteList(PPD(), false).outInjectionData(&ticket, mSession.Get());
+    if (gPDEData != nullptr) {
+        AddSelectedWatermark(ticket, *gPDEData, gPDEData->PageOrientation());
+    }
     return WarningCount() - before;
 }
 

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/LoadedPlugIn.h"
 #include "host/Options.h"
@@ -30,6 +31,11 @@ class DialogSession {
     // The paper source that the first Commit will take from the tickets, a keyword; empty for none.
     std::string PaperFeed() const;
     static bool IsTwoWay();  // two-way communication is on for the printer
+    // Puts the watermarks of these records, if there are any, in the place of the printer's, whose
+    // record stays as it is.
+    static void TakeWatermarks(std::vector<std::string> const& records);
+    // Selects a watermark, -1 for none. Else the selection stays, and why is told.
+    static std::string SelectWatermark(int number);
     Outcome Commit();
     Outcome KeepTickets(TicketFile& file) const { return mSession.Keep(file); }
     // The file that the last Commit wrote; empty if it wrote none.
@@ -37,12 +43,13 @@ class DialogSession {
     // Its pairs as the session has them, for JobDataFile; borrowed, null if it wrote none.
     static CFTypeRef JobPairs();
 
-    // Makes the notes of a job that nobody gets; how many lines of warning came of it. The notes
-    // have the texts then that a commit leaves them, so only for a dialog that makes none.
-    std::size_t TryNotes();
+    // Makes the notes and the watermark of a job that nobody gets; how many lines of warning came
+    // of it. They have the texts then that a commit leaves them, so only for a dialog that makes
+    // none.
+    std::size_t TryJob();
 
   private:
-    Outcome WriteRecord(PrintOptions const& options) const;
+    static Outcome WriteRecord(PrintOptions const& options);
     Outcome MakeContext();
     Outcome Initialize(std::string const& ppd);
     void MakePane(std::uint32_t width, std::uint32_t height);

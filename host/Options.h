@@ -99,6 +99,9 @@ struct PrintOptions {
 
     std::optional<std::string> address;  // for the printer's record, two-way communication on
     bool noAddress = false;              // an empty one, two-way communication off
+    // For the printer's record, in the place of all that it has; none leave those.
+    std::vector<std::string> watermarks;
+    std::optional<int> selectedWatermark;  // counted from 0; -1 for none
     // The file whose presence makes all printers share one set of choices.
     std::string commonPresets = "/CommonPresets.txt";
 };

@@ -111,12 +111,14 @@ Outcome PrintCommand::TryChoices(TicketFile const& tickets) {
     PrintOptions options = mOptions;
     options.address.reset();
     options.noAddress = false;
+    options.watermarks.clear();
     DialogSession dialog;
     std::size_t warnings = 0;
     Outcome outcome = dialog.Start(options, MakeAndModel(), tickets);
     if (outcome.Ok()) {
+        DialogSession::TakeWatermarks(mOptions.watermarks);
         outcome = MakeChoices(dialog, warnings);
-        warnings += dialog.TryNotes();
+        warnings += dialog.TryJob();
     }
     return outcome.Ok() && warnings > 0
                ? Outcome::Failed("not every choice for " + mOptions.ppd +
@@ -143,6 +145,13 @@ Outcome PrintCommand::MakeChoices(DialogSession& dialog, std::size_t& warnings) 
     }
     settings.CheckRules();
     warnings = settings.Warnings();
+    std::string const refused = mOptions.selectedWatermark
+                                    ? DialogSession::SelectWatermark(*mOptions.selectedWatermark)
+                                    : std::string();
+    if (!refused.empty()) {
+        ++warnings;
+        mErr << Outcome::Warning(refused);
+    }
     return outcome;
 }
 

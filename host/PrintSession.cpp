@@ -156,6 +156,10 @@ OSStatus PrintSession::FillPrintSettings(PrintOptions const& options) {
                })) {
         settings.Remove(kPrimaryPaperFeedKey);
     }
+    // It belongs to what was selected, or to the records, before.
+    if (!options.watermarks.empty() || options.selectedWatermark) {
+        settings.Remove(kFirstPageOnlyKey);
+    }
     return settings.Status();
 }
 

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <new>
 #include <sstream>
 #include <string_view>
@@ -57,7 +56,8 @@ bool HasOurForm(std::string_view path) {
 std::string StartOf(std::string const& process) {
     constexpr int kStartField = 20;  // counted from the one behind the name
     std::ifstream file("/proc/" + process + "/stat");
-    std::string text(std::istreambuf_iterator<char>(file), {});
+    std::string text;
+    std::getline(file, text, '\0');  // a process that ends meanwhile is a read error
     std::istringstream fields(text.substr(std::min(text.rfind(')'), text.size() - 1) + 1));
     std::string field;
     for (int number = 0; number < kStartField; ++number) {

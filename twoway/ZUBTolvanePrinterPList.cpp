@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <initializer_list>
@@ -146,10 +147,19 @@ struct Block {
     CFIndex end;
 };
 
-CFIndex CountBehind(CFStringRef header, CFStringRef prefix) {
-    CFRef<CFMutableStringRef> const count(CFStringCreateMutableCopy(nullptr, 0, header));
-    CFStringFindAndReplace(count, prefix, CFSTR(""), {0, CFStringGetLength(prefix)}, 0);
-    return CFStringGetIntValue(count);
+// The element behind the last item of the block that a header opens. A count may be too high:
+// nothing of the next block goes with this one.
+CFIndex BlockEnd(CFArrayRef list, CFIndex header, CFIndex end) {
+    char text[kHeaderSize] = "";
+    CFStringGetCString(StringAt(list, header), text, sizeof text, kCFStringEncodingASCII);
+    char const* const colon = std::strchr(text, ':');
+    CFIndex const count = colon == nullptr ? 0 : std::strtol(colon + 1, nullptr, 10);
+    CFIndex item = header + 1;
+    CFIndex const told = item + std::clamp<CFIndex>(count, 0, end - item);
+    while (item < told && !IsHeader(StringAt(list, item))) {
+        ++item;
+    }
+    return item;
 }
 
 Block FindBlock(CFArrayRef list, CFIndex record, std::int32_t number) {
@@ -162,19 +172,13 @@ Block FindBlock(CFArrayRef list, CFIndex record, std::int32_t number) {
     CFIndex header = record + kBlocks;
     while (header < end && CFStringCompareWithOptions(StringAt(list, header), prefix, start,
                                                       kCFCompareCaseInsensitive) != 0) {
-        ++header;
+        // An item of another block may begin as this one's header does.
+        header = IsHeader(StringAt(list, header)) ? BlockEnd(list, header, end) : header + 1;
     }
     if (header >= end || !prefix) {
         return {end, end};
     }
-    CFIndex const count = CountBehind(StringAt(list, header), prefix);
-    CFIndex const told = std::clamp<CFIndex>(header + 1 + count, header + 1, end);
-    CFIndex item = header + 1;
-    // A count may be too high: nothing of the next block goes with this one.
-    while (item < told && !IsHeader(StringAt(list, item))) {
-        ++item;
-    }
-    return {header, item};
+    return {header, BlockEnd(list, header, end)};
 }
 
 // ---- Making elements ----
@@ -245,6 +249,11 @@ ZUBTolvanePrinterPList::~ZUBTolvanePrinterPList() {
 
 bool ZUBTolvanePrinterPList::HasList() const {
     return CFGetTypeID(PropertyList()) == CFArrayGetTypeID();
+}
+
+bool ZUBTolvanePrinterPList::IsUnread() const {
+    bool const isThere = FileError() != noErr && FileError() != ENOENT;
+    return !HasList() && (WasRead() || isThere);
 }
 
 CFIndex ZUBTolvanePrinterPList::Exists(CFStringRef name, bool& found) const {
@@ -390,6 +399,7 @@ bool ZUBTolvanePrinterPList::Make(Change change) {
 }
 
 bool ZUBTolvanePrinterPList::Save() {
+    mKeptAside.clear();
     FileLock lock;
     std::int32_t error = mRecordsReady ? MakeFolders() : memFullErr;
     if (error == noErr) {
@@ -454,8 +464,10 @@ bool ZUBTolvanePrinterPList::Complete(CFIndex record) {
         return IsTextAt(mRecords, end, DataEnd()) || Splice(end, end, ListOf({DataEnd()}));
     }
     CFIndex const form = record + kForm;
-    return Splice(form, form + OldFormLength(mRecords, record, end),
-                  ListOf({CurrentForm(), DataEnd()}));
+    CFIndex const rest = form + OldFormLength(mRecords, record, end);
+    // An older record may have an end mark already.
+    bool const hasMark = rest < CFArrayGetCount(mRecords) && IsTextAt(mRecords, rest, DataEnd());
+    return Splice(form, rest + (hasMark ? 1 : 0), ListOf({CurrentForm(), DataEnd()}));
 }
 
 // Puts `elements` in the place of those from `first` up to `end`: all of them or, without memory,
@@ -491,7 +503,7 @@ std::int32_t ZUBTolvanePrinterPList::MakeFolders() const {
 }
 
 // Copies the file to the first free name of those for files that are no list. 0, or an errno.
-std::int32_t ZUBTolvanePrinterPList::KeepUnread() const {
+std::int32_t ZUBTolvanePrinterPList::KeepUnread() {
     namespace fs = std::filesystem;
     char path[kPathSize];
     if (!GetPath(path, sizeof path)) {
@@ -507,6 +519,7 @@ std::int32_t ZUBTolvanePrinterPList::KeepUnread() const {
             }
             fs::copy_file(path, aside, error);
             if (error != std::errc::file_exists) {
+                mKeptAside = error ? "" : aside;
                 return error.value();
             }
         }

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "platform/CFRef.h"
@@ -64,6 +65,11 @@ class ZUBTolvanePrinterPList : public PropertyListFile {
     // it is as it was and the records stay.
     bool Save();
 
+    // The file to which the last Save() copied one that was no list; empty for none.
+    std::string const& KeptAside() const { return mKeptAside; }
+    // A file is there of which no record could be taken, because it can't be read or is no list.
+    bool IsUnread() const;
+
     CFArrayRef Records() const { return mRecords; }          // borrowed, until the next change
     bool RecordsChanged() const { return mRecordsChanged; }  // since they were read or saved
     // False when there was no memory for the records. Nothing can be added then, or saved.
@@ -90,11 +96,12 @@ class ZUBTolvanePrinterPList : public PropertyListFile {
     std::int32_t TakeFile();
     bool Merge(CFArrayRef there);
     std::int32_t MakeFolders() const;
-    std::int32_t KeepUnread() const;
+    std::int32_t KeepUnread();
     bool GetPath(char* path, CFIndex size) const;
 
     CFMutableArrayRef mRecords = nullptr;  // owned
     std::vector<Change> mChanges;          // since the records were read or saved, in order
+    std::string mKeptAside;
     bool mRecordsChanged = false;
     bool mRecordsReady = false;
 };

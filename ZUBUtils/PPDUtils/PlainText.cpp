@@ -2,6 +2,10 @@
 #include "ZUBUtils/PPDUtils/PlainText.h"
 
 #include <algorithm>
+#include <cstdint>
+
+#include "platform/CFRef.h"
+#include "platform/CoreFoundation.h"
 
 bool IsControlCharacter(char byte) {
     auto const number = static_cast<unsigned char>(byte);
@@ -26,4 +30,20 @@ bool IsPlainProfileText(std::string_view text) {
         }
     }
     return open == 0;
+}
+
+std::string_view CutText(std::string_view text, std::size_t limit) {
+    if (text.size() <= limit) {
+        return text;
+    }
+    CFRef<CFStringRef> const isUTF8(
+        CFStringCreateWithBytes(nullptr, reinterpret_cast<std::uint8_t const*>(text.data()),
+                                static_cast<CFIndex>(text.size()), kCFStringEncodingUTF8, false));
+    auto const continues = [text](std::size_t at) {
+        return (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
+    };
+    while (isUTF8 && limit > 0 && continues(limit)) {
+        --limit;
+    }
+    return text.substr(0, limit);
 }

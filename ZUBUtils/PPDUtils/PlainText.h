@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -14,3 +15,6 @@ std::string BlankControlCharacters(std::string text);
 // Whether the text can stand in a comment and in a PostScript string as it is: no control
 // characters, no backslash, and parentheses in pairs.
 bool IsPlainProfileText(std::string_view text);
+
+// As much of the text as `limit` bytes hold. A text in UTF-8 isn't cut within a character.
+std::string_view CutText(std::string_view text, std::size_t limit);

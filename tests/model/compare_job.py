@@ -19,11 +19,12 @@ import random_jobs
 from comparing import (Call, Dice, Result, first_difference, keep, own_folder,
                        run, run_command)
 from inspect_model import JobNote, latin
-from job_model import PAGE_FORMAT, SETTINGS, SPECIALS, Dialog, Host, \
-    document, with_options
+from job_model import FIRST_PAGE_KEY, PAGE_FORMAT, SELECTED_KEY, SETTINGS, \
+    SPECIALS, Dialog, Host, document, with_options
 from note_ciphers import described_record, packed, stored_note
 from note_model import (AES_ENCRYPT, COLUMNS_KEY, NOTE_COMMENT, ROWS_KEY, USER,
                         USER_TAG)
+from watermark_model import NUMBERS, Watermark
 
 TICKETS = "tickets.plist"
 JOB_FILES = "/tmp/Velon.temp"
@@ -65,10 +66,10 @@ class Case(Dice):
         self.name = f"zubjob{self.token}.ppd"
         self.data = random_jobs.make(seed)
         self.found = self.tickets() if self.chance(0.6) else {}
-        self.runs = [self.run(False, self.found)]
+        self.runs = [self.run(Host(), self.found)]
         call, dialog = self.runs[0]
         if call.status == 0 and self.chance(0.4):
-            self.runs.append(self.run(dialog.host.two_way,
+            self.runs.append(self.run(dialog.host,
                                       dialog.kept(dialog.tickets)))
 
     # -- what is found
@@ -96,6 +97,9 @@ class Case(Dice):
                         ["%d" % n, "two words", "値", "m" * 215, "m" * 216,
                          "a\nb", "\x7f",
                          "é" * 110])
+        if self.chance(0.4):
+            settings[SELECTED_KEY] = self.pick([-2, -1, 0, 1, 2, 99])
+            settings[FIRST_PAGE_KEY] = self.pick([-1, 0, 1, 2])
         if self.chance(0.7):
             settings.update(self.stored_choices())
         if self.chance(0.2):
@@ -128,10 +132,39 @@ class Case(Dice):
 
     # -- a run
 
-    def host(self, two_way, commits):
+    def watermark(self):
+        """A record, mostly one that is taken and can be seen."""
+        fields = ["-"] * 12
+        for place, low, high in NUMBERS:
+            fields[place] = self.pick(["1", "48", "%d" % low, "%d" % high,
+                                       "%d" % self.rng.randint(low, high)])
+        fields[6] = self.pick(["1", "0", "11", "-"])
+        if self.chance(0.04):
+            fields[self.rng.randrange(12)] = self.pick(
+                ["x", "12x", " 7", "+3", "-1", "300", "99999999999"])
+        text = self.pick(["DRAFT", "50 €, net", ",,", "t", "Entwürfe ¤",
+                          "見本 ｻﾝﾌﾟﾙ", "草稿", "あ€", "Œuvre", ")>} quit",
+                          "t" * 255, "t" * 256, "t" * 254 + "é",
+                          "é" * 127 + "見", "a日"])
+        if self.chance(0.02):
+            text = self.pick(["", "a\tb"])
+        font = self.pick(["Helvetica", "Courier-Bold", "Ryumin-Light-H"] * 5 +
+                         ["F" * 63, "F" * 64, "a b", "é", "~!$&*",
+                          "F" + self.pick("()<>[]{}/%")])
+        return ",".join(fields + [font, text])
+
+    def watermarks(self):
+        count = self.pick([1, 2, 3] * 9 + [98, 99, 100])
+        return [self.watermark() if n < 3 or n > 97 else
+                f"{n},0,0,0,0,-,0,-,0,-,-,9,F,{n}" for n in range(count)]
+
+    def host(self, former, commits):
         """(host, its arguments)"""
         arguments = []
-        host = Host(two_way=two_way)
+        host = Host(two_way=former.two_way, watermarks=former.watermarks)
+        if self.chance(0.6):
+            host.watermarks = self.watermarks()
+            arguments += [f"--watermark={r}" for r in host.watermarks]
         how = self.pick(["address", "address", "no", "neither"])
         if how == "address":
             arguments += ["--address", "host.invalid"]
@@ -156,9 +189,9 @@ class Case(Dice):
             arguments += ["--bundle-id", host.bundle_id]
         return host, arguments
 
-    def run(self, two_way, tickets):
+    def run(self, former, tickets):
         commits = self.pick([1, 1, 1, 2, 3])
-        host, arguments = self.host(two_way, commits)
+        host, arguments = self.host(former, commits)
         if commits > 1:
             arguments += ["--commits", str(commits)]
         orientation = paper_feed = None
@@ -175,10 +208,14 @@ class Case(Dice):
             arguments += ["--paper-feed", paper_feed]
         call = JobCall(["print", "--ppd", self.name, "--pairs", "--tickets",
                         TICKETS] + arguments)
-        dialog = Dialog(self.data, host, with_options(tickets, orientation,
-                                                      paper_feed, layout))
+        are_taken = all(Watermark(r).is_taken() for r in host.watermarks)
+        selected = self.pick([None] * 4 + [0] * 6 + [-1, 1, 1, 2, 98, 99])
+        tickets = with_options(tickets, orientation, paper_feed, layout)
+        if selected is not None or any("--watermark" in a for a in arguments):
+            tickets[SETTINGS].pop(FIRST_PAGE_KEY, None)
+        dialog = Dialog(self.data, host, tickets)
         if not dialog.accepted:
-            call.status = 3
+            call.status = 3 if are_taken else 2
             return call, dialog
         call.warnings += dialog.unreadable
         call.set_some(self, dialog.ppd.controls, self.pick((0, 0, 1, 2, 4)),
@@ -186,6 +223,11 @@ class Case(Dice):
         if paper_feed is None and any(
                 a.startswith("*InputSlot=") for a in call.arguments):
             dialog.drop_paper_feed()
+        if selected is not None:
+            call.arguments += ["--select-watermark", str(selected)]
+            dialog.select_watermark(selected)
+        if not are_taken:
+            call.status, call.warnings = 2, 0
         for _ in range(commits if call.status == 0 else 0):
             call.document = document(dialog.commit())
         return call, dialog
@@ -263,10 +305,12 @@ def mode(path):
 
 def left_difference(dialog):
     """The first one in what the dialog left beside the job."""
-    stored = left_tickets().get(dialog.choices_key(), {})
+    settings = left_tickets()
+    stored = settings.get(dialog.choices_key(), {})
     found = first_difference(*([list(p) for p in sorted(c.items())]
                                for c in (dialog.choices(), stored)),
                              "choices")
+    found = found or first_difference(dialog.kept_selection(), settings)
     for path in dialog.files:
         there = os.path.isdir(os.path.dirname(path) or ".")
         found = found or first_difference([0o777, 0] if there else None,

@@ -13,6 +13,7 @@ from inspect_model import (CustomPageSize, Item, JobNote, Popup, Range, Reader,
                            to_long, without_controls)
 from note_ciphers import note_from_store, stored_note
 from note_model import COLUMNS_KEY, FEATURE, ROWS_KEY, NoteWriter
+from watermark_model import MOST, Watermark
 
 HELD_BACK, COMMENT, DESTINATION = -9, 501, 900
 CLOSING = (72, 73)
@@ -47,6 +48,7 @@ CLOSING_MARKER = (b"%%EndVelonPreparse1: True\n/KTXPPDInsertionComplete where"
                   b" { pop KTXPPDInsertionComplete } if\n")
 
 SETTINGS, PAGE_FORMAT = "PMPrintSettingsTicket", "PMPageFormatTicket"
+SELECTED_KEY, FIRST_PAGE_KEY = ".SelectedWatermarkKey", ".FirstPageOnlyKey"
 FEED_KEY = "com.apple.print.PrintSettings.PMPrimaryPaperFeed"
 ORIENTATION_KEY = "com.apple.print.PageFormat.PMOrientation"
 CHOICES_KEY = "com.zub.print.pde.645EBB97-CCEC-44A1-ADE0-29E4901A642D.%s.PInf"
@@ -90,6 +92,7 @@ class Host:
     custom_paper: bool = False
     process_name: str = "zubprint"
     bundle_id: str = "com.zub.print"
+    watermarks: list = dataclasses.field(default_factory=list)  # records
 
 
 class Dialog:
@@ -106,6 +109,7 @@ class Dialog:
         if self.accepted:
             self.version = self.ppd.header["ZUVersion"]
             self.restore(self.tickets)
+            self.restore_watermarks(self.tickets)
             self.follow_orientation()
             # Once for the session data, once for the session.
             for _ in range(2):
@@ -163,6 +167,25 @@ class Dialog:
         feed = settings.get(FEED_KEY, [])
         self.paper_feed = feed[1].encode() if len(feed) > 1 else b""
         self.orientation = tickets.get(PAGE_FORMAT, {}).get(ORIENTATION_KEY, 1)
+
+    def restore_watermarks(self, tickets):
+        settings = tickets.get(SETTINGS, {})
+        records = self.host.watermarks
+        self.selected = max(-1, settings.get(SELECTED_KEY, -1))
+        self.watermarks = [Watermark(record) for record in records[:MOST]]
+        if 0 != settings.get(FIRST_PAGE_KEY, 0) < 2:
+            for watermark in self.watermarks:
+                watermark.first = True
+
+    def select_watermark(self, number):
+        """One that isn't there changes nothing."""
+        if number < len(self.watermarks):
+            self.selected = number
+
+    def selected_watermark(self):
+        if 0 <= self.selected < len(self.watermarks):
+            return self.watermarks[self.selected]
+        return None
 
     def follow_orientation(self):
         control = self.find(b"*ZUOrientation")
@@ -239,6 +262,7 @@ class Dialog:
             self.add_special(keyword)
         self.notes = NoteWriter(self)
         self.notes.write()
+        self.add_watermark()
         self.add_scale()
         if self.host.two_way:
             self.add_pc_pairs()
@@ -291,6 +315,12 @@ class Dialog:
             if note:
                 note.set_text("")
             self.add_control(control)
+
+    def add_watermark(self):
+        watermark = self.selected_watermark()
+        if watermark and watermark.has_font():
+            self.add(FEATURE, watermark.resource(
+                self.orientation, self.ppd.header["LanguageVersion"]))
 
     def add_scale(self):
         control = next((c for c in self.ppd.controls
@@ -383,9 +413,17 @@ class Dialog:
                 choices[control.keyword.decode("mac_roman")] = value
         return choices
 
+    def kept_selection(self):
+        watermark = self.selected_watermark()
+        kept = {SELECTED_KEY: self.selected}
+        if watermark:
+            kept[FIRST_PAGE_KEY] = int(watermark.first)
+        return kept
+
     def kept(self, tickets):
         """The tickets as the next dialog finds them."""
         return {**tickets, SETTINGS: {**tickets.get(SETTINGS, {}),
+                                      **self.kept_selection(),
                                       self.choices_key(): self.choices()}}
 
 

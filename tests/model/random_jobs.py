@@ -192,7 +192,8 @@ class Maker(comparing.Dice):
         name = b"ZUBDEMO.PPD" if self.chance(0.985) else b"DEMO.PPD"
         lines = [b'*PCFileName: "' + name + b'"',
                  b"*LanguageVersion: " + self.pick([b"English", b"English",
-                                                    b"Japanese"])]
+                                                    b"Japanese",
+                                                    b"Chinese"])]
         if self.chance(0.3):
             lines.append(b'*ModelName: "Demo 7 of Two"')
         lines.append(b"*LanguageEncoding: ISOLatin1")

@@ -117,6 +117,7 @@ TEST_F(ZUBTolvanePrinterPListTest, AnAddressAndABlockMakeAWholeRecordAndLeaveThe
          "A a + 2 0:2 i j 1:0 10:1 0 END"},
         {"A a + 1 3 x y z B b - 1 1 q", "A n - 2 END B b - 1 1 q",
          "A a + 2 0:2 i j END B b - 1 1 q"},
+        {"A a + 0 END B b - 0", "A n - 2 END B b - 0", "A a + 2 0:2 i j END B b - 0"},
         {"A a + 1 0 B b - 0", "A n - 2 END B b - 0", "A a + 2 0:2 i j END B b - 0"},
         // Counts that can't be.
         {"A a + 1 2 x B b - 0", "A n - 2 END 2 x B b - 0", "A a + 2 0:2 i j END 2 x B b - 0"},
@@ -156,6 +157,7 @@ TEST_F(ZUBTolvanePrinterPListTest, ABlockEndsWithItsRecordWhateverItsCountSays) 
         {"A a + 2 0:2147483647 k B b + 2 1:1 l END", "k", "none"},
         {"A a + 2 0:3 k 1:1 l END", "k", "l"},
         {"A a + 2 0:-1 k 1:x l END", "", ""},
+        {"A a + 2 1:2 0:x 1:y 0:1 m END", "m", "0:x 1:y"},
         {"A a + 1 0:1 k END", "none", "none"},
         {"A a + B b + 2 0:1 k END", "none", "none"},
     };

@@ -104,6 +104,8 @@ class PDEData {
     bool GetIPAddressEnabled() const;
     void SetIPAddressEnabled(bool enabled);
     bool SaveTolvanePrinterList();
+    // Saves them, and warns where a file that was no list had to be kept aside.
+    static bool SaveRecords(ZUBTolvanePrinterPList& records);
     ZUBTolvanePrinterPList* PrinterList() const { return mPrinterList.get(); }  // borrowed
 
     // ---- The quick-access list ----
@@ -114,6 +116,20 @@ class PDEData {
     // the pane may offer; a record without any leaves them as they are. False without a printer.
     bool GetPPDShortcuts(PPDTree& tree);
     bool SetPPDShortcuts(PPDTree tree);  // into the record; false when it couldn't be written
+
+    // ---- The watermarks of the printer's record ----
+
+    static constexpr std::int32_t kWatermarkBlock = 1;  // in which their records stand, one an item
+    // Replaces the list by the record's watermarks, as many as it has room for, all of them on the
+    // first page only if the settings say so; a record without any leaves it as it is. False
+    // without a printer, and without memory, with the list as it was.
+    bool GetWatermarksFromPreferences();
+    // Writes the list into the record at once; what the record has beyond a full list stays. False
+    // when it couldn't be written, without a printer and for an empty list. Warns of watermarks
+    // that the record can't hold and leaves them out.
+    bool SaveWatermarksToPreferences();
+    // Why the list doesn't have the watermark of that number, counted from 0; for people.
+    std::string WhyNoWatermark(std::int32_t number) const;
 
     // ---- Beside PostScript: watermark selection, PC pairs, stored pairs ----
 

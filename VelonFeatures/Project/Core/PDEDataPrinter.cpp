@@ -5,6 +5,7 @@
 #include "VelonFeatures/Project/Core/PDEData.h"
 #include "VelonFeatures/Project/Core/PPDTree.h"
 #include "VelonFeatures/Project/Core/QuickAccess.h"
+#include "VelonFeatures/Project/Core/Warning.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "platform/CFRef.h"
 #include "platform/TextEncodingConverter.h"
@@ -58,8 +59,16 @@ void PDEData::SetIPAddressEnabled(bool enabled) {
     }
 }
 
+bool PDEData::SaveRecords(ZUBTolvanePrinterPList& records) {
+    bool const isSaved = records.Save();
+    if (!records.KeptAside().empty()) {
+        Warn("what stood in the place of the printers' records is kept as " + records.KeptAside());
+    }
+    return isSaved;
+}
+
 bool PDEData::SaveTolvanePrinterList() {
-    bool const isSaved = mPrinterList != nullptr && mPrinterList->Save();
+    bool const isSaved = mPrinterList != nullptr && SaveRecords(*mPrinterList);
     // The former address went with its record.
     GetTolvanePrinterAddress(mPrinterName);
     return isSaved;

@@ -13,7 +13,6 @@
 namespace {
 
 constexpr OSStatus kNoTicketOrClient = -1;
-constexpr long kWatermarkBlock = 1;
 
 CFRef<CFStringRef> NumberedKey(char const* stem, std::size_t number) {
     return CFRef<CFStringRef>(CFStringCreateWithCString(
@@ -76,9 +75,9 @@ OSStatus PDEData::SaveNonPSSettings(PrintSettingsTicket* ticket, CFStringRef cli
         return kNoTicketOrClient;
     }
     SettingsWriter settings(*ticket, client);
-    settings.Number(kSelectedWatermarkKey, mWatermarks.mSelected);
-    if (mWatermarks.mSelected >= 0) {
-        settings.Number(kFirstPageOnlyKey, mWatermarks.mFirstPageOnly);
+    settings.Number(kSelectedWatermarkKey, mWatermarks.SelectedIndex());
+    if (ZUBWatermark const* const selected = mWatermarks.Selected(); selected != nullptr) {
+        settings.Number(kFirstPageOnlyKey, selected->FirstPageOnly() ? 1 : 0);
     }
     settings.Number(kPCCountKey, kPCPairs);
     settings.Pairs(kPCKey, kPCValue, mPCPairs);
@@ -100,21 +99,4 @@ OSStatus PDEData::RestoreNonPSSettings(PrintSettingsTicket* ticket) {
     ReadPairs(*ticket, kStoredKey, kStoredValue,
               std::span(mStoredPairs).first(static_cast<std::size_t>(mStoredPairCount)));
     return noErr;
-}
-
-void PDEData::RestoreWatermarkSelection(PrintSettingsTicket& ticket) {
-    constexpr long kNone = -1;
-    constexpr long kFirstPageValues = 2;
-    CFRef<CFMutableArrayRef> const watermarks(CFArrayCreateMutable(nullptr, 0));
-    if (mPrinterList != nullptr && watermarks) {
-        mPrinterList->GetDataBlob(mPrinterName, kWatermarkBlock, watermarks);
-    }
-    long selected = kNone;
-    bool const isKnown = ticket.GetInt(TicketKey(kSelectedWatermarkKey), selected) == noErr &&
-                         selected >= 0 && selected < CFArrayGetCount(watermarks);
-    mWatermarks.mSelected = static_cast<std::int32_t>(isKnown ? selected : kNone);
-    long firstPageOnly = 0;
-    bool const isFlag = ticket.GetInt(TicketKey(kFirstPageOnlyKey), firstPageOnly) == noErr &&
-                        firstPageOnly < kFirstPageValues;
-    mWatermarks.mFirstPageOnly = static_cast<std::int32_t>(isFlag ? firstPageOnly : 0);
 }

@@ -2,10 +2,39 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
 
-// The watermarks of a printer, as far as the job chooses among them.
-struct WatermarkList {
-    std::int32_t mCount = 0;
-    std::int32_t mSelected = -1;  // -1 for none
+#include "VelonFeatures/Project/Core/ZUBWatermark.h"
+
+// The watermarks of a printer, which the list owns, and what the job chooses among them.
+class WatermarkList {
+  public:
+    using Watermarks = std::vector<std::unique_ptr<ZUBWatermark>>;
+    static constexpr std::int32_t kMaximumCount = 99;
+
+    std::int32_t Count() const { return static_cast<std::int32_t>(mWatermarks.size()); }
+    ZUBWatermark* At(std::int32_t index) const;  // borrowed; null where there is none
+    // Takes as many as there is room for in the place of what is there; the choice stays.
+    void Replace(Watermarks watermarks);
+
+    // What is selected, whether or not the list has one of that number; -1 for none.
+    std::int32_t SelectedIndex() const { return mSelected; }
+    void Select(std::int32_t index) { mSelected = index; }
+    // Null when none is selected, and for a selection beyond the list.
+    ZUBWatermark* Selected() const { return At(mSelected); }
+    // As the settings had it: all that are loaded are for the first page only, unless it is 0.
+    std::int32_t FirstPageOnly() const { return mFirstPageOnly; }
+    void SetFirstPageOnly(std::int32_t flag) { mFirstPageOnly = flag; }
+
+    // Warns, unless this list has warned so before: each commit finds the same faults.
+    void WarnOnce(std::string const& text);
+
+  private:
+    Watermarks mWatermarks;
+    std::int32_t mSelected = -1;
     std::int32_t mFirstPageOnly = 0;
+    std::set<std::string> mTold;
 };

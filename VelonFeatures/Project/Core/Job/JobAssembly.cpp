@@ -12,6 +12,7 @@
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "VelonFeatures/Project/Core/ControlLookup.h"
 #include "VelonFeatures/Project/Core/Job/ShortText.h"
+#include "VelonFeatures/Project/Core/Job/WatermarkResource.h"
 #include "VelonFeatures/Project/Core/Job/ZUBJobNoteList.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "VelonFeatures/Project/Core/PDEData.h"
@@ -109,7 +110,8 @@ OSStatus JobAssembly::Run() {
     OutRemainingControls();
     OutStoredPairs();
     OutSpecialControls();
-    OutJobNotes();
+    std::int32_t const orientation = OutJobNotes();
+    AddSelectedWatermark(mTicket, mData, orientation);
     OutScale();
     OutPCPairs();
     OutCustomSize();
@@ -200,9 +202,10 @@ void JobAssembly::OutRemainingControl(PPDXControl* control) {
 }
 
 // The job is whole without what a note can't give it.
-void JobAssembly::OutJobNotes() {
+std::int32_t JobAssembly::OutJobNotes() {
     ZUBJobNoteList notes(mPPD, false);
     notes.outInjectionData(&mTicket, mData.Session());
+    return notes.Orientation();
 }
 
 void JobAssembly::OutDriverMarker() {

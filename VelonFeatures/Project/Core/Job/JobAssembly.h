@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
+
 #include "platform/MacTypes.h"
 
 class OptionPair;
@@ -37,7 +39,7 @@ class JobAssembly {
     void OutStoredPairs();
     void OutSpecialControls();
     void OutDynamicOption(PPDXControl* control, PPDXJobNote& note);
-    void OutJobNotes();
+    std::int32_t OutJobNotes();  // the page's orientation, as ZUBJobNoteList has it
     void OutScale();
     void OutPCPairs();
     bool OutPCPair(OptionPair const& pair);  // whether it went out

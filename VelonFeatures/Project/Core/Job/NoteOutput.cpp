@@ -17,6 +17,7 @@
 #include "VelonFeatures/Project/Core/Warning.h"
 #include "VelonFeatures/Project/Core/ZUBJobTicket.h"
 #include "ZUBUtils/PPDUtils/CString.h"
+#include "ZUBUtils/PPDUtils/PlainText.h"
 
 namespace {
 

@@ -52,19 +52,3 @@ WipedText WithSlashDoubled(std::string_view name) {
     doubled.Append(name.substr(at));
     return doubled;
 }
-
-std::string_view CutText(std::string_view text, std::size_t limit) {
-    if (text.size() <= limit) {
-        return text;
-    }
-    CFRef<CFStringRef> const isUTF8(
-        CFStringCreateWithBytes(nullptr, reinterpret_cast<std::uint8_t const*>(text.data()),
-                                static_cast<CFIndex>(text.size()), kCFStringEncodingUTF8, false));
-    auto const continues = [text](std::size_t at) {
-        return (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
-    };
-    while (isUTF8 && limit > 0 && continues(limit)) {
-        --limit;
-    }
-    return text.substr(0, limit);
-}

@@ -14,5 +14,3 @@ OSStatus ConvertTextFromApplicationToUTF8(std::string_view text, WipedText& out)
 // Puts a second slash before the first slash and colon, unless two slashes stand ahead of them: the
 // name of a user as the directory's service reads it.
 WipedText WithSlashDoubled(std::string_view name);
-// As much of the text as `limit` bytes hold. A text in UTF-8 isn't cut within a character.
-std::string_view CutText(std::string_view text, std::size_t limit);

@@ -147,6 +147,7 @@ bool ProjectPDE::SetUpSession() {
     }
     gPDEData->SetRestored(restored);
     gPDEData->RestoreNonPSSettings(&settings);
+    gPDEData->GetWatermarksFromPreferences();
     gPDEData->GetTolvanePrinterAddress(gPDEData->PrinterName());
     gPDEData->MakeJobNotesForSpecialControls();
     ticket.Save(sessionKey);
@@ -228,6 +229,7 @@ OSStatus ProjectPDE::Rebuild(ZUBJobTicket& ticket, PrintSettingsTicket& settings
     }
     gPDEData->SetRebuilt(true);
     OSStatus const result = gPDEData->RestoreNonPSSettings(&settings);
+    gPDEData->GetWatermarksFromPreferences();
     ticket.Save(CFRef<CFStringRef>(CreateSessionKey()));
     return result;
 }

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "PPDX/PPDObjects/Controls/DisplayOptions.h"
@@ -19,6 +20,7 @@
 #include "platform/Testing.h"
 #include "tests/Surroundings.h"
 #include "tests/VelonFeatures/Project/Core/TestSession.h"
+#include "twoway/ZUBTolvanePrinterPList.h"
 
 // A session, the built bundle, a home folder without anything in it, and a process that is as it
 // was before the first dialog.
@@ -55,6 +57,37 @@ class CoreFixture : public testing::Test {
         CFRef<CFStringRef> const value(
             control == nullptr ? nullptr : control->CopyCurrentControlValueString());
         return Text(value);
+    }
+    // Gives the printer a record with this block.
+    static void SetBlock(std::int32_t block, Texts const& texts) {
+        ZUBTolvanePrinterPList records;
+        auto const items = std::make_unique<ZUBTolvanePrinterPList::DataItem[]>(texts.size() + 1);
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+            texts[i].copy(items[i], sizeof(items[i]) - 1);
+        }
+        EXPECT_TRUE(records.Add(Str("Demo"), Str("address"), true));
+        EXPECT_TRUE(records.AddDataBlob(Str("Demo"), static_cast<std::int32_t>(texts.size()), block,
+                                        items.get()));
+        EXPECT_TRUE(records.Save());
+    }
+    static Texts Block(std::int32_t block) {
+        CFRef<CFMutableArrayRef> const items(CFArrayCreateMutable(nullptr, 0));
+        ZUBTolvanePrinterPList().GetDataBlob(CFSTR("Demo"), block, items);
+        Texts texts;
+        for (CFIndex i = 0; i < CFArrayGetCount(items); ++i) {
+            texts.push_back(Text(static_cast<CFStringRef>(CFArrayGetValueAtIndex(items, i))));
+        }
+        return texts;
+    }
+    static void SetWatermarks(PDEData& data, Texts const& records) {
+        WatermarkList::Watermarks watermarks;
+        for (auto const& record : records) {
+            watermarks.push_back(std::make_unique<ZUBWatermark>(record.c_str()));
+        }
+        data.Watermarks().Replace(std::move(watermarks));
+    }
+    std::unique_ptr<PDEData> MakeData(ZUBPPD* ppd = nullptr) const {
+        return std::make_unique<PDEData>(mSession.Get(), ppd, nullptr);
     }
     PPDPtr Parse() const {
         return PPDPtr(new ZUBPPD(FileURL(mSession.PPDPath()), kParseAll, nullptr));

@@ -8,7 +8,6 @@
 #include "VelonFeatures/Project/Core/PPDTree.h"
 #include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
 #include "tests/VelonFeatures/Project/Core/CoreFixture.h"
-#include "twoway/ZUBTolvanePrinterPList.h"
 
 namespace {
 
@@ -22,9 +21,6 @@ class SessionDataTest : public CoreFixture {
   protected:
     SessionDataTest() { mSession.SetPrinter("Demo", nullptr); }
 
-    std::unique_ptr<PDEData> Data(ZUBPPD* ppd = nullptr) const {
-        return std::make_unique<PDEData>(mSession.Get(), ppd, nullptr);
-    }
     void SetNumber(std::string const& key, std::int32_t number) const {
         PMTicketSetSInt32(mSession.Settings(), Str("test"), Str(key), number, false);
     }
@@ -47,30 +43,16 @@ class SessionDataTest : public CoreFixture {
         PMTicketCopyItems(mSession.Settings(), items.Receive());
         return CFDictionaryGetCount(items);
     }
-
-    // ---- Records ----
-    // Gives the printer a record with one block.
-    static void SetBlock(std::string const& printer, std::int32_t block, Texts const& texts) {
-        ZUBTolvanePrinterPList records;
-        auto const items = std::make_unique<ZUBTolvanePrinterPList::DataItem[]>(texts.size() + 1);
-        for (std::size_t i = 0; i < texts.size(); ++i) {
-            texts[i].copy(items[i], sizeof(items[i]) - 1);
-        }
-        EXPECT_TRUE(records.Add(Str(printer), Str("address"), true));
-        EXPECT_TRUE(records.AddDataBlob(Str(printer), static_cast<std::int32_t>(texts.size()),
-                                        block, items.get()));
-        EXPECT_TRUE(records.Save());
-    }
 };
 
 TEST_F(SessionDataTest, EmptySettingsGiveNoSelectionAndKeepThePairs) {
-    auto const data = Data();
-    data->Watermarks().mSelected = 5;
-    data->Watermarks().mFirstPageOnly = 1;
+    auto const data = MakeData();
+    data->Watermarks().Select(5);
+    data->Watermarks().SetFirstPageOnly(1);
     data->SetStoredPairCount(7);
     EXPECT_EQ(noErr, data->RestoreNonPSSettings(&mSettings));
-    EXPECT_EQ(-1, data->Watermarks().mSelected);
-    EXPECT_EQ(0, data->Watermarks().mFirstPageOnly);
+    EXPECT_EQ(-1, data->Watermarks().SelectedIndex());
+    EXPECT_EQ(0, data->Watermarks().FirstPageOnly());
     EXPECT_EQ(0, data->StoredPairCount());
     EXPECT_STREQ(L"*ZUPCMID", data->PCPairs()[0].Key());
     EXPECT_STREQ(L"-1", data->PCPairs()[0].Value());
@@ -98,7 +80,7 @@ TEST_F(SessionDataTest, APairComesBackWholeOrNotAtAll) {
             std::wstring const value = isKey ? L"value" : row.wide;
             SetText("MMKey0", "an earlier dialog's");
             SetText("MMValue0", "an earlier dialog's");
-            auto const data = Data();
+            auto const data = MakeData();
             data->SetStoredPairCount(2);
             for (std::size_t i : {0, 1}) {
                 data->StoredPairs()[i].SetKey(i == 0 ? key.c_str() : L"*Next");
@@ -107,7 +89,7 @@ TEST_F(SessionDataTest, APairComesBackWholeOrNotAtAll) {
             EXPECT_EQ(noErr, data->SaveNonPSSettings(&mSettings, CFSTR("client")));
             EXPECT_EQ(row.stored, Item(isKey ? "MMKey0" : "MMValue0"));
             EXPECT_EQ(isWhole, Item(isKey ? "MMValue0" : "MMKey0") != "(null)");
-            auto const next = Data();
+            auto const next = MakeData();
             EXPECT_EQ(noErr, next->RestoreNonPSSettings(&mSettings));
             ASSERT_EQ(2, next->StoredPairCount());
             OptionPair const& stored = next->StoredPairs()[0];
@@ -124,7 +106,7 @@ TEST_F(SessionDataTest, APairThatIsTooLongInTheSettingsIsNotTaken) {
     SetText("PCValue0", "7");
     SetText("PCKey1", "*Other");
     SetText("PCValue1", tooLong);
-    auto const data = Data();
+    auto const data = MakeData();
     EXPECT_EQ(noErr, data->RestoreNonPSSettings(&mSettings));
     EXPECT_STREQ(L"*ZUPCMID", data->PCPairs()[0].Key());
     EXPECT_STREQ(L"-1", data->PCPairs()[0].Value());
@@ -139,7 +121,7 @@ TEST_F(SessionDataTest, TheNumberOfStoredPairsStaysWithinTheirRoom) {
     }
     for (std::int32_t const stored : {3, 255, 256, -1, INT_MAX, INT_MIN}) {
         SetNumber(".MMKey", stored);
-        auto const data = Data();
+        auto const data = MakeData();
         std::int32_t const count = std::clamp(stored, 0, 255);
         EXPECT_EQ(noErr, data->RestoreNonPSSettings(&mSettings));
         EXPECT_EQ(count, data->StoredPairCount()) << stored;
@@ -149,39 +131,40 @@ TEST_F(SessionDataTest, TheNumberOfStoredPairsStaysWithinTheirRoom) {
     }
 }
 
-TEST_F(SessionDataTest, ASelectedWatermarkMustBeOneOfThePrintersRecord) {
-    SetBlock("Demo", 1, Texts(3, "watermark"));
+TEST_F(SessionDataTest, ASelectionBeyondTheRecordIsKeptAndSelectsNone) {
+    SetBlock(1, Texts(3, "watermark"));
     for (std::int32_t const stored : {0, 2, 3, -1, -2, INT_MAX, INT_MIN}) {
         SetNumber(".SelectedWatermarkKey", stored);
-        auto const data = Data();
+        auto const data = MakeData();
         EXPECT_EQ(noErr, data->RestoreNonPSSettings(&mSettings));
-        EXPECT_EQ(stored == 0 || stored == 2 ? stored : -1, data->Watermarks().mSelected);
+        EXPECT_TRUE(data->GetWatermarksFromPreferences());
+        EXPECT_EQ(stored == 0 || stored == 2, data->Watermarks().Selected() != nullptr) << stored;
+        EXPECT_EQ(noErr, data->SaveNonPSSettings(&mSettings, CFSTR("client")));
+        EXPECT_EQ(std::to_string(std::max(stored, -1)), Item(".SelectedWatermarkKey"));
     }
-    // Items of another block or printer are none.
-    SetBlock("Other", 1, {"a", "b"});
-    SetBlock("Demo", 1, {});
-    SetBlock("Demo", 0, {"a", "b"});
-    SetNumber(".SelectedWatermarkKey", 0);
-    auto const data = Data();
-    data->RestoreNonPSSettings(&mSettings);
-    EXPECT_EQ(-1, data->Watermarks().mSelected);
 }
 
-TEST_F(SessionDataTest, TheFirstPageFlagIsKeptWithASelectionOnly) {
-    SetBlock("Demo", 1, {"a", "b"});
+TEST_F(SessionDataTest, TheFirstPageFlagOfTheSettingsGoesForAllAndIsKeptWithASelection) {
+    SetBlock(1, {"1,2,3,4,5,-,1", "b"});
     SetNumber(".SelectedWatermarkKey", 1);
-    for (std::int32_t const stored : {0, 1, 2, INT_MAX}) {
+    for (std::int32_t const stored : {0, 1, 2, -1, INT_MAX}) {
         SetNumber(".FirstPageOnlyKey", stored);
-        auto const data = Data();
+        bool const isSet = stored == 1 || stored == -1;
+        auto const data = MakeData();
         data->RestoreNonPSSettings(&mSettings);
-        EXPECT_EQ(stored == 1 ? 1 : 0, data->Watermarks().mFirstPageOnly) << stored;
+        EXPECT_TRUE(data->GetWatermarksFromPreferences());
+        EXPECT_TRUE(data->Watermarks().At(0)->FirstPageOnly());
+        EXPECT_EQ(isSet, data->Watermarks().Selected()->FirstPageOnly()) << stored;
         EXPECT_EQ(noErr, data->SaveNonPSSettings(&mSettings, CFSTR("client")));
         EXPECT_EQ("1", Item(".SelectedWatermarkKey"));
-        EXPECT_EQ(stored == 1 ? "1" : "0", Item(".FirstPageOnlyKey"));
+        EXPECT_EQ(isSet ? "1" : "0", Item(".FirstPageOnlyKey"));
+        data->Watermarks().Selected()->SetFirstPageOnly(isSet ? L"true" : L"True");
+        EXPECT_EQ(noErr, data->SaveNonPSSettings(&mSettings, CFSTR("client")));
+        EXPECT_EQ(isSet ? "0" : "1", Item(".FirstPageOnlyKey")) << "what it is last";
     }
     mSession.EmptySettings();
-    auto const data = Data();
-    data->Watermarks().mFirstPageOnly = 1;
+    auto const data = MakeData();
+    data->Watermarks().SetFirstPageOnly(1);
     EXPECT_EQ(noErr, data->SaveNonPSSettings(&mSettings, CFSTR("client")));
     EXPECT_EQ("-1", Item(".SelectedWatermarkKey"));
     EXPECT_EQ("(null)", Item(".FirstPageOnlyKey"));
@@ -190,7 +173,7 @@ TEST_F(SessionDataTest, TheFirstPageFlagIsKeptWithASelectionOnly) {
 }
 
 TEST_F(SessionDataTest, WithoutATicketOrClientNothingIsKept) {
-    auto const data = Data();
+    auto const data = MakeData();
     TestSession empty;
     empty.RemoveTicket("PMPrintSettingsTicket");
     PrintSettingsTicket invalid(empty.Get());
@@ -204,7 +187,7 @@ TEST_F(SessionDataTest, WithoutATicketOrClientNothingIsKept) {
     EXPECT_EQ(3, data->StoredPairCount());
     // The last entry decides.
     mSession.SetItem(".MMKey", CFSTR("locked"), true);
-    EXPECT_EQ(kPMItemIsLocked, Data()->SaveNonPSSettings(&mSettings, CFSTR("client")));
+    EXPECT_EQ(kPMItemIsLocked, MakeData()->SaveNonPSSettings(&mSettings, CFSTR("client")));
 }
 
 // ---- The operating system's values ----
@@ -213,7 +196,7 @@ TEST_F(SessionDataTest, ThePaperFeedIsTheSecondElement) {
     std::string const longest = "\u00DC" + std::string(61, 'x');
     CFRef<CFStringRef> const fits = Str(longest);
     CFRef<CFStringRef> const tooLong = Str(longest + "x");
-    auto const data = Data();
+    auto const data = MakeData();
     EXPECT_EQ(noErr, data->GetPrimaryPaperFeedFromOS()) << "none";
     std::pair<std::vector<CFTypeRef>, std::string> const cases[] = {
         {{CFSTR("Tray1")}, ""},
@@ -237,7 +220,7 @@ TEST_F(SessionDataTest, ThePaperFeedIsTheSecondElement) {
 }
 
 TEST_F(SessionDataTest, CopiesAreTakenFromTheSettingsAndSetToOneThere) {
-    auto const data = Data();
+    auto const data = MakeData();
     EXPECT_EQ(0, data->GetNumCopiesFromOS());
     SetNumber("com.apple.print.PrintSettings.PMCopies", INT_MAX);
     EXPECT_EQ(INT_MAX, data->GetNumCopiesFromOS());
@@ -252,7 +235,7 @@ TEST_F(SessionDataTest, CopiesAreTakenFromTheSettingsAndSetToOneThere) {
 // ---- The printer's record ----
 
 TEST_F(SessionDataTest, AnAddressLastsAndIsFoundByName) {
-    auto const data = Data();
+    auto const data = MakeData();
     bool enabled = true;
     EXPECT_EQ("", Text(data->GetTolvanePrinterAddress(CFSTR("Demo"), &enabled)));
     EXPECT_FALSE(enabled);
@@ -263,7 +246,7 @@ TEST_F(SessionDataTest, AnAddressLastsAndIsFoundByName) {
     EXPECT_TRUE(data->SetTolvanePrinterCFAddress(nullptr, CFSTR("host"), true));
     EXPECT_FALSE(data->SetTolvanePrinterCFAddress(CFSTR("Other"), Str("a\x01"), true));
     EXPECT_TRUE(data->GetIPAddressEnabled());
-    auto const next = Data();
+    auto const next = MakeData();
     EXPECT_EQ("host", Text(next->GetTolvanePrinterAddress(CFSTR("demo"), &enabled)));
     EXPECT_TRUE(enabled);
     // What another dialog changes is seen after a reset.
@@ -277,7 +260,7 @@ TEST_F(SessionDataTest, AnAddressLastsAndIsFoundByName) {
 TEST_F(SessionDataTest, WithoutAHomeOrAPrinterNothingIsRemembered) {
     {
         ScopedVariable const none("HOME", nullptr);
-        auto const data = Data();
+        auto const data = MakeData();
         EXPECT_TRUE(data->IsValid());
         EXPECT_FALSE(data->SetTolvanePrinterCFAddress(nullptr, CFSTR("host"), true));
         EXPECT_FALSE(data->SaveTolvanePrinterList());
@@ -287,7 +270,7 @@ TEST_F(SessionDataTest, WithoutAHomeOrAPrinterNothingIsRemembered) {
         EXPECT_FALSE(data->GetIPAddressEnabled());
     }
     mSession.RemovePrinter();
-    auto const data = Data();
+    auto const data = MakeData();
     PPDTree tree;
     EXPECT_FALSE(data->GetPPDShortcuts(tree));
     EXPECT_FALSE(data->SetPPDShortcuts(tree));
@@ -338,7 +321,7 @@ class QuickAccessTest : public SessionDataTest {
     }
     // The shortcuts that a record with these items gives.
     Texts Read(Texts const& items) {
-        SetBlock("Demo", 0, items);
+        SetBlock(0, items);
         EXPECT_TRUE(mData->ResetTolvanePrinterList());
         EXPECT_TRUE(mData->GetPPDShortcuts(mTree));
         return Keywords();
@@ -391,27 +374,18 @@ TEST_F(QuickAccessTest, WithoutItemsTheTreeStaysAsItIs) {
 }
 
 TEST_F(QuickAccessTest, TheTreesShortcutsGoIntoThePrintersRecord) {
-    auto const kept = [](std::int32_t block) {
-        CFRef<CFMutableArrayRef> const items(CFArrayCreateMutable(nullptr, 0));
-        ZUBTolvanePrinterPList().GetDataBlob(CFSTR("Demo"), block, items);
-        Texts texts;
-        for (CFIndex i = 0; i < CFArrayGetCount(items); ++i) {
-            texts.push_back(Text(static_cast<CFStringRef>(CFArrayGetValueAtIndex(items, i))));
-        }
-        return texts;
-    };
     Add("*Duplex");
     Add(mLongest);
     EXPECT_TRUE(mData->SetPPDShortcuts(mTree)) << "without a record there is nothing to change";
-    EXPECT_EQ(Texts(), kept(0));
-    SetBlock("Demo", 1, {"watermark"});
+    EXPECT_EQ(Texts(), Block(0));
+    SetBlock(1, {"watermark"});
     mData->ResetTolvanePrinterList();
     EXPECT_TRUE(mData->SetPPDShortcuts(mTree));
-    EXPECT_EQ((Texts{"*Duplex", mLongest}), kept(0));
+    EXPECT_EQ((Texts{"*Duplex", mLongest}), Block(0));
     Empty();
     EXPECT_TRUE(mData->SetPPDShortcuts(mTree));
-    EXPECT_EQ(Texts(), kept(0));
-    EXPECT_EQ(Texts{"watermark"}, kept(1)) << "the other blocks stay";
+    EXPECT_EQ(Texts(), Block(0));
+    EXPECT_EQ(Texts{"watermark"}, Block(1)) << "the other blocks stay";
 }
 
 }  // namespace
