@@ -19,6 +19,10 @@ UIConstraints::~UIConstraints() {
     delete mEngine;
 }
 
+bool UIConstraints::IsOff(std::string_view option) {
+    return option == kNone || option == kFalse;
+}
+
 void UIConstraints::KVSInsert(char const* key, char const* option) {
     long const keyId = mStrings.Insert(key);
     KVSInsert(keyId, mStrings.Insert(option));

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <map>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -43,6 +44,8 @@ class UIConstraints {
     // "False".
     void Add(char const* key1, char const* option1, char const* key2, char const* option2,
              bool requirement);
+    // Whether the option stands for "not in use", so that a blank one doesn't mean it.
+    static bool IsOff(std::string_view option);
     // Lets the rules with an empty option stand for the options known by now.
     void Resolve();
     // Makes the option the selected one of its key.

@@ -6,12 +6,15 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "host/JsonText.h"
+#include "host/Suggestions.h"
 #include "host/WatermarkFault.h"
 #include "platform/CFRef.h"
 
@@ -26,6 +29,13 @@ bool IsUTF8(std::string const& text) {
 CLI::Validator TextCheck() {
     return {[](std::string& text) {
                 return IsUTF8(text) ? std::string() : std::string("The text isn't UTF-8");
+            },
+            ""};
+}
+
+CLI::Validator NameCheck() {
+    return {[](std::string& text) {
+                return text.empty() ? std::string("The name is empty") : std::string();
             },
             ""};
 }
@@ -59,7 +69,8 @@ CLI::Validator SettingCheck() {
     return {[](std::string& text) {
                 auto const [keyword, value] = CutAtEquals(text);
                 if (keyword.empty() || !value) {
-                    return "'" + KeywordIn(text) + "' isn't KEY=VALUE";
+                    return "'" + KeywordIn(text) +
+                           "' isn't KEY=VALUE, as in Duplex=None; zubprint list shows both";
                 }
                 return IsUTF8(*value) ? std::string() : std::string("The value isn't UTF-8");
             },
@@ -143,12 +154,22 @@ CLI::Option* AddChoices(CLI::App& app, std::string const& name, std::string cons
     return AddTexts(app, name, help, take)->check(ChoiceCheck(needsOption));
 }
 
-void DescribeReading(CLI::App& app, ReadOptions& options) {
-    app.add_option("PPD", options.ppd, "The PPD to read")->required();
-    app.add_option("--parse-options", options.parseOptions,
+void AddParseOptions(CLI::App& app, int& options) {
+    app.add_option("--parse-options", options,
                    "What is taken in: 1 orphans, 2 hidden elements, 3 both, 0 neither")
         ->check(CLI::Range(0, 3))
         ->capture_default_str();
+}
+
+void AddExtensions(CLI::App& app, int& level) {
+    app.add_option("--extensions", level,
+                   "Which job note flags are known: 0, 1 or 2 fewer, any other number all")
+        ->capture_default_str();
+}
+
+void DescribeReading(CLI::App& app, ReadOptions& options) {
+    app.add_option("PPD", options.ppd, "The PPD to read")->required();
+    AddParseOptions(app, options.parseOptions);
     AddSettings(app, options.settings);
 }
 
@@ -159,9 +180,7 @@ void DescribeInspect(CLI::App& app, InspectOptions& options) {
                    "accepted")
         ->allow_extra_args(false)
         ->check(TextCheck());
-    app.add_option("--extensions", options.extensions,
-                   "Which job note flags are known: 0, 1 or 2 fewer, any other number all")
-        ->capture_default_str();
+    AddExtensions(app, options.extensions);
     app.add_flag("--rebuilt", options.rebuilt,
                  "Save what was read into an archive and print what comes back from that");
 }
@@ -186,6 +205,52 @@ void DescribeSolve(CLI::App& app, SolveOptions& options) {
         ->type_name("KEY[=OPTION]");
     app.add_flag("--keep-delta", options.keepDelta, "Don't give proposed keys another option");
     app.add_flag("--test", options.test, "Only tell what the change runs into");
+}
+
+void AddJson(CLI::App& app, bool& json) {
+    app.add_flag("--json", json, "Print one JSON document instead of text");
+}
+
+void DescribeList(CLI::App& app, ListOptions& options) {
+    DescribeReading(app, options);
+    app.add_option("WORD", options.word, "Only options that have this in a name or a keyword")
+        ->check(TextCheck());
+    app.add_flag("--all", options.all, "Hidden options too, and those outside of all groups");
+    AddJson(app, options.json);
+}
+
+void DescribeChoice(CLI::App& app, ChoiceOptions& options) {
+    DescribeReading(app, options);
+    app.add_option_function<std::string>(
+           "CHOICE", [&options](std::string const& text) { options.choice = CutAtEquals(text); },
+           "The choice that is asked about")
+        ->required()
+        ->check(ChoiceCheck(true))
+        ->type_name("KEY=OPTION");
+    AddJson(app, options.json);
+}
+
+void DescribeLint(CLI::App& app, LintOptions& options) {
+    app.add_option("PPD", options.ppd, "The PPD to look at")->required();
+    AddParseOptions(app, options.parseOptions);
+    AddExtensions(app, options.extensions);
+    app.add_flag("--strict", options.strict, "Status 1 when anything above a note is found");
+    AddJson(app, options.json);
+}
+
+void DescribeAdopt(CLI::App& app, AdoptOptions& options) {
+    app.add_option("PPD", options.ppd, "An ordinary PPD of any PostScript printer")->required();
+}
+
+void DescribePresets(CLI::App& app, PrintOptions& options) {
+    app.add_option("--preset", options.preset,
+                   "Make the choices that were saved in this file, of this printer or another, "
+                   "ahead of those of --set")
+        ->check(NameCheck())
+        ->type_name("FILE");
+    app.add_option("--save-preset", options.savePreset, "Save the choices in this file")
+        ->check(NameCheck())
+        ->type_name("FILE");
 }
 
 void DescribePrinter(CLI::App& app, PrintOptions& options) {
@@ -291,6 +356,12 @@ void DescribePrint(CLI::App& app, PrintOptions& options) {
     app.add_flag("--strict", options.strict,
                  "Write nothing, with status 1, when a choice isn't taken as it is or stands "
                  "against another");
+    app.add_flag("--fix", options.fix,
+                 "Make the further changes that the choices need, and say which");
+    app.add_flag("--dry-run", options.dryRun,
+                 "Print the job, or the document with the job in it where -o is given, and leave "
+                 "nothing on disk");
+    DescribePresets(app, options);
     app.add_flag(
         "--pairs", options.pairs,
         "Print the pairs of the job data file as JSON, [{\"site\": 81, \"text\": \"...\"}], "
@@ -305,17 +376,155 @@ void DescribePrint(CLI::App& app, PrintOptions& options) {
         ->capture_default_str();
     AddCustomPaper(app, options.customPaper);
     app.add_option("--bundle", options.bundle, "The plug-in bundle; the built one without it")
-        ->check(CLI::Validator(
-            [](std::string& text) {
-                return text.empty() ? std::string("No folder is named") : std::string();
-            },
-            ""))
+        ->check(NameCheck())
         ->type_name("DIR");
     app.add_option("--commits", options.commits,
                    "Commit so often in one dialog; what the last one wrote is printed")
         ->check(CLI::Range(1, INT32_MAX))
         ->type_name("N")
         ->capture_default_str();
+}
+
+// The names by which a command knows its options.
+std::vector<std::string> OptionNames(CLI::App& command) {
+    std::vector<std::string> names;
+    for (CLI::Option const* const option : command.get_options()) {
+        for (std::string const& name : option->get_lnames()) {
+            names.push_back("--" + name);
+        }
+        for (std::string const& name : option->get_snames()) {
+            names.push_back("-" + name);
+        }
+    }
+    return names;
+}
+
+// What follows the name of a command.
+std::string FormOf(std::string const& command) {
+    struct Form {
+        std::string_view command;
+        char const* arguments;
+    };
+    constexpr Form kForms[] = {
+        {"inspect", "PPD"},
+        {"constraints", "PPD"},
+        {"solve", "PPD KEY=OPTION..."},
+        {"print", "--ppd PPD [--set KEY=VALUE]... [DOCUMENT -o FILE]"},
+        {"list", "PPD [WORD]"},
+        {"why", "PPD KEY=OPTION"},
+        {"fix", "PPD KEY=OPTION"},
+        {"lint", "PPD"},
+        {"adopt", "PPD > NEW.ppd"},
+        {"unpack", "TEXT"},
+        {"decrypt-note", "--ppd PPD HEX"},
+    };
+    auto const* const form = std::ranges::find(kForms, command, &Form::command);
+    return "zubprint " + command +
+           (form == std::end(kForms) ? "" : std::string(" ") + form->arguments);
+}
+
+std::vector<std::string> CommandNames(CLI::App const& app) {
+    std::vector<std::string> names;
+    for (CLI::App const* const command : app.get_subcommands({})) {
+        names.push_back(command->get_name());
+    }
+    return names;
+}
+
+std::string UnknownCommandText(CLI::App const& app, std::vector<std::string> const& arguments) {
+    std::vector<std::string> const commands = CommandNames(app);
+    std::string const all =
+        "; the commands are " + Suggestions::List(commands, "and") + "; see zubprint --help";
+    if (arguments.empty()) {
+        return "a command is missing" + all;
+    }
+    auto const later = std::ranges::find_first_of(arguments, commands);
+    if (later != arguments.end()) {
+        return "the command comes first: " + FormOf(*later) + "; see zubprint " + *later +
+               " --help";
+    }
+    std::string const ask = Suggestions::Ask(arguments.front(), commands);
+    return "there is no command '" + arguments.front() + "'" +
+           (ask.empty() ? all : ask + " See zubprint --help");
+}
+
+// An option that the command doesn't have; empty for none.
+std::string UnknownOption(std::vector<std::string> const& arguments,
+                          std::vector<std::string> const& names) {
+    for (std::string const& argument : arguments) {
+        bool const isLong = argument.starts_with("--");
+        std::string const name =
+            isLong ? argument.substr(0, argument.find('=')) : argument.substr(0, 2);
+        if (name.size() > 1 && name.front() == '-' && name != "--" &&
+            std::ranges::count(names, name) == 0) {
+            return argument.substr(0, argument.find('='));
+        }
+    }
+    return {};
+}
+
+// Where to read on.
+std::string WithHelp(std::string const& text, std::string const& command) {
+    return text + (text.ends_with('?') ? " See" : "; see") + " zubprint " + command + " --help";
+}
+
+// What was wrong, what may have been meant, and where to read on.
+std::string UsageText(CLI::App& app, std::vector<std::string> arguments,
+                      CLI::ParseError const& error) {
+    std::vector<std::string> const commands = CommandNames(app);
+    if (arguments.empty() || std::ranges::count(commands, arguments.front()) == 0) {
+        return UnknownCommandText(app, arguments);
+    }
+    std::string const command = arguments.front();
+    arguments.erase(arguments.begin());
+    // Something is missing or too much: a name that was mistyped may be both.
+    bool const isMismatch = dynamic_cast<CLI::ExtrasError const*>(&error) != nullptr ||
+                            dynamic_cast<CLI::RequiredError const*>(&error) != nullptr;
+    if (!isMismatch) {
+        return WithHelp(error.what(), command);
+    }
+    std::vector<std::string> const names = OptionNames(*app.get_subcommand(command));
+    std::string const unknown = UnknownOption(arguments, names);
+    if (!unknown.empty()) {
+        bool const isLetter = unknown.size() == 2;
+        return WithHelp(command + " has no option " + unknown +
+                            (isLetter ? "" : Suggestions::Ask(unknown, names)),
+                        command);
+    }
+    return WithHelp(error.what() + ("; it is " + FormOf(command)), command);
+}
+
+// The help with lines that a terminal shows whole: what is too long goes on below where its
+// description begins.
+std::string Wrapped(std::string const& help) {
+    constexpr std::size_t kWidth = 80;
+    constexpr std::size_t kDescription = 30;  // where CLI11 begins descriptions
+    std::istringstream lines(help);
+    std::string wrapped;
+    for (std::string line; std::getline(lines, line);) {
+        for (std::size_t margin = 0; line.size() > kWidth; margin = kDescription) {
+            std::size_t const blank = line.rfind(' ', kWidth);
+            if (blank == std::string::npos || blank <= margin) {
+                break;
+            }
+            wrapped += line.substr(0, blank) + '\n';
+            line = std::string(kDescription, ' ') + line.substr(blank + 1);
+        }
+        wrapped += line + '\n';
+    }
+    return wrapped;
+}
+
+// Whether help is asked for ahead of the command, or as one; prints it then.
+bool HelpsFirst(CLI::App& app, std::vector<std::string> const& arguments, std::ostream& out) {
+    constexpr std::string_view kHelp[] = {"help", "-h", "--help"};
+    if (arguments.empty() || std::ranges::count(kHelp, arguments.front()) == 0) {
+        return false;
+    }
+    std::vector<std::string> const commands = CommandNames(app);
+    bool const isOne = arguments.size() > 1 && std::ranges::count(commands, arguments[1]) > 0;
+    out << Wrapped(isOne ? app.get_subcommand(arguments[1])->help("zubprint") : app.help());
+    return true;
 }
 
 void DescribeUnpack(CLI::App& app, UnpackOptions& options) {
@@ -354,19 +563,33 @@ std::optional<ExitStatus> CommandLine::Parse(int argc, char const* const* argv, 
     DescribePrint(*add(Command::kPrint, "print",
                        "Run one dialog without a window and print the path of the job data file"),
                   mPrint);
+    DescribeList(*add(Command::kList, "list", "Show a printer's options, for a person to read"),
+                 mList);
+    DescribeChoice(*add(Command::kWhy, "why", "Say what stands against a choice"), mChoice);
+    DescribeChoice(*add(Command::kFix, "fix", "Say what a choice needs to be changed with it"),
+                   mChoice);
+    DescribeLint(*add(Command::kLint, "lint", "Look for all that is wrong with a PPD"), mLint);
+    DescribeAdopt(
+        *add(Command::kAdopt, "adopt",
+             "Print an ordinary PPD in the extension's grammar, so that its options can be used"),
+        mAdopt);
     DescribeUnpack(*add(Command::kUnpack, "unpack",
                         "Print what a packed user authentication record holds, as JSON"),
                    mUnpack);
     DescribeDecryptNote(
         *add(Command::kDecryptNote, "decrypt-note", "Print the plain text of an enciphered note"),
         mDecryptNote);
+    std::vector<std::string> const arguments(argv + std::min(argc, 1), argv + argc);
+    if (HelpsFirst(app, arguments, out)) {
+        return ExitStatus::kDone;
+    }
     try {
         app.parse(argc, argv);
     } catch (CLI::CallForHelp const&) {
-        out << app.help();
+        out << Wrapped(app.help());
         return ExitStatus::kDone;
     } catch (CLI::ParseError const& error) {
-        err << Outcome::Line(error.what());
+        err << Outcome::Line(UsageText(app, arguments, error));
         return ExitStatus::kUsage;
     }
     return std::nullopt;

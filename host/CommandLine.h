@@ -10,7 +10,20 @@
 // The command's arguments.
 class CommandLine {
   public:
-    enum class Command { kNone, kInspect, kConstraints, kSolve, kPrint, kUnpack, kDecryptNote };
+    enum class Command {
+        kNone,
+        kInspect,
+        kConstraints,
+        kSolve,
+        kPrint,
+        kList,
+        kWhy,
+        kFix,
+        kLint,
+        kAdopt,
+        kUnpack,
+        kDecryptNote
+    };
 
     // None when there is a command to run. Otherwise the exit status, after help went to `out` or
     // one line about a wrong argument to `err`.
@@ -22,6 +35,10 @@ class CommandLine {
     ConstraintsOptions const& Constraints() const { return mConstraints; }
     SolveOptions const& Solve() const { return mSolve; }
     PrintOptions const& Print() const { return mPrint; }
+    ListOptions const& List() const { return mList; }
+    ChoiceOptions const& Choice() const { return mChoice; }  // of why and of fix
+    LintOptions const& Lint() const { return mLint; }
+    AdoptOptions const& Adopt() const { return mAdopt; }
     UnpackOptions const& Unpack() const { return mUnpack; }
     DecryptNoteOptions const& DecryptNote() const { return mDecryptNote; }
 
@@ -31,6 +48,10 @@ class CommandLine {
     ConstraintsOptions mConstraints;
     SolveOptions mSolve;
     PrintOptions mPrint;
+    ListOptions mList;
+    ChoiceOptions mChoice;
+    LintOptions mLint;
+    AdoptOptions mAdopt;
     UnpackOptions mUnpack;
     DecryptNoteOptions mDecryptNote;
 };

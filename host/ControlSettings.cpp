@@ -4,27 +4,27 @@
 #include <algorithm>
 #include <cstring>
 
+#include "PPDX/PPDObjects/ConstraintFix.h"
 #include "PPDX/PPDObjects/Controls/PPDText.h"
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
+#include "PPDX/PPDObjects/RuledSelection.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 #include "VelonFeatures/Project/Core/ProfileNotes.h"
 #include "ZUBUtils/PPDUtils/PlainText.h"
 #include "constraints/ConstraintsEngine.h"
 #include "constraints/UIConstraints.h"
+#include "host/ControlNames.h"
 #include "host/JsonText.h"
+#include "host/PeopleText.h"
 #include "host/TakenChoice.h"
 #include "platform/CFRef.h"
 
 namespace {
 
 constexpr char kInputSlot[] = "*InputSlot";
-constexpr char kPrintSize[] = "*ZUPrintSize";
-constexpr char kPageSize[] = "*PageSize";
-constexpr char kCustomPrintSize[] = "CustomPrintSize";
-constexpr char kSameAsPageSize[] = "SameAsPageSize";
 
 using Pair = std::pair<long, long>;
 
@@ -41,25 +41,6 @@ bool HasItem(PPDXPopupControl& popup, char const* keyword) {
         item = popup.NextItem();
     }
     return item != nullptr;
-}
-
-// What is selected as the rules see it: while the print size follows the page size, the real size
-// counts where the print size has such an option.
-KVCache RuledSelection(ZUBPPD& ppd, PPDXControl* printSize) {
-    UIConstraints& constraints = *ppd.GetUIConstraints();
-    CStringSoup const& texts = constraints.GetConstraintStrings();
-    KVCache selection = constraints.GetSelection();
-    auto* const popup = dynamic_cast<PPDXPopupControl*>(printSize);
-    if (popup == nullptr || !popup->IsKeywordSelected(kSameAsPageSize)) {
-        return selection;
-    }
-    long const real =
-        ppd.CustomPaper() ? texts.Find(kCustomPrintSize) : selection.GetItem(texts.Find(kPageSize));
-    char const* const size = real < 0 ? nullptr : texts.Find(real);
-    if (HasItem(*popup, size)) {
-        selection.Insert(texts.Find(kPrintSize), real);
-    }
-    return selection;
 }
 
 // The selected pairs that a rule sets against the choice, whichever of the two the rule begins
@@ -120,17 +101,10 @@ void ControlSettings::NoteKept() {
     }
 }
 
-PPDXControl* ControlSettings::Find(char const* keyword) const {
-    DisplayOptionsScope const all(kDisplayAll);
-    CNTL_TYPE type = kControlType;
-    PPDXControls* const controls = mPPD.GetControls();
-    return controls == nullptr ? nullptr : controls->Find(keyword, type, true);
-}
-
 Outcome ControlSettings::Apply(ControlSetting const& setting) {
-    PPDXControl* const control = Find(setting.keyword.c_str());
+    PPDXControl* const control = ControlNames::Find(mPPD, setting.keyword);
     if (control == nullptr) {
-        return Outcome::Failed(mFile + " has no control " + setting.keyword);
+        return Outcome::Failed(ControlNames::Unknown(mPPD, mFile, setting.keyword));
     }
     Set(*control, setting);
     return Outcome::Done();
@@ -154,9 +128,11 @@ void ControlSettings::Set(PPDXControl& control, ControlSetting const& setting) {
         Warn(setting.keyword + " doesn't take what the file for it holds");
         return;
     }
-    Warn(setting.keyword + " doesn't take " + std::string(setting.value.View()) + " and " +
+    std::string const value(setting.value.View());
+    Warn(setting.keyword + " doesn't take " + (value.empty() ? "an empty value" : value) + " and " +
          (stays ? "stays " : "is now ") + (stays && after ? "at " : "") +
-         (after ? JsonText::ToUTF8(after) : std::string("unset")));
+         (after ? JsonText::ToUTF8(after) : std::string("unset")) +
+         ControlNames::AskChoice(mPPD, control, value));
 }
 
 void ControlSettings::FillNote(char const* keyword, CFStringRef value) {
@@ -169,9 +145,10 @@ void ControlSettings::FillNote(char const* keyword, CFStringRef value) {
 }
 
 void ControlSettings::ApplyPaperFeed(std::string const& keyword) {
-    auto* const slot = dynamic_cast<PPDXPopupControl*>(Find(kInputSlot));
+    auto* const slot = dynamic_cast<PPDXPopupControl*>(ControlNames::Find(mPPD, kInputSlot));
     if (slot == nullptr || !HasItem(*slot, keyword.c_str())) {
-        Warn(mFile + " has no paper feed " + keyword);
+        Warn(mFile + " has no paper feed " + keyword +
+             (slot == nullptr ? std::string() : ControlNames::AskChoice(mPPD, *slot, keyword)));
         return;
     }
     char const* const chosen = slot->CurrentKeyword();
@@ -192,7 +169,7 @@ void ControlSettings::CheckRules() {
     }
     UIConstraints& constraints = *mPPD.GetUIConstraints();
     CStringSoup const& texts = constraints.GetConstraintStrings();
-    KVCache const selection = RuledSelection(mPPD, Find(kPrintSize));
+    KVCache const selection = RuledSelection(mPPD);
     for (PPDXControl* const control : mChosen) {
         long const key = texts.Find(control->Keyword());
         long const option = selection.GetItem(key);
@@ -201,14 +178,62 @@ void ControlSettings::CheckRules() {
         }
         std::string blockers;
         for (auto const& [otherKey, other] : Blockers(constraints, selection, {key, option})) {
-            blockers += (blockers.empty() ? "" : ", ") + Text(texts.Find(otherKey)) + "=" +
-                        Text(texts.Find(other));
+            blockers += (blockers.empty() ? "" : ", ") + PeopleText::Bytes(texts.Find(otherKey)) +
+                        "=" + PeopleText::Bytes(texts.Find(other));
         }
         if (!blockers.empty()) {
-            Warn(Text(control->Keyword()) + "=" + Text(texts.Find(option)) + " stands against " +
-                 blockers);
+            Warn(PeopleText::Bytes(control->Keyword()) + "=" +
+                 PeopleText::Bytes(texts.Find(option)) + " stands against " + blockers +
+                 "; zubprint fix says what to change");
         }
     }
+}
+
+std::vector<std::string> ControlSettings::ChosenKeywords() const {
+    std::vector<std::string> keywords;
+    for (PPDXControl const* const control : mChosen) {
+        keywords.emplace_back(control->Keyword());
+    }
+    return keywords;
+}
+
+void ControlSettings::Fix() {
+    if (mPPD.GetUIConstraints() == nullptr) {
+        return;
+    }
+    std::vector<std::string> const chosen = ChosenKeywords();
+    CStringSoup const& texts = mPPD.GetUIConstraints()->GetConstraintStrings();
+    ConstraintFix finder(mPPD);
+    for (std::string const& keyword : chosen) {
+        long const option =
+            mPPD.GetUIConstraints()->GetSelection().GetItem(texts.Find(keyword.c_str()));
+        if (option < 0) {
+            continue;
+        }
+        std::string const choice =
+            PeopleText::Bytes(keyword) + "=" + PeopleText::Bytes(texts.Find(option));
+        ConstraintFix::Fix const fix = finder.Find(keyword.c_str(), texts.Find(option), chosen);
+        if (!fix.possible) {
+            mErr << Outcome::Line("not fixed: no other choice than yours could be changed to let " +
+                                  choice + " stand");
+        }
+        for (ConstraintFix::Change const& change : fix.changes) {
+            Make(change, choice);
+        }
+    }
+}
+
+void ControlSettings::Make(ConstraintFix::Change const& change, std::string const& choice) {
+    PPDXControl* const control = ControlNames::Find(mPPD, change.keyword);
+    if (control == nullptr) {
+        return;  // CheckRules tells what stays
+    }
+    bool const isHardware = ControlNames::IsHardware(*control);
+    mErr << Outcome::Line(
+        "fixed: " + PeopleText::Bytes(change.keyword) + "=" + PeopleText::Bytes(change.to) +
+        (change.from.empty() ? std::string() : " instead of " + PeopleText::Bytes(change.from)) +
+        ", for " + choice + (isHardware ? ", if the printer has it" : ""));
+    Set(*control, {change.keyword, WipedText(Text(change.to.c_str()))});
 }
 
 void ControlSettings::Note(PPDXControl& control) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "PPDX/PPDObjects/ConstraintFix.h"
 #include "host/Options.h"
 #include "host/Outcome.h"
 #include "platform/CoreFoundation.h"
@@ -32,6 +33,9 @@ class ControlSettings {
     // Gives *InputSlot the paper source of the operating system, a keyword, over what Apply made of
     // it. Warns of one that the PPD lacks, and of a choice that doesn't count for it.
     void ApplyPaperFeed(std::string const& keyword);
+    // Makes the changes that the choices made so far need, if there are such; tells each, and
+    // what can't be helped so. Leaves those choices as they are.
+    void Fix();
     // Warns of each choice that a rule sets against the present selection, with what stands against
     // it. Called when all choices are made.
     void CheckRules();
@@ -40,8 +44,9 @@ class ControlSettings {
     std::size_t Warnings() const { return mWarnings; }
 
   private:
-    PPDXControl* Find(char const* keyword) const;
     Outcome Apply(ControlSetting const& setting);
+    std::vector<std::string> ChosenKeywords() const;
+    void Make(ConstraintFix::Change const& change, std::string const& choice);
     void Set(PPDXControl& control, ControlSetting const& setting);
     void FillNote(char const* keyword, CFStringRef value);
     void Note(PPDXControl& control);

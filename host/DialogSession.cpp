@@ -73,7 +73,8 @@ Outcome DialogSession::Start(PrintOptions const& options,
                              TicketFile const& kept) {
     SetCurrentProcessName(options.processName.c_str());
     SetMainBundleIdentifier(JsonText::FromUTF8(options.bundleID));
-    gCommonPresetsPath = options.commonPresets.c_str();
+    mCommonPresets = options.commonPresets;
+    gCommonPresetsPath = mCommonPresets.c_str();
     gMayEndApplications = false;
     Outcome outcome = WriteRecord(options);
     if (outcome.Ok()) {
@@ -148,7 +149,9 @@ Outcome DialogSession::Initialize(std::string const& ppd) {
         mPlugIn.Table()->Initialize(mContext, &flags, kHostReference, mPane, mSession.Get());
     mInitialized = status == noErr;
     if (status == ProjectPDE::kPrinterRefused) {
-        return Outcome::NotOurs("the extension doesn't take the printer of " + ppd);
+        return Outcome::NotOurs("the extension doesn't take the printer of " + ppd +
+                                "; zubprint lint says why, and zubprint adopt turns the PPD of "
+                                "another printer into one that it takes");
     }
     return mInitialized ? Outcome::Done()
                         : Outcome::Failed("the plug-in can't open the printer of " + ppd +

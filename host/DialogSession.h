@@ -56,6 +56,7 @@ class DialogSession {
     std::string PathInTicket() const;
 
     char const* mFormerPresets;
+    std::string mCommonPresets;  // while the dialog lasts
     PrintSession mSession;
     LoadedPlugIn mPlugIn;
     WindowRef mWindow = nullptr;  // owned, as the pane in it

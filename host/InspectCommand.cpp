@@ -6,24 +6,11 @@
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "ZUBUtils/PPDUtils/CFDataStream.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
+#include "host/ExtensionsScope.h"
 #include "host/HostFiles.h"
 #include "host/TreeJson.h"
 
 namespace {
-
-// The level is the process's; whoever runs next finds the former one.
-class ExtensionsScope {
-  public:
-    explicit ExtensionsScope(int level) : mFormer(ZUBPPD::GetExtensions()) {
-        ZUBPPD::SetExtensions(static_cast<_EXTENSIONS_SUPPORT_>(level));
-    }
-    ExtensionsScope(ExtensionsScope const&) = delete;
-    ExtensionsScope& operator=(ExtensionsScope const&) = delete;
-    ~ExtensionsScope() { ZUBPPD::SetExtensions(mFormer); }
-
-  private:
-    _EXTENSIONS_SUPPORT_ mFormer;
-};
 
 // The archive goes through its flat form, as on the way to a print ticket.
 bool PassThroughArchive(ZUBPPD& ppd, Settings& archive) {

@@ -48,6 +48,33 @@ struct SolveOptions : ReadOptions {
     bool test = false;  // search for nothing
 };
 
+// What `zubprint list` was told.
+struct ListOptions : ReadOptions {
+    bool all = false;  // hidden options and orphans too
+    std::string word;  // only options that it is a part of; empty for all
+    bool json = false;
+};
+
+// What `zubprint why` and `zubprint fix` were told.
+struct ChoiceOptions : ReadOptions {
+    OptionChoice choice;  // with an option
+    bool json = false;
+};
+
+// What `zubprint lint` was told.
+struct LintOptions {
+    std::string ppd;
+    int parseOptions = 3;  // 0 to 3
+    int extensions = -1;   // as for inspect
+    bool json = false;
+    bool strict = false;  // anything above a note is a failure
+};
+
+// What `zubprint adopt` was told.
+struct AdoptOptions {
+    std::string ppd;
+};
+
 // What `zubprint unpack` was told.
 struct UnpackOptions {
     std::string text;  // the record, "-" for standard input
@@ -71,7 +98,11 @@ struct PrintOptions {
     std::string ppd;
     std::vector<ControlSetting> settings;  // made after Initialize, in this order
     bool strict = false;  // a choice that is warned of ends the run before anything is written
+    bool fix = false;     // the changes that the choices need are made
+    bool dryRun = false;  // the job is printed, and nothing stays on disk
     bool pairs = false;
+    std::string preset;      // a file with choices, made ahead of the settings; empty for none
+    std::string savePreset;  // the file that the choices go to; empty for none
     std::string printer = "Demo";
     // None: the PPD's *ModelName, else what the tickets file has, else "Demo".
     std::optional<std::string> makeAndModel;

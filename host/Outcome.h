@@ -5,7 +5,7 @@
 #include <utility>
 
 // Exit statuses of the command.
-enum class ExitStatus : int { kDone = 0, kFailed = 1, kUsage = 2, kNotOurs = 3 };
+enum class ExitStatus : int { kDone = 0, kFailed = 1, kUsage = 2, kNotOurs = 3, kNotPPD = 4 };
 
 // How a step ended. What failed, and which file, is told in one line of text.
 struct [[nodiscard]] Outcome {
@@ -16,16 +16,7 @@ struct [[nodiscard]] Outcome {
 
     // The one line of standard error that tells of a failure. Line ends in it become blanks, and
     // what else a terminal might obey question marks.
-    static std::string Line(std::string text) {
-        for (char& byte : text) {
-            if (byte == '\n' || byte == '\r') {
-                byte = ' ';
-            } else if (static_cast<unsigned char>(byte) < ' ' || byte == '\x7F') {
-                byte = '?';
-            }
-        }
-        return "zubprint: " + text + '\n';
-    }
+    static std::string Line(std::string text);
     static std::string Warning(std::string const& text) { return Line("warning: " + text); }
 
     static Outcome Done() { return {}; }

@@ -27,7 +27,9 @@ Outcome PPDCommand::Run() {
     ParsedPPD const ppd(mReadOptions.ppd, static_cast<_PARSE_OPTIONS_>(mReadOptions.parseOptions),
                         mReadOptions.accepted);
     if (!mAnyPPD && !ppd->IsValidPPD()) {
-        return Outcome::NotOurs(mReadOptions.ppd + " isn't a PPD of the extension, or is broken");
+        return Outcome::NotOurs(mReadOptions.ppd +
+                                " isn't a PPD of the extension, or is broken; zubprint lint says "
+                                "why");
     }
     std::vector<ControlSetting> choices = mReadOptions.settings;
     Outcome outcome = SettingFiles::Read(choices, false);

@@ -2,13 +2,13 @@
 #include "host/PrintCommand.h"
 
 #include "PPDX/PPDObjects/ZUBPPD.h"
-#include "ZUBUtils/PPDUtils/TextConverter.h"
 #include "host/ControlSettings.h"
 #include "host/DialogSession.h"
 #include "host/HostFiles.h"
 #include "host/JobDataFile.h"
 #include "host/JsonText.h"
 #include "host/PPDCommand.h"
+#include "host/PeopleText.h"
 #include "host/PrintedDocument.h"
 #include "host/SettingFiles.h"
 #include "platform/CFRef.h"
@@ -27,9 +27,15 @@ Outcome PrintCommand::Run() {
     if (outcome.Ok()) {
         outcome = document.Open();
     }
+    if (outcome.Ok() && !mOptions.preset.empty()) {
+        outcome = mPreset.Read(mOptions.preset);
+    }
     JobDataFile job;
     if (outcome.Ok()) {
         outcome = RunDialog(path, job);
+    }
+    if (outcome.Ok() && mOptions.dryRun) {
+        return Show(document, job);
     }
     if (outcome.Ok() && document.HasOutput()) {
         outcome = document.Write(job.Pairs(), mOut);
@@ -40,6 +46,23 @@ Outcome PrintCommand::Run() {
     return outcome;
 }
 
+// The whole document, where there is one, else what the job would put into it. The job data file
+// goes when the command ends, since nobody keeps it.
+Outcome PrintCommand::Show(PrintedDocument const& document, JobDataFile const& job) {
+    if (document.HasOutput() && !mOptions.pairs) {
+        document.WriteTo(job.Pairs(), mOut);
+        return Outcome::Done();
+    }
+    if (mOptions.pairs) {
+        mOut << job.JSON();
+        return Outcome::Done();
+    }
+    for (JobDataFile::Pair const& pair : job.Pairs()) {
+        mOut << pair.text << (pair.text.ends_with('\n') ? "" : "\n");
+    }
+    return Outcome::Done();
+}
+
 // What the command line tells, which the PPD's name is part of.
 std::optional<std::string> PrintCommand::MakeAndModel() const {
     if (mOptions.makeAndModel) {
@@ -47,14 +70,7 @@ std::optional<std::string> PrintCommand::MakeAndModel() const {
     }
     ParsedPPD const ppd(mOptions.ppd, kParseAll, {});
     char const* const model = ppd->ModelName();
-    TextConverter* const converter = ppd->GetTextConverter();
-    if (model == nullptr) {
-        return std::nullopt;
-    }
-    CFRef<CFStringRef> const text(
-        converter != nullptr
-            ? converter->ConvertToCFString(model, 0)
-            : CFStringCreateWithCString(nullptr, model, kCFStringEncodingMacRoman));
+    CFRef<CFStringRef> const text = PeopleText::InEncodingOf(ppd.Get(), model);
     return text ? std::optional(JsonText::ToUTF8(text)) : std::nullopt;
 }
 
@@ -72,21 +88,26 @@ Outcome PrintCommand::RunDialog(std::string& path, JobDataFile& job) {
         }
     }
     DialogSession dialog;
-    Outcome outcome = dialog.Start(mOptions, MakeAndModel(), tickets);
+    Outcome outcome = mOptions.dryRun ? StartWithoutRecord(dialog, tickets)
+                                      : dialog.Start(mOptions, MakeAndModel(), tickets);
     if (outcome.Ok()) {
         std::size_t warnings = 0;
-        outcome = MakeChoices(dialog, warnings);
+        std::ostream told(nullptr);
+        outcome = MakeChoices(dialog, mOptions.strict ? told : mErr, warnings);
+    }
+    if (outcome.Ok() && !mOptions.savePreset.empty() && !mOptions.dryRun) {
+        outcome = PresetFile::Write(*dialog.PPD(), mOptions.savePreset);
     }
     mSettings.clear();
     for (int commit = 0; outcome.Ok() && commit < mOptions.commits; ++commit) {
         outcome = dialog.Commit();
     }
     path = dialog.JobDataPath();
-    bool const isAsked = mOptions.pairs || !mOptions.output.empty();
+    bool const isAsked = mOptions.pairs || mOptions.dryRun || !mOptions.output.empty();
     if (outcome.Ok() && !path.empty() && isAsked) {
         outcome = job.Take(DialogSession::JobPairs());
     }
-    if (outcome.Ok() && !mOptions.tickets.empty()) {
+    if (outcome.Ok() && !mOptions.tickets.empty() && !mOptions.dryRun) {
         outcome = KeepTickets(dialog, tickets);
     }
     return outcome;
@@ -105,19 +126,26 @@ Outcome PrintCommand::KeepTickets(DialogSession const& dialog, TicketFile& ticke
     return outcome;
 }
 
-// A dialog writes the printer's record before it opens, and choices stand on what it restores: so
-// they are tried in one that leaves the records alone.
-Outcome PrintCommand::TryChoices(TicketFile const& tickets) {
+// A dialog writes the printer's record before it opens. In this one the records are left alone, and
+// the dialog alone has the watermarks that were to go into them.
+Outcome PrintCommand::StartWithoutRecord(DialogSession& dialog, TicketFile const& tickets) const {
     PrintOptions options = mOptions;
     options.address.reset();
     options.noAddress = false;
     options.watermarks.clear();
-    DialogSession dialog;
-    std::size_t warnings = 0;
     Outcome outcome = dialog.Start(options, MakeAndModel(), tickets);
     if (outcome.Ok()) {
         DialogSession::TakeWatermarks(mOptions.watermarks);
-        outcome = MakeChoices(dialog, warnings);
+    }
+    return outcome;
+}
+
+Outcome PrintCommand::TryChoices(TicketFile const& tickets) {
+    DialogSession dialog;
+    std::size_t warnings = 0;
+    Outcome outcome = StartWithoutRecord(dialog, tickets);
+    if (outcome.Ok()) {
+        outcome = MakeChoices(dialog, mErr, warnings);
         warnings += dialog.TryJob();
     }
     return outcome.Ok() && warnings > 0
@@ -126,7 +154,7 @@ Outcome PrintCommand::TryChoices(TicketFile const& tickets) {
                : outcome;
 }
 
-Outcome PrintCommand::MakeChoices(DialogSession& dialog, std::size_t& warnings) {
+Outcome PrintCommand::MakeChoices(DialogSession& dialog, std::ostream& err, std::size_t& warnings) {
     ZUBPPD* const ppd = dialog.PPD();
     if (ppd == nullptr) {
         return Outcome::Failed("the plug-in holds no PPD for " + mOptions.ppd);
@@ -134,25 +162,35 @@ Outcome PrintCommand::MakeChoices(DialogSession& dialog, std::size_t& warnings) 
     if (mOptions.customPaper) {
         ppd->SetCustomPaper(true);
     }
-    ControlSettings settings(*ppd, mOptions.ppd, mErr);
+    ControlSettings settings(*ppd, mOptions.ppd, err);
     settings.NoteKept();
     if (DialogSession::IsTwoWay()) {
         settings.FillNotesOfProfiles();
     }
-    Outcome outcome = settings.Apply(mSettings);
+    std::size_t missed = 0;
+    Outcome outcome = settings.Apply(mPreset.SettingsFor(*ppd, err, missed));
+    if (outcome.Ok()) {
+        outcome = settings.Apply(mSettings);
+    }
     if (std::string const feed = dialog.PaperFeed(); outcome.Ok() && !feed.empty()) {
         settings.ApplyPaperFeed(feed);
     }
+    if (outcome.Ok() && mOptions.fix) {
+        settings.Fix();
+    }
     settings.CheckRules();
-    warnings = settings.Warnings();
-    std::string const refused = mOptions.selectedWatermark
-                                    ? DialogSession::SelectWatermark(*mOptions.selectedWatermark)
-                                    : std::string();
-    if (!refused.empty()) {
+    warnings = settings.Warnings() + missed;
+    if (std::string const refused = SelectWatermark(); !refused.empty()) {
         ++warnings;
-        mErr << Outcome::Warning(refused);
+        err << Outcome::Warning(refused);
     }
     return outcome;
+}
+
+// Why the selection that was asked for isn't taken; empty when it is.
+std::string PrintCommand::SelectWatermark() const {
+    return mOptions.selectedWatermark ? DialogSession::SelectWatermark(*mOptions.selectedWatermark)
+                                      : std::string();
 }
 
 void PrintCommand::Report(std::string const& path, JobDataFile const& job) {

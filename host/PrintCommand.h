@@ -9,10 +9,12 @@
 
 #include "host/Options.h"
 #include "host/Outcome.h"
+#include "host/PresetFile.h"
 #include "host/RunNotes.h"
 
 class DialogSession;
 class JobDataFile;
+class PrintedDocument;
 class TicketFile;
 
 // `zubprint print`: runs one dialog and prints what its last commit wrote.
@@ -25,15 +27,20 @@ class PrintCommand {
 
   private:
     std::optional<std::string> MakeAndModel() const;
+    std::string SelectWatermark() const;
+    Outcome StartWithoutRecord(DialogSession& dialog, TicketFile const& tickets) const;
+    Outcome Show(PrintedDocument const& document, JobDataFile const& job);
     Outcome RunDialog(std::string& path, JobDataFile& job);
     Outcome KeepTickets(DialogSession const& dialog, TicketFile& tickets);
     Outcome TryChoices(TicketFile const& tickets);
-    Outcome MakeChoices(DialogSession& dialog, std::size_t& warnings);
+    // Tells on `err` what doesn't come out as it was asked for.
+    Outcome MakeChoices(DialogSession& dialog, std::ostream& err, std::size_t& warnings);
     void Report(std::string const& path, JobDataFile const& job);
 
     PrintOptions const& mOptions;
     std::vector<ControlSetting> mSettings;  // with their values, as long as a dialog wants them
     std::ostream& mOut;
     std::ostream& mErr;
+    PresetFile mPreset;  // with nothing in it when none is asked for
     RunNotes mNotes;
 };

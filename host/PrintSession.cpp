@@ -152,7 +152,7 @@ OSStatus PrintSession::FillPrintSettings(PrintOptions const& options) {
         CFArrayAppendValue(feed, JsonText::FromUTF8(*options.paperFeed));
         settings.Set(kPrimaryPaperFeedKey, feed.Get());
     } else if (std::ranges::any_of(options.settings, [](ControlSetting const& setting) {
-                   return setting.keyword == "*InputSlot";
+                   return setting.keyword == "*InputSlot" || setting.keyword == "InputSlot";
                })) {
         settings.Remove(kPrimaryPaperFeedKey);
     }

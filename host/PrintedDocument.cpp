@@ -49,8 +49,10 @@ bool PrintedDocument::TakesStandardOutput() const {
 }
 
 Outcome PrintedDocument::Open() {
-    if (Outcome outcome = CheckOutput(); !outcome.Ok()) {
-        return outcome;
+    for (auto const& check : {&PrintedDocument::CheckOutput, &PrintedDocument::CheckPreset}) {
+        if (Outcome outcome = (this->*check)(); !outcome.Ok()) {
+            return outcome;
+        }
     }
     if (IsStandardInput()) {
         return HasOutput() ? mDocument.Take({std::istreambuf_iterator<char>(std::cin), {}},
@@ -73,6 +75,18 @@ Outcome PrintedDocument::CheckOutput() const {
                                         "--pairs and the document can't both go to standard output"}
                               : Outcome::Done();
     }
+    return CheckOverwriting("-o", mOptions.output, "");
+}
+
+Outcome PrintedDocument::CheckPreset() const {
+    if (mOptions.savePreset == kStandardStream) {
+        return {ExitStatus::kUsage, "--save-preset takes the name of a file, and - is none"};
+    }
+    return CheckOverwriting("--save-preset", mOptions.savePreset, mOptions.output);
+}
+
+Outcome PrintedDocument::CheckOverwriting(std::string const& option, std::string const& path,
+                                          std::string const& output) const {
     struct Row {
         char const* what;
         std::string path;
@@ -80,9 +94,9 @@ Outcome PrintedDocument::CheckOutput() const {
     for (Row const& row :
          {Row{"the PPD", mOptions.ppd},
           Row{"the document", IsStandardInput() ? kStandardInput : mOptions.document},
-          Row{"the tickets file", mOptions.tickets}}) {
-        if (!row.path.empty() && IsSameFile(mOptions.output, row.path)) {
-            return {ExitStatus::kUsage, "-o " + mOptions.output + " would overwrite " + row.what};
+          Row{"the tickets file", mOptions.tickets}, Row{"the printed document", output}}) {
+        if (!path.empty() && !row.path.empty() && IsSameFile(path, row.path)) {
+            return {ExitStatus::kUsage, option + ' ' + path + " would overwrite " + row.what};
         }
     }
     return Outcome::Done();
@@ -96,4 +110,9 @@ Outcome PrintedDocument::Write(std::vector<JobDataFile::Pair> const& pairs,
         return Outcome::Done();
     }
     return HostFiles::Write(mOptions.output, merged);
+}
+
+void PrintedDocument::WriteTo(std::vector<JobDataFile::Pair> const& pairs,
+                              std::ostream& out) const {
+    out << mDocument.Merge(pairs);
 }

@@ -27,9 +27,17 @@ class PrintedDocument {
     // Writes the document to the options' output, which may be `out`, the standard output.
     Outcome Write(std::vector<JobDataFile::Pair> const& pairs, std::ostream& out) const;
 
+    // The same to `out`, wherever the options say it goes.
+    void WriteTo(std::vector<JobDataFile::Pair> const& pairs, std::ostream& out) const;
+
   private:
     bool IsStandardInput() const;
     Outcome CheckOutput() const;
+    Outcome CheckPreset() const;
+    // Wrong usage if this output of the option is a file that is read, kept, or `output`, which may
+    // be empty.
+    Outcome CheckOverwriting(std::string const& option, std::string const& path,
+                             std::string const& output) const;
 
     PrintOptions const& mOptions;
     DSCDocument mDocument;

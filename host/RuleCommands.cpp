@@ -1,40 +1,36 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/RuleCommands.h"
 
+#include <string>
 #include <utility>
 #include <vector>
 
 #include <nlohmann/json.hpp>
 
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
-#include "PPDX/PPDObjects/Controls/PPDXPopupControl.h"
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "constraints/ConstraintsEngine.h"
 #include "constraints/UIConstraints.h"
+#include "host/ControlNames.h"
+#include "host/PeopleText.h"
+#include "host/Suggestions.h"
 
 namespace {
 
 constexpr long kAllOptions = -1;
-
-// What a control offers to choose from; empty for one that isn't a list or a switch.
-std::vector<char const*> Choices(PPDXControl& control) {
-    if (control.Type() == kBooleanType) {
-        return {"True", "False"};
-    }
-    std::vector<char const*> choices;
-    if (auto* const popup = dynamic_cast<PPDXPopupControl*>(&control)) {
-        for (_PopupItem* item = popup->FirstItem(); item != nullptr; item = popup->NextItem()) {
-            choices.push_back(item->Keyword());
-        }
-    }
-    return choices;
-}
 
 // Turns texts into ids; remembers the first one that the PPD doesn't have.
 class Texts {
   public:
     explicit Texts(CStringSoup const& table) : mTable(table) {}
 
+    // A keyword's; its star may have been left off.
+    long KeyID(std::string const& keyword) {
+        std::string const starred = '*' + keyword;
+        bool const lacksStar =
+            mTable.Find(keyword.c_str()) < 0 && mTable.Find(starred.c_str()) >= 0;
+        return lacksStar ? mTable.Find(starred.c_str()) : ID(keyword);
+    }
     long ID(std::string const& text) {
         long const id = mTable.Find(text.c_str());
         if (id < 0 && mUnknown == nullptr) {
@@ -43,8 +39,15 @@ class Texts {
         return id;
     }
     std::pair<long, long> IDs(OptionChoice const& choice) {
-        long const key = ID(choice.keyword);
+        long const key = KeyID(choice.keyword);
         return {key, choice.option ? ID(*choice.option) : kAllOptions};
+    }
+    std::vector<std::string> Known() const {
+        std::vector<std::string> known;
+        for (long id = 0; id < mTable.size(); ++id) {
+            known.push_back(PeopleText::Bytes(mTable.Find(id)));
+        }
+        return known;
     }
     std::string const* Unknown() const { return mUnknown; }  // null when all were known
 
@@ -73,8 +76,8 @@ Outcome ConstraintsCommand::Answer(ZUBPPD& ppd, std::ostream& out) {
     CNTL_TYPE type = kControlType;
     for (PPDXControl* control = GetFirst(ppd.GetControls(), type); control != nullptr;
          control = GetNext(ppd.GetControls(), type)) {
-        for (char const* choice : Choices(*control)) {
-            if (ppd.IsKVConstrained(control->Keyword(), choice)) {
+        for (std::string const& choice : ControlNames::Choices(*control)) {
+            if (ppd.IsKVConstrained(control->Keyword(), choice.c_str())) {
                 constrained.push_back(
                     {JsonText::Bytes(control->Keyword()), JsonText::Bytes(choice)});
             }
@@ -98,7 +101,8 @@ Outcome SolveCommand::Answer(ZUBPPD& ppd, std::ostream& out) {
         locked.add(texts.IDs(choice));
     }
     if (texts.Unknown() != nullptr) {
-        return Outcome::Failed(mOptions.ppd + " doesn't know '" + *texts.Unknown() + "'");
+        return Outcome::Failed(mOptions.ppd + " doesn't know '" + *texts.Unknown() + "'" +
+                               Suggestions::Ask(*texts.Unknown(), texts.Known()));
     }
     ConstraintsEngine engine(&constraints.GetSelection(), &constraints.GetConstraintForest(),
                              &constraints.GetKeyForest(), &locked);

@@ -3,10 +3,14 @@
 
 #include <new>
 
+#include "host/AdoptCommand.h"
 #include "host/CommandLine.h"
 #include "host/InspectCommand.h"
+#include "host/LintCommand.h"
+#include "host/ListCommand.h"
 #include "host/Outcome.h"
 #include "host/PrintCommand.h"
+#include "host/ReasonCommands.h"
 #include "host/RuleCommands.h"
 #include "host/SecretCommands.h"
 
@@ -22,6 +26,16 @@ Outcome RunCommand(CommandLine const& commandLine, std::ostream& out, std::ostre
             return SolveCommand(commandLine.Solve(), out, err).Run();
         case CommandLine::Command::kPrint:
             return PrintCommand(commandLine.Print(), out, err).Run();
+        case CommandLine::Command::kList:
+            return ListCommand(commandLine.List(), out, err).Run();
+        case CommandLine::Command::kWhy:
+            return WhyCommand(commandLine.Choice(), out, err).Run();
+        case CommandLine::Command::kFix:
+            return FixCommand(commandLine.Choice(), out, err).Run();
+        case CommandLine::Command::kLint:
+            return LintCommand(commandLine.Lint(), out).Run();
+        case CommandLine::Command::kAdopt:
+            return AdoptCommand(commandLine.Adopt(), out, err).Run();
         case CommandLine::Command::kUnpack:
             return UnpackCommand(commandLine.Unpack(), out).Run();
         case CommandLine::Command::kDecryptNote:

@@ -32,6 +32,7 @@ void PPDFileStream::Setup() {
     }
     std::string_view const chunk = mUnseen.substr(0, mChunked ? kChunkSize : mUnseen.npos);
     mUnseen.remove_prefix(chunk.size());
+    mShown += static_cast<long>(chunk.size());
     PPDStream::Setup(chunk.data(), static_cast<long>(chunk.size()));
     SetPlain(IsPlain(chunk));
 }

@@ -29,6 +29,8 @@ class PPDFileStream : public PPDStream {
     // As in PPDStream, over the borders of chunks. A last line without a line end isn't delivered.
     bool NextLine(std::string_view& line) override;
 
+    long Place() const override { return mShown - static_cast<long>(Left()); }
+
     using PPDStream::Setup;
     // Goes on with the file's next chunk, whatever of the last one is unread. Bad when there is
     // none.
@@ -43,6 +45,7 @@ class PPDFileStream : public PPDStream {
     std::vector<char> mBuffer;
     std::string_view mUnseen;  // read and in no chunk yet
     char mLine[kLineSize];     // a line over the border of chunks
+    long mShown = 0;           // bytes of the file up to the end of the chunk
     bool mChunked;
     PPDFile* mFile;  // not owned
     bool mReadFailed = false;

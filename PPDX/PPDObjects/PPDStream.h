@@ -83,6 +83,8 @@ class PPDStream {
     virtual bool GetLine(char* line);
     // The same without a copy: `line` is good until the next line is read.
     virtual bool NextLine(std::string_view& line);
+    // How many bytes of its file lie ahead of the cursor; -1 for bytes that are no file's.
+    virtual long Place() const { return -1; }
 
     std::int32_t Status() const { return mStatus; }
     bool Good() const { return mStatus == kGood; }
@@ -98,6 +100,7 @@ class PPDStream {
     // Moves behind the line and gives its bytes, of which there may be `most`, with a NUL that
     // stands among them; false as in GetLine.
     bool TakeLine(std::string_view& line, std::size_t most);
+    std::size_t Left() const { return Rest().size(); }  // bytes behind the cursor
     // The text of such bytes.
     std::string_view TextOf(std::string_view line) const {
         return mPlain ? line : line.substr(0, line.find('\0'));

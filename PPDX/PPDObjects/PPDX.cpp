@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -27,6 +28,12 @@ constexpr std::size_t kNameValueSize = 32;   // behind the keyword, searched for
 constexpr std::string_view kPCFileName = "*PCFileName";
 
 constexpr std::int32_t kStoreVersion = 1024;
+
+// What is told at the end of a block but is about the whole of it.
+constexpr PPDXErrorCode kAboutBlocks[] = {
+    kOutOfMemory,   kFileEndsInSkippedBlock, kSecondDefaultOrFileEnds, kControlWithoutGroup,
+    kAlreadyExists, kControlWithoutRollDown, kBlockWithoutDefault,
+};
 
 bool HoldsName(CFStringRef name, BoyerMoore& search) {
     std::uint8_t pascal[256];
@@ -202,7 +209,16 @@ char const* PPDLanguageEncoding(PPDX* ppd) {
     return ppd->LanguageEncoding();
 }
 
+long PPDX::Place() const {
+    return mCurrentStream != nullptr ? mCurrentStream->Place() : -1;
+}
+
 void PPDX::AddError(PPDXErrorObj* error) {
+    if (error != nullptr && error->Place() < 0 && mCurrentStream != nullptr) {
+        bool const isAboutBlock =
+            std::ranges::find(kAboutBlocks, error->Code()) != std::end(kAboutBlocks);
+        error->SetPlace(isAboutBlock ? mStatement : Place());
+    }
     if (mErrors == nullptr || !mErrors->Add(error)) {
         delete error;
     }

@@ -51,6 +51,10 @@ class PPDX {
     // With true the first error of any kind ends a parse and makes the file not valid.
     void AllErrorsFatal(bool const& fatal) { mAllErrorsFatal = fatal; }
 
+    // How many bytes of the file the last parse has read; less than the file has where a line ended
+    // it. -1 without a parse.
+    long ReadUpTo() const { return mReadUpTo; }
+
     PPDXErrors* GetErrors() const { return mErrors; }  // owned by the reader
     // False when the reader has no file; zeroed for a file that can't be named.
     bool GetFileSpec(FSSpec& file) const;
@@ -114,7 +118,10 @@ class PPDX {
     // store nothing happens: there is no error list either.
     void BuildFromSettings(Settings& settings, CFURLRef url);
 
-    // The list owns the error from here on.
+    // Where the line ends that was read last, as PPDXErrorObj has it; -1 outside of a parse.
+    long Place() const;
+    // The list owns the error from here on. One without a place gets that of the last line, or of
+    // the line that began what it is about.
     void AddError(PPDXErrorObj* error);
     void AddError(short code, bool fatal);
     void AddError(short code, char const* keyword, bool fatal);
@@ -133,6 +140,8 @@ class PPDX {
     bool mAllErrorsFatal = false;
     CString* mDriverVersion = nullptr;    // owned; only an archive fills it
     PPDStream* mCurrentStream = nullptr;  // not owned; set while Parse runs
+    long mStatement = -1;                 // the place of the line that began what is being read
+    long mReadUpTo = -1;
 
   private:
     // A text of the header and the record of it in an archive.

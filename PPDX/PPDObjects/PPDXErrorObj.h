@@ -15,8 +15,14 @@ class PPDXErrorObj : public CError {
 
     char const* Keyword() const;  // null when empty
 
+    // How many bytes of the file had been read when the line at fault had been, its end included;
+    // -1 for an error that is none of a line.
+    long Place() const { return mPlace; }
+    void SetPlace(long place) { mPlace = place; }
+
   private:
     CString mKeyword;
+    long mPlace = -1;
 };
 
 extern "C" {

@@ -27,6 +27,7 @@
 namespace {
 
 constexpr char kInstallableOptions[] = "InstallableOptions";
+constexpr long kFirstLine = 1;  // a place in it
 constexpr char kSizeLine[] = "*%ParamCustomPrintSize";
 
 // Two files that can't be named are no more the same than one and another.
@@ -146,6 +147,16 @@ void ZUBPPD::Build() {
     }
 }
 
+void ZUBPPD::Read(PPDFile* file) {
+    mFile = file;
+    try {
+        Parse();
+        AddErrorsOfEmptyLists();
+    } catch (std::bad_alloc const&) {
+        RefuseForLackOfMemory();
+    }
+}
+
 void ZUBPPD::RefuseForLackOfMemory() {
     mHeaderAccepted = false;
     try {
@@ -203,8 +214,10 @@ void ZUBPPD::ParseFile() {
     if (headerError == nullptr) {
         ReadLines();
     }
+    mReadUpTo = Place();
     SettleForwardReferences();
     if (headerError != nullptr) {
+        headerError->SetPlace(kFirstLine);
         AddError(headerError.release());
     }
     if (stream.ReadFailed()) {
@@ -220,6 +233,7 @@ void ZUBPPD::ReadLines() {
         if (!NextToken(line, keyword, kKeywordDelimiters)) {
             continue;
         }
+        mStatement = Place();
         PPDXErrorObj* const error = Dispatch(line, keyword);
         bool const fatal = error != nullptr && error->IsFatal();
         if (error != nullptr) {
@@ -275,6 +289,7 @@ PPDXErrorObj* ZUBPPD::Dispatch(PPDStream& line, std::string_view keyword) {
 void ZUBPPD::SettleForwardReferences() {
     ResolveShortcuts();
     ClearStringList(mShortcutNames);
+    mShortcutPlaces.clear();
     CollectOrphanGroups();
     ClearGroupNameList();
     mConstraints->Resolve();

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "PPDX/PPDObjects/Controls/DisplayOptions.h"
 #include "PPDX/PPDObjects/PPDX.h"
@@ -177,6 +178,15 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     PPDXErrorObj* ParseCustomPageSize(PPDStream& line, char const* keyword);
     PPDXErrorObj* ParseSpecialOption(PPDStream& line);
 
+  protected:
+    // For a class that takes note of what is read, whose functions aren't the object's yet while
+    // this one is constructed: it starts empty and then reads a file, once, which is its own then.
+    void Read(PPDFile* file);
+    // A rule, and a control, of the file.
+    virtual void TakeRule(char const* key1, char const* option1, char const* key2,
+                          char const* option2, bool requirement);
+    virtual void ControlTaken(PPDXControl&) {}
+
   private:
     struct FlagWords;
     struct RangeLine;
@@ -228,6 +238,7 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     static BlockParser BlockParserOf(std::string_view token, bool inGroup);
     PPDXErrorObj* ParseFlaggedBlock(char const* keyword, PointerList& flags);
     PPDXErrorObj* ParseGroupedBlock(char const* keyword, PointerList& flags, PPDXGroup* group);
+    static PPDXErrorObj* NoBlock(short code, char const* keyword, long announced);
     template <typename TakeHead>
     BlockEnd ReadBlock(TakeHead takeHead);
     HeadResult TakePopupHead(PPDStream& line, std::string_view head, std::string_view keyword,
@@ -281,6 +292,7 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     CString* mDriverFileVersion = nullptr;         // owned
     CString* mExtensionVersion = nullptr;          // owned
     PointerList mShortcutNames;                    // CString*, owned; emptied after a parse
+    std::vector<long> mShortcutPlaces;             // of mShortcutNames
     PointerList mGroupNames;                       // GroupName*, owned; emptied after a parse
     // The first of mGroupNames of each keyword.
     std::unordered_map<std::string_view, GroupName const*, TextHash> mGroupNamesByKeyword;

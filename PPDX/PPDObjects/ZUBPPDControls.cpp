@@ -94,7 +94,7 @@ struct ZUBPPD::PopupBlock {
     PointerList items;  // _PopupItem*, owned; they and their nodes lie in the PPD's arena
     std::unique_ptr<CString> defaultKeyword;
     bool defaultFound = false;
-    bool secondDefault = false;
+    long secondDefault = -1;  // the place of its line
 };
 
 struct ZUBPPD::BooleanBlock {
@@ -151,6 +151,7 @@ ZUBPPD::BlockParser ZUBPPD::BlockParserOf(std::string_view token, bool inGroup) 
 PPDXErrorObj* ZUBPPD::ParseFlaggedBlock(char const* keyword, PointerList& flags) {
     std::string_view token;
     PPDStream line;
+    long const announced = Place();
     if (!NextLine(line, token)) {
         return nullptr;
     }
@@ -159,7 +160,14 @@ PPDXErrorObj* ZUBPPD::ParseFlaggedBlock(char const* keyword, PointerList& flags)
     }
     BlockParser const parse = BlockParserOf(token, false);
     return parse != nullptr ? (this->*parse)(line, keyword, flags, nullptr)
-                            : new PPDXErrorObj(kFlagsLineWithoutBlock, keyword, false);
+                            : NoBlock(kFlagsLineWithoutBlock, keyword, announced);
+}
+
+// The line at fault is the one that announced a block.
+PPDXErrorObj* ZUBPPD::NoBlock(short code, char const* keyword, long announced) {
+    auto* const error = new PPDXErrorObj(code, keyword, false);
+    error->SetPlace(announced);
+    return error;
 }
 
 PPDXErrorObj* ZUBPPD::ParseGroup(PPDStream& line, char const* keyword, PointerList& flags) {
@@ -180,12 +188,13 @@ PPDXErrorObj* ZUBPPD::ParseGroup(PPDStream& line, char const* keyword, PointerLi
 PPDXErrorObj* ZUBPPD::ParseGroupedBlock(char const* keyword, PointerList& flags, PPDXGroup* group) {
     std::string_view token;
     PPDStream line;
+    long const announced = Place();
     if (!NextLine(line, token)) {
         return nullptr;
     }
     BlockParser const parse = BlockParserOf(token, true);
     return parse != nullptr ? (this->*parse)(line, keyword, flags, group)
-                            : new PPDXErrorObj(kGroupLineWithoutBlock, keyword, false);
+                            : NoBlock(kGroupLineWithoutBlock, keyword, announced);
 }
 
 PPDXErrorObj* ZUBPPD::ParseOpenUI(PPDStream& line, char const* keyword, PointerList& flags,
@@ -295,8 +304,10 @@ PPDXErrorObj* ZUBPPD::ParsePopupControl(char const* keyword, CFStringRef transla
     BlockEnd const end = ReadBlock([&](PPDStream& line, std::string_view head) {
         return TakePopupHead(line, head, keyword, block);
     });
-    if (end == BlockEnd::kFileEnded || block.secondDefault) {
-        return new PPDXErrorObj(kSecondDefaultOrFileEnds, keyword, true);
+    if (end == BlockEnd::kFileEnded || block.secondDefault >= 0) {
+        auto* const error = new PPDXErrorObj(kSecondDefaultOrFileEnds, keyword, true);
+        error->SetPlace(block.secondDefault);
+        return error;
     }
     if (block.defaultKeyword == nullptr) {
         AddError(kBlockWithoutDefault, keyword, false);
@@ -359,7 +370,9 @@ ZUBPPD::HeadResult ZUBPPD::TakePopupDefault(PPDStream& line, Delimiters const& d
                                             PopupBlock& block) {
     char value[kTextSize];
     if (NextToken(line, value, delimiters, true)) {
-        block.secondDefault |= block.defaultKeyword != nullptr;
+        if (block.defaultKeyword != nullptr) {
+            block.secondDefault = Place();
+        }
         block.defaultKeyword = std::make_unique<CString>(value);
     }
     return HeadResult::kTaken;
@@ -503,6 +516,7 @@ void ZUBPPD::SetupControl(PPDXGroup* group, PPDXControl* control, bool warn) {
     if (siblings != nullptr && !siblings->Add(control)) {
         throw std::bad_alloc();
     }
+    ControlTaken(*control);
 }
 
 void ZUBPPD::ClearStringList(PointerList& strings) {

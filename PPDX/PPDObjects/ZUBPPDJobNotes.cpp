@@ -103,6 +103,9 @@ PPDXErrorObj* ZUBPPD::ParseJobNote(PPDStream& line, char const* keyword, Pointer
     } else if (!ReadNote(line, true, note)) {
         return nullptr;
     }
+    if (note.error != nullptr) {
+        note.error->SetPlace(Place());  // not the companion's, which is read all the same
+    }
     TakeNoteCompanion(keyword, note);
     if (note.error != nullptr) {
         return note.error.release();

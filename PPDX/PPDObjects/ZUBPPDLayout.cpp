@@ -205,6 +205,11 @@ PPDXErrorObj* ZUBPPD::ParseUIConstraint(PPDStream& line, bool requirement) {
         return new PPDXErrorObj(kRuleWithoutSecondKey, false);
     }
     nextField(option2);
-    mConstraints->Add(key1, option1, key2, option2, requirement);
+    TakeRule(key1, option1, key2, option2, requirement);
     return nullptr;
+}
+
+void ZUBPPD::TakeRule(char const* key1, char const* option1, char const* key2, char const* option2,
+                      bool requirement) {
+    mConstraints->Add(key1, option1, key2, option2, requirement);
 }

@@ -217,19 +217,23 @@ PPDXErrorObj* ZUBPPD::ParseShortcut(PPDStream& line) {
         return new PPDXErrorObj(kShortcutLeadsNowhere, keyword, false);
     }
     PushOwned(mShortcutNames, std::make_unique<CString>(keyword));
+    mShortcutPlaces.push_back(Place());
     return nullptr;
 }
 
 void ZUBPPD::ResolveShortcuts() {
     PointerList controls;
-    for (auto at = mShortcutNames.Begin(); at != mShortcutNames.End(); ++at) {
+    std::size_t number = 0;
+    for (auto at = mShortcutNames.Begin(); at != mShortcutNames.End(); ++at, ++number) {
         char const* const keyword = static_cast<CString const*>(*at)->GetCharData();
         if (PPDXControl* const control = FindControl(keyword)) {
             if (!controls.PushBack(control)) {
                 throw std::bad_alloc();
             }
         } else {
-            AddError(kShortcutLeadsNowhere, keyword, false);
+            auto error = std::make_unique<PPDXErrorObj>(kShortcutLeadsNowhere, keyword, false);
+            error->SetPlace(mShortcutPlaces[number]);
+            AddError(error.release());
         }
     }
     delete mShortcuts;

@@ -101,7 +101,8 @@ TEST_F(TicketsTest, AChoiceOfTheInputSlotDropsTheKeptPaperFeed) {
     EXPECT_EQ("None", print({}, "")) << "and stays dropped";
     EXPECT_EQ("On", print({"--paper-feed", "On", "--set", "*InputSlot=None"},
                           "the paper feed On wins over *InputSlot=None"));
-    EXPECT_EQ("On", print({"--paper-feed", "Tray9"}, ppd + " has no paper feed Tray9"));
+    EXPECT_EQ("On", print({"--paper-feed", "Tray9"},
+                          ppd + " has no paper feed Tray9; it takes None, On or " + mMark));
 }
 
 TEST_F(TicketsTest, AChoiceThatARuleForbidsIsSaidAndStrictlyRefused) {
@@ -116,7 +117,9 @@ TEST_F(TicketsTest, AChoiceThatARuleForbidsIsSaidAndStrictlyRefused) {
                                    "*Duplex=" + mMark, "--address", "host.invalid"});
         return Run(more);
     };
-    std::string const warning = "zubprint: warning: *Duplex=On stands against *Sort=True\n";
+    std::string const warning =
+        "zubprint: warning: *Duplex=On stands against *Sort=True; zubprint fix says what to "
+        "change\n";
     Result const refused = run({"--set", "*Duplex=On", "--strict"});
     EXPECT_EQ(1, refused.status);
     EXPECT_TRUE(refused.err.starts_with(warning)) << refused.err;
