@@ -19,7 +19,11 @@ CFRef<CFURLRef> OwnPPD::URL(std::string const& path) {
 }
 
 void OwnPPD::Parse(CFURLRef url) {
-    (new ZUBPPD(url, kParseAll, nullptr))->Release();
+    auto* const ppd = new ZUBPPD(url, kParseAll, nullptr);
+    if (auto* const popup = ppd->GetControls()->FirstPopupControl()) {
+        ppd->IsKVConstrained(popup->Keyword(), popup->CurrentKeyword());
+    }
+    ppd->Release();
 }
 
 bool OwnPPD::Rebuild(CFDataRef archive, CFURLRef url) {

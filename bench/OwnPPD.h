@@ -13,7 +13,8 @@ class PPDXPopupControl;
 // A PPD as the print dialog sees it. Its menus are its popups, in the order of the file.
 class OwnPPD {
   public:
-    // Reads and forgets the file; that is the whole of a parse.
+    // Reads the file, asks the first question about a rule, for which the rules are put in order,
+    // and forgets the file; that is the whole of a parse.
     static void Parse(CFURLRef url);
     static CFRef<CFURLRef> URL(std::string const& path);
     // Makes the PPD again from what Archive gave, and forgets it; whether it is valid.

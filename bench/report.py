@@ -34,6 +34,8 @@ COMPILED = (
     ("rebuild", "rebuilding the compiled PPD", 1),
     ("save", "saving the compiled PPD", 1.5),
 )
+# How many times libcups's heap a parsed PPD may take.
+HEAP_AIMS = {"150x10": 1.2, "600x20": 1.05, "3000x20": 1.05}
 UNITS = ((1e9, "s"), (1e6, "ms"), (1e3, "µs"), (1, "ns"))
 NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
@@ -48,6 +50,7 @@ class Measured:
     def __init__(self):
         self.median = self.fastest = 0.0
         self.menus = None  # of a dialog that wasn't greyed as a whole
+        self.bytes = 0  # of the heap, for the case that counts them
 
     def take(self, row, options):
         menus = row.get("menus", options)
@@ -56,6 +59,7 @@ class Measured:
         time = row["cpu_time"] * NANOSECONDS[row["time_unit"]] * max(1, options / menus)
         if row["aggregate_name"] == "median":
             self.median = time
+            self.bytes = row.get("bytes", 0)
         else:
             self.fastest = time
 
@@ -106,6 +110,14 @@ def beside_parsing(results, case, name, aim):
                f"| {ratios(own, parsing)} | {aim} |")
 
 
+def heaps(results):
+    for found in results:
+        size = next(iter(found))[2]
+        own, other = (found["heap", side, size].bytes for side in ("own", "cups"))
+        yield (f"| {size} | {own / 1e6:.3g} MB | {other / 1e6:.3g} MB | {times(own / other)} "
+               f"| {HEAP_AIMS.get(size, '')} |")
+
+
 def growth(found):
     """How many times as long the second PPD takes, as the rest of a table row."""
     small, large = sorted({key[2] for key in found}, key=lambda size: (options_of(size), size))
@@ -130,6 +142,10 @@ def main():
     print("| --- | --- | --- | --- | --- | --- | --- |")
     for case in COMPILED:
         print("\n".join(beside_parsing(results, *case)))
+    print()
+    print("| heap of a parsed PPD | this reader | libcups | times as much | aim |")
+    print("| --- | --- | --- | --- | --- |")
+    print("\n".join(heaps(results)))
     print()
     print("| times as long, medians and fastest | sizes | parsing | a menu | the dialog "
           "| emitting |")

@@ -11,6 +11,12 @@ namespace {
 constexpr std::size_t kInitialCapacity = 512;
 constexpr std::size_t kSlabSize = 16 * 1024;  // a longer text gets a slab of its own size
 
+// Without a walk for the length of the terminated one.
+bool IsText(char const* terminated, std::string_view text) {
+    return std::strncmp(terminated, text.data(), text.size()) == 0 &&
+           terminated[text.size()] == '\0';
+}
+
 }  // namespace
 
 CStringSoup::CStringSoup() {
@@ -20,7 +26,10 @@ CStringSoup::CStringSoup() {
 CStringSoup::~CStringSoup() = default;
 
 long CStringSoup::Insert(char const* text) {
-    std::string_view const wanted(text);
+    return Insert(std::string_view(text));
+}
+
+long CStringSoup::Insert(std::string_view wanted) {
     if (2 * (mTexts.size() + 1) > mIndex.size()) {
         GrowIndex();
     }
@@ -63,9 +72,11 @@ std::uint32_t CStringSoup::HashOf(std::string_view text) {
 std::size_t CStringSoup::SlotOf(std::string_view text, std::uint32_t hash) const {
     std::size_t const mask = mIndex.size() - 1;
     std::size_t place = hash & mask;
-    while (mIndex[place].id >= 0 && (mIndex[place].hash != hash ||
-                                     text != mTexts[static_cast<std::size_t>(mIndex[place].id)])) {
-        place = (place + 1) & mask;
+    for (; mIndex[place].id >= 0; place = (place + 1) & mask) {
+        if (mIndex[place].hash == hash &&
+            IsText(mTexts[static_cast<std::size_t>(mIndex[place].id)], text)) {
+            break;
+        }
     }
     return place;
 }

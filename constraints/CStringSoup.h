@@ -19,6 +19,7 @@ class CStringSoup {
 
     // The text's id; adds a private copy of a text that is new. Must not be null.
     virtual long Insert(char const* text);
+    long Insert(std::string_view text);  // without a NUL in it
     // The text at this id, which must be in range. Lives until Clear.
     virtual char const* Find(long id) const;
     // The text's id, or -1. Adds nothing.

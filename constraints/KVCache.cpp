@@ -5,88 +5,95 @@
 
 void KVCache::clear() {
     mPairs.clear();
-    mKeys.clear();
+    mKeys.Clear();
     mPopped = 0;
 }
 
 void KVCache::add(std::pair<long, long> pair) {
-    auto const [found, isNew] = mKeys.try_emplace(pair.first, Occurrences{mPopped + size(), 0});
-    ++found->second.count;
+    KeyPlaces::Place& place = mKeys.Of(pair.first);
     mPairs.push_back(pair);
+    if (place.count++ == 0) {
+        place.first = static_cast<std::uint32_t>(mPairs.size() - 1);
+    }
 }
 
 void KVCache::Insert(long key, long item) {
     if (key < 0) {
         return;
     }
-    if (auto const found = mKeys.find(key); found != mKeys.end()) {
-        At(PositionOf(found->second)).second = item;
+    if (KeyPlaces::Place const* const place = mKeys.Find(key)) {
+        mPairs[place->first].second = item;
     } else {
         add({key, item});
     }
 }
 
 std::pair<long, long> KVCache::GetKV(long position) const {
-    return At(position);
+    return Pairs()[static_cast<std::size_t>(position)];
 }
 
 long KVCache::GetItem(long key) const {
-    auto const found = mKeys.find(key);
-    return found == mKeys.end() ? -1 : At(PositionOf(found->second)).second;
+    KeyPlaces::Place const* const place = mKeys.Find(key);
+    return place == nullptr ? -1 : mPairs[place->first].second;
 }
 
 long KVCache::Lookup(std::pair<long, long> pair) const {
-    auto const found = mKeys.find(pair.first);
-    if (found == mKeys.end()) {
+    KeyPlaces::Place const* const place = mKeys.Find(pair.first);
+    if (place == nullptr) {
         return -1;
     }
-    long left = found->second.count;
-    for (long position = PositionOf(found->second); left > 0; ++position) {
-        if (At(position) == pair) {
-            return position;
+    std::int32_t left = place->count;
+    for (std::size_t position = place->first; left > 0; ++position) {
+        if (mPairs[position] == pair) {
+            return static_cast<long>(position - mPopped);
         }
-        left -= At(position).first == pair.first ? 1 : 0;
+        left -= mPairs[position].first == pair.first ? 1 : 0;
     }
     return -1;
 }
 
 std::pair<long, long> KVCache::pop_front() {
-    if (mPairs.empty()) {
+    if (size() == 0) {
         return {0, 0};
     }
-    std::pair<long, long> const pair = mPairs.front();
-    mPairs.pop_front();
-    ++mPopped;
+    Pair const pair = mPairs[mPopped++];
     ForgetFirst(pair.first);
+    // Rarely enough that a pair's share of it is small.
+    if (2 * mPopped > mPairs.size() && mPopped >= mKeys.Size()) {
+        DropPopped();
+    }
     return pair;
 }
 
 std::pair<long, long> KVCache::pop_back() {
-    if (mPairs.empty()) {
+    if (size() == 0) {
         return {0, 0};
     }
-    std::pair<long, long> const pair = mPairs.back();
+    Pair const pair = mPairs.back();
     mPairs.pop_back();
-    if (auto const found = mKeys.find(pair.first); --found->second.count == 0) {
-        mKeys.erase(found);
-    }
+    --mKeys.Find(pair.first)->count;
     return pair;
 }
 
 // The key's next pair, if it has one, becomes its first.
 void KVCache::ForgetFirst(long key) {
-    auto const found = mKeys.find(key);
-    if (--found->second.count == 0) {
-        mKeys.erase(found);
+    KeyPlaces::Place& place = *mKeys.Find(key);
+    if (--place.count == 0) {
         return;
     }
-    auto const next = std::find_if(mPairs.begin() + (PositionOf(found->second) + 1), mPairs.end(),
-                                   [key](auto const& pair) { return pair.first == key; });
-    found->second.first = mPopped + (next - mPairs.begin());
+    do {
+        ++place.first;
+    } while (mPairs[place.first].first != key);
+}
+
+void KVCache::DropPopped() {
+    mPairs.erase(mPairs.begin(), mPairs.begin() + static_cast<std::ptrdiff_t>(mPopped));
+    mKeys.MoveDown(static_cast<std::uint32_t>(mPopped));
+    mPopped = 0;
 }
 
 void KVCache::merge(KVCache const& other) {
-    for (auto const& [key, item] : other.mPairs) {
+    for (auto const& [key, item] : other.Pairs()) {
         Insert(key, item);
     }
 }
@@ -101,8 +108,8 @@ KVCache& KVCache::operator+=(KVCache const& other) {
     // The other cache may be this one: its pairs are counted before the first is added.
     long const count = other.size();
     for (long position = 0; position < count; ++position) {
-        if (other.At(position).first >= 0) {
-            add(other.At(position));
+        if (Pair const pair = other.GetKV(position); pair.first >= 0) {
+            add(pair);
         }
     }
     return *this;
@@ -112,16 +119,16 @@ bool KVCache::operator==(KVCache const& other) const {
     if (size() != other.size()) {
         return false;
     }
-    if (mPairs == other.mPairs) {
+    if (std::ranges::equal(Pairs(), other.Pairs())) {
         return true;
     }
     // Sorting copies is dear; mostly some pair is missing and that settles it.
-    if (std::any_of(mPairs.begin(), mPairs.end(),
-                    [&other](auto const& pair) { return other.Lookup(pair) < 0; })) {
+    if (std::ranges::any_of(Pairs(),
+                            [&other](Pair const& pair) { return other.Lookup(pair) < 0; })) {
         return false;
     }
-    auto left = mPairs;
-    auto right = other.mPairs;
+    std::vector<Pair> left(Pairs().begin(), Pairs().end());
+    std::vector<Pair> right(other.Pairs().begin(), other.Pairs().end());
     std::sort(left.begin(), left.end(), KeyOptionGreater);
     std::sort(right.begin(), right.end(), KeyOptionGreater);
     return left == right;

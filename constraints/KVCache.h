@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstddef>
-#include <deque>
-#include <unordered_map>
+#include <span>
 #include <utility>
+#include <vector>
+
+#include "constraints/KeyPlaces.h"
 
 // Pairs of a key id and an option id in the order of insertion: the current selection, a proposed
 // change, a list of conflicts. Several pairs of one key come in through `add` and the operators
@@ -16,7 +18,7 @@ class KVCache {
     KVCache& operator=(KVCache const&) = default;
     virtual ~KVCache() = default;
 
-    long size() const { return static_cast<long>(mPairs.size()); }
+    long size() const { return static_cast<long>(mPairs.size() - mPopped); }
     void clear();
     // Appends, whatever is there already.
     void add(std::pair<long, long> pair);
@@ -40,23 +42,15 @@ class KVCache {
     bool operator==(KVCache const& other) const;
 
   private:
-    // Where a key's pairs are: the first one, counted from the first pair ever added, and how
-    // many there are.
-    struct Occurrences {
-        long first;
-        long count;
-    };
+    using Pair = std::pair<long, long>;
 
-    std::pair<long, long>& At(long position) { return mPairs[static_cast<std::size_t>(position)]; }
-    std::pair<long, long> const& At(long position) const {
-        return mPairs[static_cast<std::size_t>(position)];
-    }
-    long PositionOf(Occurrences const& occurrences) const { return occurrences.first - mPopped; }
+    std::span<Pair const> Pairs() const { return std::span(mPairs).subspan(mPopped); }
     void ForgetFirst(long key);
+    void DropPopped();
 
-    std::deque<std::pair<long, long>> mPairs;
-    std::unordered_map<long, Occurrences> mKeys;  // every key in mPairs
-    long mPopped = 0;                             // pairs taken from the front so far
+    std::vector<Pair> mPairs;  // those that were taken from the front still lie there
+    KeyPlaces mKeys;           // positions in mPairs
+    std::size_t mPopped = 0;   // pairs taken from the front
 };
 
 // Orders pairs from the greatest key down, those of one key from the greatest option down.

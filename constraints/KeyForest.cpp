@@ -2,6 +2,7 @@
 #include "constraints/KeyForest.h"
 
 #include <cstddef>
+#include <utility>
 
 #include "constraints/KVCache.h"
 
@@ -10,9 +11,24 @@ KeyForest::~KeyForest() {
 }
 
 void KeyForest::insert(long key, long item) {
+    if (key >= 0) {
+        ItemsOf(key).push_back(item);
+    }
+}
+
+void KeyForest::insert(long key, std::vector<long> items) {
     if (key < 0) {
         return;
     }
+    std::vector<long>& known = ItemsOf(key);
+    if (known.empty()) {
+        known = std::move(items);
+    } else {
+        known.insert(known.end(), items.begin(), items.end());
+    }
+}
+
+std::vector<long>& KeyForest::ItemsOf(long key) {
     auto const index = static_cast<std::size_t>(key);
     if (index >= mItems.size()) {
         mItems.resize(index + 1);
@@ -20,7 +36,7 @@ void KeyForest::insert(long key, long item) {
     if (mItems[index] == nullptr) {
         mItems[index] = new std::vector<long>;
     }
-    mItems[index]->push_back(item);
+    return *mItems[index];
 }
 
 std::vector<long> const* KeyForest::GetItems(long key) const {

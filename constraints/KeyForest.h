@@ -16,6 +16,7 @@ class KeyForest {
 
     // Appends the option; one that is inserted twice stands twice.
     void insert(long key, long item);
+    void insert(long key, std::vector<long> items);  // all of them
     // The options of the key, or null. Lives until clear.
     std::vector<long> const* GetItems(long key) const;
     // Fills the cache with every key and option, keys ascending, options in order. A null cache is
@@ -24,5 +25,7 @@ class KeyForest {
     void clear();
 
   private:
+    std::vector<long>& ItemsOf(long key);
+
     std::vector<std::vector<long>*> mItems;  // owned, by key id; null for a key without options
 };

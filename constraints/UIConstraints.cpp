@@ -32,13 +32,17 @@ void UIConstraints::KVSInsert(long key, long option) {
     mKeyForest.insert(key, option);
 }
 
-void UIConstraints::Add(char const* key1, char const* option1, char const* key2,
-                        char const* option2, bool requirement) {
+void UIConstraints::KVSInsert(long key, std::vector<long> options) {
+    mKeyForest.insert(key, std::move(options));
+}
+
+void UIConstraints::Add(std::string_view key1, std::string_view option1, std::string_view key2,
+                        std::string_view option2, bool requirement) {
     long const keyId1 = mStrings.Insert(key1);
     long const optionId1 = mStrings.Insert(option1);
     long const keyId2 = mStrings.Insert(key2);
     long const optionId2 = mStrings.Insert(option2);
-    if (*option1 == '\0' || *option2 == '\0') {
+    if (option1.empty() || option2.empty()) {
         mDeferred.push_back({keyId1, optionId1, keyId2, optionId2, requirement});
     } else {
         ForestOf(requirement).insert(keyId1, optionId1, {keyId2, optionId2});

@@ -39,11 +39,12 @@ class UIConstraints {
     // Adds an option to the end of its key's list.
     void KVSInsert(char const* key, char const* option);
     void KVSInsert(long key, long option);
+    void KVSInsert(long key, std::vector<long> options);  // all of them, in their order
     // Adds one rule: the first key and option conflict with the second ones, or need them when
     // `requirement` is true. An empty option stands for every option of its key but "None" and
     // "False".
-    void Add(char const* key1, char const* option1, char const* key2, char const* option2,
-             bool requirement);
+    void Add(std::string_view key1, std::string_view option1, std::string_view key2,
+             std::string_view option2, bool requirement);
     // Whether the option stands for "not in use", so that a blank one doesn't mean it.
     static bool IsOff(std::string_view option);
     // Lets the rules with an empty option stand for the options known by now.

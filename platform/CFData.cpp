@@ -34,8 +34,16 @@ CFDataRef CFDataCreateCopy(CFAllocatorRef, CFDataRef data) {
     return NewObject<__CFData>(data->bytes.data(), data->bytes.size(), false);
 }
 
-CFMutableDataRef CFDataCreateMutable(CFAllocatorRef, CFIndex) {
-    return NewObject<__CFData>(nullptr, std::size_t{0}, true);
+CFMutableDataRef CFDataCreateMutable(CFAllocatorRef, CFIndex capacity) {
+    CFMutableDataRef const data = NewObject<__CFData>(nullptr, std::size_t{0}, true);
+    if (data != nullptr && capacity > 0) {
+        // A hint: without the memory for all of it the data grows as it can.
+        platform::WithoutExceptions(false, [&] {
+            data->bytes.reserve(static_cast<std::size_t>(capacity));
+            return true;
+        });
+    }
+    return data;
 }
 
 CFIndex CFDataGetLength(CFDataRef data) {

@@ -30,6 +30,9 @@ OSErr AddCollectionItem(Collection collection, std::uint32_t tag, std::int32_t i
 // `size`, if given, receives the whole size; `data`, if given, must have room for it.
 OSErr GetCollectionItem(Collection collection, std::uint32_t tag, std::int32_t id, long* size,
                         void* data);
+// The value where it lies, borrowed until the collection is changed.
+OSErr GetCollectionItemValue(Collection collection, std::uint32_t tag, std::int32_t id, long* size,
+                             char const** value);
 OSErr RemoveCollectionItem(Collection collection, std::uint32_t tag, std::int32_t id);
 long CountCollectionItems(Collection collection);
 
@@ -43,9 +46,18 @@ OSErr GetIndexedCollectionItemInfo(Collection collection, long index, std::uint3
                                    std::int32_t* id, long* size, std::uint32_t* attributes);
 OSErr ReplaceIndexedCollectionItem(Collection collection, long index, long size, void const* data);
 
-// The flat form reads back on a machine of the other byte order; values keep their bytes.
-// `flat` is an existing handle, which takes the size of the data.
+// Takes `size` bytes, or gives as many; what it returns other than 0 ends the call that it was made
+// from, as that one's result.
+using CollectionFlattenProc = OSErr (*)(long size, void* data, void* reference);
+
+// The flat form reads back on a machine of the other byte order; values keep their bytes. It is
+// written in pieces that follow each other, GetFlatCollectionSize bytes in all.
+OSErr FlattenCollection(Collection collection, CollectionFlattenProc write, void* reference);
+long GetFlatCollectionSize(Collection collection);
+// The same into an existing handle, which takes the size of the data.
 OSErr FlattenCollectionToHdl(Collection collection, Handle flat);
-// Replaces what `collection` holds. collectionVersionErr, with the collection as it was, for data
-// that is cut, damaged or followed by anything else.
+// Reads `size` bytes in pieces. Replaces what `collection` holds. collectionVersionErr, with the
+// collection as it was, for data that is cut, damaged or followed by anything else.
+OSErr UnflattenCollection(Collection collection, long size, CollectionFlattenProc read,
+                          void* reference);
 OSErr UnflattenCollectionFromHdl(Collection collection, Handle flat);

@@ -2,9 +2,11 @@
 #include "platform/ProcessManager.h"
 
 #include <dirent.h>
+#include <pthread.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <charconv>
 #include <climits>
@@ -29,8 +31,21 @@ std::string* gOwnName = nullptr;   // owned; null until set
 std::string* gReadName = nullptr;  // owned; the system's name for this process, once read
 std::vector<std::uint32_t>* gList = nullptr;  // owned; the walk's processes by rising number
 
+std::atomic<std::uint32_t> gOwnId = 0;  // 0 until asked for
+
 OSErr Error(OSStatus status) {
     return static_cast<OSErr>(status);
+}
+
+// Each commit asks, and a system call can take longer than all that it writes. A child of this
+// process gets a number of its own.
+std::uint32_t OwnId() {
+    auto const ask = [] { gOwnId = static_cast<std::uint32_t>(getpid()); };
+    static bool const sIsRenewed = pthread_atfork(nullptr, nullptr, ask) == 0;
+    if (gOwnId == 0 || !sIsRenewed) {
+        ask();
+    }
+    return gOwnId;
 }
 
 std::string ProcessFile(std::uint32_t process, char const* name) {
@@ -94,14 +109,14 @@ std::string OwnName() {
         return *gOwnName;
     }
     if (gReadName == nullptr) {
-        gReadName = new std::string(ReadName(static_cast<std::uint32_t>(getpid())));
+        gReadName = new std::string(ReadName(OwnId()));
     }
     return *gReadName;
 }
 
 // Empty when there is no such process.
 std::string NameOfProcess(std::uint32_t process) {
-    if (process == static_cast<std::uint32_t>(getpid())) {
+    if (process == OwnId()) {
         return OwnName();
     }
     return IsRunning(process) ? ReadName(process) : std::string();
@@ -163,7 +178,7 @@ OSErr GetCurrentProcess(ProcessSerialNumber* process) {
     if (process == nullptr) {
         return Error(paramErr);
     }
-    *process = {0, static_cast<std::uint32_t>(getpid())};
+    *process = {0, platform::OwnId()};
     return Error(noErr);
 }
 

@@ -69,8 +69,10 @@ bool IsHead(CFArrayRef list, CFIndex index) {
 CFIndex FindRecord(CFArrayRef list, CFStringRef name) {
     CFIndex const count = CFArrayGetCount(list);
     for (CFIndex index = 0; index < count && name != nullptr; ++index) {
-        if (IsHead(list, index) &&
-            CFStringCompare(StringAt(list, index), name, kCFCompareCaseInsensitive) == 0) {
+        // Few texts are the name, and whether one is a head takes longer to tell.
+        CFStringRef const text = StringAt(list, index);
+        if (text != nullptr && CFStringCompare(text, name, kCFCompareCaseInsensitive) == 0 &&
+            IsHead(list, index)) {
             return index;
         }
     }

@@ -27,4 +27,3 @@ constexpr Delimiters kTranslationDelimiters(":");  // a translation, or the whol
 constexpr Delimiters kWordDelimiters("|:\"");      // flags and values
 constexpr Delimiters kTypeDelimiters(";(;)");      // the type of a block
 constexpr Delimiters kRestOfLineDelimiters("\n\r");
-constexpr Delimiters kBlankDelimiters(" \t");

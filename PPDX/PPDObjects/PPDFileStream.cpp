@@ -41,14 +41,15 @@ bool PPDFileStream::Read() {
     if (!mFile->dataForkOpen() && mFile->openDataFork(fsRdPerm) != noErr) {
         return false;
     }
-    if (mBuffer.empty()) {
-        mBuffer.resize(static_cast<std::size_t>(mChunked ? kReadSize : WholeSize(*mFile)));
+    if (mBuffer == nullptr) {
+        mBufferSize = static_cast<std::size_t>(mChunked ? kReadSize : WholeSize(*mFile));
+        mBuffer = std::make_unique_for_overwrite<char[]>(mBufferSize);
     }
-    unsigned long size = mBuffer.size();
-    OSErr const error = mFile->dataForkRead(mBuffer.data(), &size);
+    unsigned long size = mBufferSize;
+    OSErr const error = mFile->dataForkRead(mBuffer.get(), &size);
     bool const read = error == noErr || error == eofErr;
     mReadFailed |= !read;
-    mUnseen = {mBuffer.data(), read ? size : 0};
+    mUnseen = {mBuffer.get(), read ? size : 0};
     return true;
 }
 
@@ -71,6 +72,10 @@ bool PPDFileStream::Refill() {
 }
 
 bool PPDFileStream::NextLine(std::string_view& line) {
+    if (TakePlainLine(line, kLineLength)) {
+        mLineFeedDue = false;
+        return true;
+    }
     bool whole = TakeLine(line, kLineLength);
     if (!whole && EndOfFile()) {
         whole = GoOnInNextChunk(line);

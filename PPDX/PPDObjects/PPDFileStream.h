@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
+#include <memory>
 #include <string_view>
-#include <vector>
 
 #include "PPDX/PPDObjects/PPDStream.h"
 
@@ -42,7 +43,8 @@ class PPDFileStream : public PPDStream {
     // TakeLine for a line whose beginning ended the chunk.
     bool GoOnInNextChunk(std::string_view& line);
 
-    std::vector<char> mBuffer;
+    std::unique_ptr<char[]> mBuffer;
+    std::size_t mBufferSize = 0;
     std::string_view mUnseen;  // read and in no chunk yet
     char mLine[kLineSize];     // a line over the border of chunks
     long mShown = 0;           // bytes of the file up to the end of the chunk

@@ -66,9 +66,7 @@ class PPDStream {
     std::string_view GetUpTo(ByteSet const& stops, std::size_t most) {
         char const* const start = mPosition;
         char const* const end = start + std::min(most, Rest().size());
-        while (mPosition != end && !stops.Has(*mPosition)) {
-            ++mPosition;
-        }
+        mPosition = std::find_if(start, end, [&stops](char byte) { return stops.Has(byte); });
         return {start, mPosition};
     }
     std::string_view GetUpTo(char stop, std::size_t most = std::string_view::npos) {
@@ -76,6 +74,12 @@ class PPDStream {
         std::string_view const taken = rest.substr(0, rest.find(stop));
         mPosition += taken.size();
         return taken;
+    }
+    std::string_view Rest() const { return {mPosition, mEnd}; }  // what lies ahead
+    // Moves over so many bytes, of which there must be as many ahead.
+    void Skip(std::size_t count) {
+        mPosition += count;
+        mStatus = kGood;
     }
     // Reads up to LF, CR or CR LF, which is consumed, into kLineSize bytes, terminated. False for
     // a line that the bytes end or the byte 0xFF ends, and for one of more than kLineLength bytes,
@@ -100,6 +104,18 @@ class PPDStream {
     // Moves behind the line and gives its bytes, of which there may be `most`, with a NUL that
     // stands among them; false as in GetLine.
     bool TakeLine(std::string_view& line, std::size_t most);
+    // TakeLine where bytes are plain and the line ends among them, as nearly all do. False, with
+    // the cursor where it was, for any other.
+    bool TakePlainLine(std::string_view& line, std::size_t most) {
+        std::string_view const ahead = Rest().substr(0, most + 1);
+        std::size_t const size = mPlain ? ahead.find('\n') : ahead.npos;
+        if (size == ahead.npos) {
+            return false;
+        }
+        line = ahead.substr(0, size);
+        Skip(size + 1);
+        return true;
+    }
     std::size_t Left() const { return Rest().size(); }  // bytes behind the cursor
     // The text of such bytes.
     std::string_view TextOf(std::string_view line) const {
@@ -111,8 +127,6 @@ class PPDStream {
     }
 
   private:
-    std::string_view Rest() const { return {mPosition, mEnd}; }
-
     char const* mStart = nullptr;  // not owned, like all three
     char const* mEnd = nullptr;
     char const* mPosition = nullptr;

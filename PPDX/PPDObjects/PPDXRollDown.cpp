@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PPDX/PPDObjects/PPDXRollDown.h"
 
+#include <new>
+
 #include "PPDX/PPDObjects/Controls/ArchiveTags.h"
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
@@ -12,13 +14,19 @@ constexpr unsigned char kMark = 1;  // the item counts, not its value
 }  // namespace
 
 PPDXRollDown::PPDXRollDown(char const* keyword, CFStringRef localName, bool const& visible)
-    : PPDXGroup(keyword, localName, visible), mControls(new PPDXControls) {}
+    : PPDXGroup(keyword, localName, visible) {}
 
-PPDXRollDown::PPDXRollDown(Settings& settings, long const& id)
-    : PPDXGroup(settings, id), mControls(new PPDXControls) {}
+PPDXRollDown::PPDXRollDown(Settings& settings, long const& id) : PPDXGroup(settings, id) {}
 
 PPDXRollDown::~PPDXRollDown() {
     delete mControls;
+}
+
+PPDXControls* PPDXRollDown::Controls() const {
+    if (mControls == nullptr) {
+        mControls = new PPDXControls;
+    }
+    return mControls;
 }
 
 short PPDXRollDown::Save(Settings& settings, long const& id) {
@@ -33,5 +41,9 @@ bool IsRollDown(PPDXElement* element) {
 }
 
 PPDXControls* GetRollDownControlList(PPDXRollDown* rollDown) {
-    return rollDown == nullptr ? nullptr : rollDown->Controls();
+    try {
+        return rollDown == nullptr ? nullptr : rollDown->Controls();
+    } catch (std::bad_alloc const&) {
+        return nullptr;
+    }
 }

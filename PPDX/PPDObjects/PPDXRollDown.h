@@ -13,14 +13,16 @@ class PPDXRollDown : public PPDXGroup {
     ~PPDXRollDown() override;
 
     short Save(Settings& settings, long const& id) override;
-    // The list belongs to the roll-down, the controls in it don't.
-    PPDXControls* Controls() const { return mControls; }
+    // The list belongs to the roll-down, the controls in it don't. Made at the first call, which
+    // throws std::bad_alloc; never null.
+    PPDXControls* Controls() const;
 
   private:
-    PPDXControls* mControls;  // owned
+    mutable PPDXControls* mControls = nullptr;  // owned; null until asked for
 };
 
 extern "C" {
 bool IsRollDown(PPDXElement* element);
+// Null without memory, too.
 PPDXControls* GetRollDownControlList(PPDXRollDown* rollDown);
 }

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "PPDX/PPDObjects/Blanks.h"
 #include "PPDX/PPDObjects/PPDStream.h"
 #include "PPDX/PPDObjects/PPDX.h"
 
@@ -11,24 +12,6 @@
 namespace {
 
 constexpr char kQuotationMark = '"';
-
-bool IsBlank(char byte) {
-    return byte == ' ' || byte == '\t';
-}
-
-std::string_view WithoutTrailingBlanks(std::string_view text) {
-    while (!text.empty() && IsBlank(text.back())) {
-        text.remove_suffix(1);
-    }
-    return text;
-}
-
-std::string_view WithoutBlanksAround(std::string_view text) {
-    while (!text.empty() && IsBlank(text.front())) {
-        text.remove_prefix(1);
-    }
-    return WithoutTrailingBlanks(text);
-}
 
 // A token as it stands in the stream, which moves behind it. It may end in the carriage return of
 // a line end that lies behind the longest token.

@@ -18,9 +18,10 @@ long PlacedPPD::LineOf(PPDXControl const& control) const {
     return found == mControlPlaces.end() ? 1 : mLines.NumberAt(found->second);
 }
 
-void PlacedPPD::TakeRule(char const* key1, char const* option1, char const* key2,
-                         char const* option2, bool requirement) {
-    mRules.push_back({key1, option1, key2, option2, requirement, mLines.NumberAt(Place())});
+void PlacedPPD::TakeRule(std::string_view key1, std::string_view option1, std::string_view key2,
+                         std::string_view option2, bool requirement) {
+    mRules.push_back({std::string(key1), std::string(option1), std::string(key2),
+                      std::string(option2), requirement, mLines.NumberAt(Place())});
     ZUBPPD::TakeRule(key1, option1, key2, option2, requirement);
 }
 

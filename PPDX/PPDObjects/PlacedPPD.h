@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -34,8 +35,8 @@ class PlacedPPD : public ZUBPPD {
     long LineOf(PPDXControl const& control) const;
 
   protected:
-    void TakeRule(char const* key1, char const* option1, char const* key2, char const* option2,
-                  bool requirement) override;
+    void TakeRule(std::string_view key1, std::string_view option1, std::string_view key2,
+                  std::string_view option2, bool requirement) override;
     void ControlTaken(PPDXControl& control) override;
 
   private:

@@ -18,6 +18,7 @@ class PPDXControls;
 class PPDXCustomPageSizeControl;
 class PPDXGroup;
 class PPDXGroups;
+class PPDXPopupControl;
 class PPDXProperties;
 class PPDXRollDown;
 class PPDXShortcuts;
@@ -153,7 +154,8 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     PPDXErrorObj* ParseShortcut(PPDStream& line);
 
     // Controls. `flags` holds the words of the flags line (CString*): a control takes them and
-    // leaves the list empty, otherwise they stay the caller's. `group` is borrowed and may be null;
+    // leaves the list empty, otherwise they stay the caller's; with nodes in an arena they are
+    // there too, and nobody's. `group` is borrowed and may be null;
     // `translation` is the control's display name.
     PPDXErrorObj* ParseControl(PPDStream& line);
     PPDXErrorObj* ParseGroup(PPDStream& line, char const* keyword, PointerList& flags);
@@ -183,12 +185,11 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     // this one is constructed: it starts empty and then reads a file, once, which is its own then.
     void Read(PPDFile* file);
     // A rule, and a control, of the file.
-    virtual void TakeRule(char const* key1, char const* option1, char const* key2,
-                          char const* option2, bool requirement);
+    virtual void TakeRule(std::string_view key1, std::string_view option1, std::string_view key2,
+                          std::string_view option2, bool requirement);
     virtual void ControlTaken(PPDXControl&) {}
 
   private:
-    struct FlagWords;
     struct RangeLine;
     struct NoteLine;
     struct OptionHead;
@@ -246,12 +247,15 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     // For a default in its long form, which names the option that it is about.
     HeadResult TakeNamedDefault(PPDStream& line, std::string_view keyword, PopupBlock& block);
     HeadResult TakePopupDefault(PPDStream& line, Delimiters const& delimiters, PopupBlock& block);
-    HeadResult TakePopupOption(PPDStream& line, std::string_view head, PopupBlock& block);
+    HeadResult TakePopupOption(PPDStream& line, OptionHead const& option, PopupBlock& block);
+    // Tells the store of rules the options that a popup of the file has.
+    void InternOptions(std::string_view keyword, PPDXPopupControl const& popup);
     void NameItem(_PopupItem& item, std::string_view name);
     void ReadItemCode(PPDStream& line, _PopupItem& item);
     HeadResult TakeBooleanHead(PPDStream& line, std::string_view head, std::string_view keyword,
                                BooleanBlock& block);
-    static OptionHead CutOptionHead(std::string_view head);
+    // `head` ends in front of a colon and starts with the block's keyword, in which is no blank.
+    static OptionHead CutOptionHead(std::string_view head, std::size_t keywordSize);
     CodeBlock ReadCode(PPDStream& line);
     // The error that keeps a block, read to its end, from making its control; null for none.
     PPDXErrorObj* WhyNoControl(char const* keyword, CFStringRef translation,
@@ -298,5 +302,5 @@ class ZUBPPD : public PPDX, public DisplayOptions {
     std::unordered_map<std::string_view, GroupName const*, TextHash> mGroupNamesByKeyword;
     bool mCustomPaper = false;
     UIConstraints* mConstraints = nullptr;  // owned
-    Arena mArena;                           // the items of the popups that a parse made
+    Arena mArena;                           // what a parse made of flags lines and items
 };

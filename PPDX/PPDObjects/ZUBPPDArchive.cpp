@@ -82,7 +82,7 @@ void ZUBPPD::RebuildTree(Settings& settings) {
     DisplayOptionsScope const all(kDisplayAll);
     mProperties = new (std::nothrow) PPDXProperties(settings);
     mGroups = new (std::nothrow) PPDXGroups(settings);
-    mControls = new (std::nothrow) PPDXControls(settings, mConstraints);
+    mControls = new (std::nothrow) PPDXControls(settings, mConstraints, &mArena);
     mShortcuts = new (std::nothrow) PPDXShortcuts(settings, mControls);
     ResolveHeirarchy();
 }
@@ -103,7 +103,7 @@ void ZUBPPD::ResolveHeirarchy() {
         for (auto* control = mControls->First(type); control != nullptr;
              control = mControls->Next(type)) {
             auto* const rollDown = dynamic_cast<PPDXRollDown*>(TakeParent(*control, *mGroups));
-            if (rollDown != nullptr && rollDown->Controls() != nullptr) {
+            if (rollDown != nullptr) {
                 control->SetParent(rollDown);
                 rollDown->Controls()->Add(control);
             }

@@ -8,7 +8,9 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
+#include "PPDX/PPDObjects/Blanks.h"
 #include "PPDX/PPDObjects/CodeBlock.h"
 #include "PPDX/PPDObjects/Controls/PPDXBooleanControl.h"
 #include "PPDX/PPDObjects/Controls/PPDXControls.h"
@@ -46,17 +48,14 @@ bool IsOneOf(Words const& words, std::string_view text) {
 // Most code begins and ends in its line, where it needn't be put together. False, with the line as
 // it was, for any other.
 bool TakeCodeOfOneLine(PPDStream& line, std::string_view& code) {
-    PPDStream ahead = line;
-    char quote = 0;
-    ahead.GetUpTo('"');
-    if (!ahead.GetChar(quote)) {
+    std::string_view const rest = line.Rest();
+    std::size_t const opening = rest.find('"');
+    std::size_t const closing = opening != rest.npos ? rest.find('"', opening + 1) : rest.npos;
+    if (closing == rest.npos) {
         return false;
     }
-    code = ahead.GetUpTo('"');
-    if (!ahead.GetChar(quote)) {
-        return false;
-    }
-    line = ahead;
+    code = rest.substr(opening + 1, closing - opening - 1);
+    line.Skip(closing + 1);
     return true;
 }
 
@@ -68,16 +67,6 @@ struct ZUBPPD::OptionHead {
     std::string_view translation;
     bool hasOption;
     bool hasTranslation;
-};
-
-// The words of a flags line, until a control takes them.
-struct ZUBPPD::FlagWords {
-    FlagWords() = default;
-    FlagWords(FlagWords const&) = delete;
-    FlagWords& operator=(FlagWords const&) = delete;
-    ~FlagWords() { ClearStringList(words); }
-
-    PointerList words;  // CString*, owned
 };
 
 // What the lines of a block give until its control can be made.
@@ -118,13 +107,13 @@ PPDXErrorObj* ZUBPPD::ParseControl(PPDStream& line) {
     if (FindControl(keyword) != nullptr) {
         return new PPDXErrorObj(kAlreadyExists, false);
     }
-    FlagWords flags;
-    for (char word[kTextSize]; NextToken(line, word, kWordDelimiters, true);) {
-        if (word[0] != '\0') {
-            PushOwned(flags.words, std::make_unique<CString>(word));
+    PointerList flags;  // with its strings in the arena
+    for (std::string_view word; NextToken(line, word, kWordDelimiters);) {
+        if (!word.empty()) {
+            flags.PushBack(new (mArena.PlaceFor<CString>()) CString(mArena, word), mArena);
         }
     }
-    return ParseFlaggedBlock(keyword, flags.words);
+    return ParseFlaggedBlock(keyword, flags);
 }
 
 ZUBPPD::BlockParser ZUBPPD::BlockParserOf(std::string_view token, bool inGroup) {
@@ -254,14 +243,15 @@ ZUBPPD::BlockEnd ZUBPPD::ReadBlock(TakeHead takeHead) {
     return BlockEnd::kFileEnded;
 }
 
-ZUBPPD::OptionHead ZUBPPD::CutOptionHead(std::string_view head) {
-    PPDStream stream(head);
-    OptionHead cut;
-    std::string_view word;
-    NextToken(stream, word, kKeywordDelimiters);
-    cut.hasOption = NextToken(stream, cut.option, kNameDelimiters);
-    cut.hasTranslation = NextToken(stream, cut.translation, kTranslationDelimiters);
-    return cut;
+ZUBPPD::OptionHead ZUBPPD::CutOptionHead(std::string_view head, std::size_t keywordSize) {
+    std::string_view named = head.substr(keywordSize);
+    TakeWord(named);
+    std::size_t const slash = named.find('/');
+    std::string_view const option = named.substr(0, slash);
+    std::string_view const translation =
+        slash != named.npos ? named.substr(slash + 1) : std::string_view();
+    return {WithoutBlanksAround(option), WithoutBlanksAround(translation), !option.empty(),
+            !translation.empty()};
 }
 
 CodeBlock ZUBPPD::ReadCode(PPDStream& line) {
@@ -334,13 +324,20 @@ PPDXErrorObj* ZUBPPD::ParsePopupControl(char const* keyword, CFStringRef transla
     if (popup->ItemCount() == 0) {
         return nullptr;
     }
+    InternOptions(keyword, *popup);
+    return nullptr;
+}
+
+void ZUBPPD::InternOptions(std::string_view keyword, PPDXPopupControl const& popup) {
     CStringSoup& texts = mConstraints->GetConstraintStrings();
     long const key = texts.Insert(keyword);
-    for (auto it = popup->Items().Begin(); it != popup->Items().End(); ++it) {
+    std::vector<long> options;
+    options.reserve(static_cast<std::size_t>(popup.ItemCount()));
+    for (auto it = popup.Items().Begin(); it != popup.Items().End(); ++it) {
         auto const* const item = static_cast<_PopupItem const*>(*it);
-        mConstraints->KVSInsert(key, texts.Insert(item->Keyword()));
+        options.push_back(texts.Insert(item->KeywordText()));
     }
-    return nullptr;
+    mConstraints->KVSInsert(key, std::move(options));
 }
 
 ZUBPPD::HeadResult ZUBPPD::TakePopupHead(PPDStream& line, std::string_view head,
@@ -353,7 +350,7 @@ ZUBPPD::HeadResult ZUBPPD::TakePopupHead(PPDStream& line, std::string_view head,
                                 : TakePopupDefault(line, kNameDelimiters, block);
     }
     if (head.starts_with(keyword)) {
-        return TakePopupOption(line, head, block);
+        return TakePopupOption(line, CutOptionHead(head, keyword.size()), block);
     }
     return HeadResult::kIgnored;
 }
@@ -378,9 +375,8 @@ ZUBPPD::HeadResult ZUBPPD::TakePopupDefault(PPDStream& line, Delimiters const& d
     return HeadResult::kTaken;
 }
 
-ZUBPPD::HeadResult ZUBPPD::TakePopupOption(PPDStream& line, std::string_view head,
+ZUBPPD::HeadResult ZUBPPD::TakePopupOption(PPDStream& line, OptionHead const& option,
                                            PopupBlock& block) {
-    OptionHead const option = CutOptionHead(head);
     if (!option.hasOption) {
         return HeadResult::kLineDone;
     }
@@ -476,7 +472,7 @@ ZUBPPD::HeadResult ZUBPPD::TakeBooleanHead(PPDStream& line, std::string_view hea
     if (!head.starts_with(keyword)) {
         return HeadResult::kIgnored;
     }
-    OptionHead const option = CutOptionHead(head);
+    OptionHead const option = CutOptionHead(head, keyword.size());
     bool const isTrue = option.option == "True";
     if (!isTrue && option.option != "False") {
         return HeadResult::kFailed;

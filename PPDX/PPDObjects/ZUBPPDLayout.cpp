@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "PPDX/PPDObjects/Blanks.h"
 #include "PPDX/PPDObjects/GroupName.h"
 #include "PPDX/PPDObjects/OwnedBy.h"
 #include "PPDX/PPDObjects/PPDDelimiters.h"
@@ -174,42 +175,37 @@ void ZUBPPD::CollectOrphanGroups() {
     if (!ParseOrphans()) {
         return;
     }
-    for (auto at = mGroupNames.Begin(); at != mGroupNames.End(); ++at) {
-        auto const& name = *static_cast<GroupName const*>(*at);
-        if (mGroups->Find(name.Keyword(), true) == nullptr) {
-            AddPlainGroup(name);
+    // Each name goes when its group is there: together they would take twice the memory.
+    mGroupNamesByKeyword.clear();
+    for (; !mGroupNames.Empty(); mGroupNames.PopFront()) {
+        auto* const name = static_cast<GroupName*>(mGroupNames.Front());
+        if (mGroups->Find(name->Keyword(), true) == nullptr) {
+            AddPlainGroup(*name);
         }
+        delete name;
     }
 }
 
 // ---- Rules ----
 
 PPDXErrorObj* ZUBPPD::ParseUIConstraint(PPDStream& line, bool requirement) {
-    auto const nextField = [&](char* field) {
-        line.SkipWhiteSpace();
-        NextToken(line, field, kBlankDelimiters, true);
+    auto nextField = [rest = line.Rest()]() mutable {
+        rest = WithoutLeadingBlanks(rest);
+        return TakeWord(rest);
     };
-    char key1[kTextSize];
-    char option1[kTextSize];
-    char key2[kTextSize];
-    char option2[kTextSize];
-    nextField(key1);
-    nextField(option1);
-    if (option1[0] == '*') {
-        std::strcpy(key2, option1);
-        option1[0] = '\0';
-    } else {
-        nextField(key2);
-    }
-    if (key2[0] == '\0') {
+    std::string_view const key1 = nextField();
+    std::string_view option1 = nextField();
+    std::string_view const key2 =
+        option1.starts_with('*') ? std::exchange(option1, "") : nextField();
+    if (key2.empty()) {
         return new PPDXErrorObj(kRuleWithoutSecondKey, false);
     }
-    nextField(option2);
+    std::string_view const option2 = nextField();
     TakeRule(key1, option1, key2, option2, requirement);
     return nullptr;
 }
 
-void ZUBPPD::TakeRule(char const* key1, char const* option1, char const* key2, char const* option2,
-                      bool requirement) {
+void ZUBPPD::TakeRule(std::string_view key1, std::string_view option1, std::string_view key2,
+                      std::string_view option2, bool requirement) {
     mConstraints->Add(key1, option1, key2, option2, requirement);
 }

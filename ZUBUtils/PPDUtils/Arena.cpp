@@ -12,7 +12,7 @@ struct alignas(std::max_align_t) Arena::Block {
 namespace {
 
 // Small files shall not pay for large ones, nor large ones for many blocks.
-constexpr std::size_t kFirstBlock = 4096;
+constexpr std::size_t kFirstBlock = 1024;
 constexpr std::size_t kLargestBlock = 65536;
 
 }  // namespace

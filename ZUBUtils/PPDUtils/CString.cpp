@@ -38,6 +38,11 @@ CString::CString(CString const& other) {
     SetBuffer(other.mBuffer);
 }
 
+CString::CString(CString&& other) noexcept
+    : mBuffer(other.mBuffer), mLength(other.mLength), mOwnsBuffer(other.mOwnsBuffer) {
+    other.Initialize();
+}
+
 CString::CString(Arena& arena, std::string_view text)
     : mBuffer(arena.CopyText(text)),
       mLength(static_cast<std::uint32_t>(text.size())),

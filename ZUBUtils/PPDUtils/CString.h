@@ -20,6 +20,7 @@ class CString {
     CString() = default;
     CString(char const* text);  // a private copy; null leaves a null buffer
     CString(CString const& other);
+    CString(CString&& other) noexcept;  // the other string has no text then
     // The copy lies in the arena, which must outlive the string or its next change: such a string
     // needn't be destroyed. Throws std::bad_alloc.
     CString(Arena& arena, std::string_view text);

@@ -3,6 +3,8 @@
 
 DataStream::~DataStream() = default;
 
+void DataStream::expect(unsigned long) {}
+
 bool DataStream::dataExists() {
     return mDataSize != 0;
 }

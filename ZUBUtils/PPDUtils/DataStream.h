@@ -13,6 +13,8 @@ class DataStream {
 
     // Appends `size` bytes. False, with LastError() telling why, when they weren't written.
     virtual bool out(void* data, unsigned long size) = 0;
+    // Says how many bytes will be appended from here on; may be left out, and may be wrong.
+    virtual void expect(unsigned long size);
     // Copies the next `size` bytes to `data` and moves on; `count` and `error`, if given, receive
     // how many they were and a status. There is no test for the end: a caller asks for no more
     // than dataSize() leaves.

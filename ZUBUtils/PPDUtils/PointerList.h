@@ -49,6 +49,8 @@ class PointerList {
     void PopBack();
     void MakeEmpty();  // without a walk when all nodes lie in an arena
 
+    // Whether a node is in no arena.
+    bool OwnsNodes() const { return mOwnNodes != 0; }
     std::uint32_t Size() const { return mCount; }
     bool Empty() const { return mCount == 0; }
 

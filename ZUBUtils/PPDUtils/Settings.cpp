@@ -45,20 +45,20 @@ bool HasByteOrder(long size) {
     return size == kNumberSize || size == kShortSize || size == kFileReferenceSize;
 }
 
-// The value of an entry in a new block of `size` bytes and a terminator; null when the entry is
-// missing or empty and when there is no memory.
-std::unique_ptr<unsigned char[]> CopyValue(Settings& settings, unsigned long const& tag,
-                                           long const& id, long* size) {
-    if (settings.Get(tag, id, nullptr, *size, false) != noErr || *size < 1) {
-        return nullptr;
-    }
-    std::unique_ptr<unsigned char[]> value(
-        new (std::nothrow) unsigned char[static_cast<std::size_t>(*size) + 1]);
-    if (value == nullptr || settings.Get(tag, id, value.get(), *size, false) != noErr) {
-        return nullptr;
-    }
-    value[static_cast<std::size_t>(*size)] = '\0';
-    return value;
+OSErr StreamError(DataStream const& stream) {
+    return stream.LastError() != noErr ? stream.LastError() : OSErr{Settings::kNoStream};
+}
+
+// `stream` is a DataStream.
+OSErr WriteTo(long size, void* bytes, void* stream) {
+    auto& target = *static_cast<DataStream*>(stream);
+    return target.out(bytes, static_cast<unsigned long>(size)) ? OSErr{noErr} : StreamError(target);
+}
+OSErr ReadFrom(long size, void* bytes, void* stream) {
+    auto& source = *static_cast<DataStream*>(stream);
+    return source.in(bytes, static_cast<unsigned long>(size), nullptr, nullptr)
+               ? OSErr{noErr}
+               : StreamError(source);
 }
 
 }  // namespace
@@ -139,6 +139,16 @@ long Settings::Get(unsigned long const& tag, long const& id, void* data, long& s
                              : static_cast<OSErr>(kNoCollection);
     size = status == noErr ? wholeSize : 0;
     return status == noErr ? FixEndianness(data, size, fixByteOrder) : Keep(status);
+}
+
+bool Settings::Look(unsigned long const& tag, long const& id, std::string_view& value) {
+    long size = 0;
+    char const* bytes = nullptr;
+    OSErr const status = mCollection != nullptr ? GetCollectionItemValue(mCollection, To32(tag),
+                                                                         To32(id), &size, &bytes)
+                                                : static_cast<OSErr>(kNoCollection);
+    value = status == noErr ? std::string_view(bytes, static_cast<std::size_t>(size)) : "";
+    return Keep(status) == noErr;
 }
 
 long Settings::Set(unsigned long const& tag, long const& id, void const* data, long size) {
@@ -226,16 +236,11 @@ long Settings::Save(DataStream* stream) {
     if (stream == nullptr || !stream->valid()) {
         return Keep(kNoStream);
     }
-    char** flat = nullptr;
-    long const status = GetSettingsHandle(&flat);
-    HandleGuard const guard(flat);
-    if (status != noErr) {
-        return status;
+    if (mCollection == nullptr) {
+        return Keep(kNoCollection);
     }
-    if (stream->out(*flat, static_cast<unsigned long>(GetHandleSize(flat)))) {
-        return Keep(noErr);
-    }
-    return Keep(stream->LastError() != noErr ? stream->LastError() : kNoStream);
+    stream->expect(static_cast<unsigned long>(GetFlatCollectionSize(mCollection)));
+    return Keep(FlattenCollection(mCollection, WriteTo, stream));
 }
 
 long Settings::Read(DataStream* stream, unsigned long size) {
@@ -252,15 +257,8 @@ long Settings::Read(DataStream* stream, unsigned long size) {
     if (wanted > stream->dataSize()) {
         return Keep(collectionVersionErr);
     }
-    HandleGuard const flat(NewHandle(static_cast<long>(wanted)));
-    if (flat == nullptr) {
-        return Keep(memFullErr);
-    }
-    if (!stream->in(*flat, wanted, nullptr, nullptr)) {
-        return Keep(stream->LastError() != noErr ? stream->LastError() : kNoStream);
-    }
     mForeign.reset();
-    return Keep(UnflattenCollectionFromHdl(mCollection, flat.get()));
+    return Keep(UnflattenCollection(mCollection, static_cast<long>(wanted), ReadFrom, stream));
 }
 
 long Settings::GetSettingsHandle(char*** flat) {
@@ -325,27 +323,35 @@ long Settings::Keep(long status) {
 
 bool GetSettingsField(Settings& settings, unsigned long const& tag, long const& id, void* field,
                       long size) {
-    long stored = 0;
-    return settings.Get(tag, id, nullptr, stored, false) == noErr && stored == size &&
-           settings.Get(tag, id, field, stored, HasByteOrder(size)) == noErr;
+    std::string_view value;
+    if (!settings.Look(tag, id, value) || value.size() != static_cast<std::size_t>(size)) {
+        return false;
+    }
+    value.copy(static_cast<char*>(field), value.size());
+    return settings.FixEndianness(field, size, HasByteOrder(size)) == noErr;
 }
 
 CString* GetSettingsString(Settings& settings, unsigned long const& tag, long const& id) {
-    long size = 0;
-    auto const value = CopyValue(settings, tag, id, &size);
-    if (value == nullptr) {
+    std::string_view value;
+    if (!settings.Look(tag, id, value) || value.empty()) {
         return nullptr;
     }
-    std::unique_ptr<CString> text(new (std::nothrow)
-                                      CString(reinterpret_cast<char const*>(value.get())));
+    std::unique_ptr<char[]> const copy(new (std::nothrow) char[value.size() + 1]);
+    if (copy == nullptr) {
+        return nullptr;
+    }
+    copy[value.copy(copy.get(), value.size())] = '\0';
+    std::unique_ptr<CString> text(new (std::nothrow) CString(copy.get()));
     return text != nullptr && text->GetCharData() != nullptr ? text.release() : nullptr;
 }
 
 __CFString const* GetSettingsCFString(Settings& settings, unsigned long const& tag,
                                       long const& id) {
-    long size = 0;
-    auto const value = CopyValue(settings, tag, id, &size);
-    return ExtenalToCFString(value.get(), size);
+    std::string_view value;
+    return settings.Look(tag, id, value) && !value.empty()
+               ? ExtenalToCFString(reinterpret_cast<unsigned char const*>(value.data()),
+                                   static_cast<long>(value.size()))
+               : nullptr;
 }
 
 unsigned char* CFStringToExternal(__CFString const* string, long* size) {
@@ -365,6 +371,18 @@ unsigned char* CFStringToExternal(__CFString const* string, long* size) {
         return nullptr;
     }
     return bytes.release();
+}
+
+bool PlainTextToExternal(std::string_view text, std::u16string& form) {
+    form.resize(1 + text.size());
+    form[0] = kByteOrderMark;
+    unsigned char bits = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        auto const byte = static_cast<unsigned char>(text[at]);
+        form[1 + at] = byte;
+        bits |= byte;
+    }
+    return bits < 0x80;
 }
 
 __CFString const* ExtenalToCFString(unsigned char const* data, long size) {

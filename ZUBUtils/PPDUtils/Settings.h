@@ -3,6 +3,8 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <string_view>
 
 struct OpaqueCollection;
 struct __CFString;
@@ -42,6 +44,8 @@ class Settings {
     // `data`, or use GetSettingsField. `size` is 0 on failure. With `fixByteOrder` the copy goes
     // through FixEndianness, whose status is the result.
     long Get(unsigned long const& tag, long const& id, void* data, long& size, bool fixByteOrder);
+    // The value where it lies, good until the archive changes. False when there is no such entry.
+    bool Look(unsigned long const& tag, long const& id, std::string_view& value);
     // Replaces the value of an entry that exists.
     long Set(unsigned long const& tag, long const& id, void const* data, long size);
     long Remove(unsigned long const& tag, long const& id);
@@ -61,6 +65,7 @@ class Settings {
     bool Valid() const { return mValid; }
     long LastError() const { return mLastError; }
 
+    // Appends the flat data in pieces: after an error a part of it may stand in the stream.
     long Save(DataStream* stream);
     // Replaces all entries by those of `size` bytes of flat data, 0 for as many as the stream
     // holds. A stream without data leaves the entries alone with the result 0; data that is cut or
@@ -99,8 +104,14 @@ CString* GetSettingsString(Settings& settings, unsigned long const& tag, long co
 // A string that the caller releases, from an entry with the external form of one; null likewise.
 __CFString const* GetSettingsCFString(Settings& settings, unsigned long const& tag, long const& id);
 
+// Begins UTF-16 of this machine's byte order.
+constexpr char16_t kByteOrderMark = 0xFEFF;
+
 // The external form of a string, UTF-16 with its byte order mark, in a new block that the caller
 // frees with delete[]. Null with the size 0 for a null string and without memory.
 unsigned char* CFStringToExternal(__CFString const* string, long* size);
+// The same of plain ASCII, in place of what `form` held; false, with anything in `form`, for any
+// other text. Throws std::bad_alloc.
+bool PlainTextToExternal(std::string_view text, std::u16string& form);
 // The way back. The caller releases the string; null for null data and what is no such form.
 __CFString const* ExtenalToCFString(unsigned char const* data, long size);

@@ -121,9 +121,13 @@ TEST(ItemConstraintListTest, GivesPairsByPositionAndNullOutside) {
 
 TEST(KeyForestTest, KeepsOptionsInOrderAndListsKeysAscending) {
     KeyForest keys;
-    for (auto const& [key, item] : Pairs{{kB, kB2}, {kB, kB1}, {kA, kA1}, {kB, kB2}, {-1, kB2}}) {
+    for (auto const& [key, item] : Pairs{{kB, kB2}, {-1, kB2}}) {
         keys.insert(key, item);
     }
+    for (long const key : {kA, -1L}) {
+        keys.insert(key, std::vector<long>{kA1});
+    }
+    keys.insert(kB, std::vector<long>{kB1, kB2});
     EXPECT_EQ(keys.GetItems(kC), nullptr);
     EXPECT_EQ(keys.GetItems(-1), nullptr);
     EXPECT_EQ(*keys.GetItems(kB), (std::vector<long>{kB2, kB1, kB2}));

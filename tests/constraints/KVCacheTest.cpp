@@ -65,6 +65,24 @@ TEST(KVCacheTest, AnswersAsAWalkWouldAfterAnyMixOfChanges) {
     }
 }
 
+TEST(KVCacheTest, AQueueForgetsKeysThatHaveGoneAndKnowsThemWhenTheyComeBack) {
+    constexpr long kKeys = 97;
+    constexpr long kWaiting = 40;
+    KVCache queue;
+    for (long step = 0; step < 20 * kKeys; ++step) {
+        queue.add({step % kKeys, step});
+        if (queue.size() > kWaiting) {
+            ASSERT_EQ(queue.pop_front(), Pair((step - kWaiting) % kKeys, step - kWaiting));
+        }
+        for (long age = 0; age < kKeys && age <= step; ++age) {
+            Pair const pair((step - age) % kKeys, step - age);
+            bool const waits = age < kWaiting;
+            ASSERT_EQ(queue.GetItem(pair.first), waits ? pair.second : -1);
+            ASSERT_EQ(queue.Lookup(pair), waits ? queue.size() - 1 - age : -1);
+        }
+    }
+}
+
 TEST(KVCacheTest, MergeReplacesWhilePlusRepeats) {
     KVCache const base = CacheOf({{1, 10}, {2, 20}});
     KVCache const change = CacheOf({{2, 21}, {-1, 5}, {3, 30}, {2, 22}});

@@ -215,4 +215,85 @@ TEST_F(CollectionManagerTest, ValuesStayWithTheirItemsWhileOthersAreReplacedAndR
     }
 }
 
+// As records are written: the ids of each tag rise.
+CollectionGuard Records(std::int32_t count, std::uint32_t tags) {
+    CollectionGuard collection(NewCollection());
+    for (std::int32_t id = 0; id < count; ++id) {
+        for (std::uint32_t tag = 0; tag < tags; ++tag) {
+            Add(collection, tag, 3 * id, std::to_string(id * 7 + static_cast<std::int32_t>(tag)));
+        }
+    }
+    return collection;
+}
+
+std::string FlatBytes(CollectionGuard const& collection) {
+    std::string bytes;
+    EXPECT_EQ(FlattenCollection(
+                  collection.get(),
+                  [](long size, void* data, void* reference) -> OSErr {
+                      static_cast<std::string*>(reference)->append(static_cast<char const*>(data),
+                                                                   static_cast<std::size_t>(size));
+                      return noErr;
+                  },
+                  &bytes),
+              noErr);
+    EXPECT_EQ(GetFlatCollectionSize(collection.get()), static_cast<long>(bytes.size()));
+    return bytes;
+}
+
+TEST_F(CollectionManagerTest, ItemsAreFoundWhateverTheOrderOfIdsAndNumberOfTags) {
+    struct {
+        std::int32_t count;
+        std::uint32_t tags;
+    } const cases[] = {{1, 1}, {2000, 4}, {5, 64}, {5, 65}, {40, 200}};
+    for (auto const& c : cases) {
+        auto const collection = Records(c.count, c.tags);
+        std::int32_t const last = c.count - 1;
+        std::uint32_t const tag = c.tags - 1;
+        EXPECT_EQ(Value(collection, tag, 3 * last), std::to_string(last * 7 + c.tags - 1));
+        EXPECT_EQ(Value(collection, 0, 0), "0");
+        for (std::int32_t const missing : {-1, 1, 3 * last + 1}) {
+            EXPECT_EQ(Value(collection, tag, missing), "error -5751") << missing;
+        }
+        EXPECT_EQ(Value(collection, c.tags, 0), "error -5751");
+        // An id between the others ends their order.
+        EXPECT_EQ(Add(collection, tag, -7, "late"), noErr);
+        EXPECT_EQ(Add(collection, 0, 0, "replaced"), noErr);
+        for (std::int32_t id = 0; id < c.count; ++id) {
+            EXPECT_EQ(Value(collection, tag, 3 * id),
+                      id == 0 && tag == 0 ? "replaced" : std::to_string(id * 7 + c.tags - 1));
+        }
+        EXPECT_EQ(Value(collection, tag, -7), "late");
+        EXPECT_EQ(CountCollectionItems(collection.get()),
+                  static_cast<long>(c.count) * static_cast<long>(c.tags) + 1);
+    }
+}
+
+TEST_F(CollectionManagerTest, LargeValuesAndManyItemsComeBackFromPieces) {
+    auto const collection = Records(9000, 3);
+    for (std::int32_t const size : {65519, 65520, 65521, 200000, 0}) {
+        Add(collection, 7, size, std::string(static_cast<std::size_t>(size), 'v'));
+    }
+    Add(collection, 1, 3, "longer than it was");
+    std::string const flat = FlatBytes(collection);
+    std::string_view rest = flat;
+    CollectionGuard const restored(NewCollection());
+    auto const read = [](long size, void* data, void* reference) -> OSErr {
+        auto& source = *static_cast<std::string_view*>(reference);
+        source.copy(static_cast<char*>(data), static_cast<std::size_t>(size));
+        source.remove_prefix(static_cast<std::size_t>(size));
+        return source.size() == 1 ? OSErr{-36} : OSErr{noErr};
+    };
+    ASSERT_EQ(UnflattenCollection(restored.get(), static_cast<long>(flat.size()), read, &rest),
+              noErr);
+    EXPECT_EQ(FlatBytes(restored), flat);
+    EXPECT_EQ(Value(restored, 1, 3), "longer than it was");
+    // An error of the source is the result, and changes nothing.
+    std::string const more = flat + "x";
+    rest = more;
+    EXPECT_EQ(UnflattenCollection(restored.get(), static_cast<long>(flat.size()), read, &rest),
+              -36);
+    EXPECT_EQ(FlatBytes(restored), flat);
+}
+
 }  // namespace

@@ -99,6 +99,21 @@ TEST_F(ProcessManagerTest, AWalkMeetsARunningProcessOnceAndAnEndedOneNeverThough
     EXPECT_EQ(Walk().count(number.lowLongOfPSN), 0U);
 }
 
+TEST_F(ProcessManagerTest, AForkedChildHasANumberOfItsOwn) {
+    ProcessSerialNumber parent{};
+    ASSERT_EQ(GetCurrentProcess(&parent), noErr);
+    pid_t const child = fork();
+    if (child == 0) {
+        ProcessSerialNumber own{};
+        GetCurrentProcess(&own);
+        _exit(own.lowLongOfPSN == static_cast<std::uint32_t>(getpid()) ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(parent.lowLongOfPSN, static_cast<std::uint32_t>(getpid()));
+}
+
 TEST_F(ProcessManagerTest, NumbersThatNameNoProcessAreRefused) {
     // 0 and what reads as a negative number would reach whole groups of processes.
     ProcessSerialNumber const bad[] = {{0, 0}, {0, 0xFFFFFFFFU}, {0, 0x7FFFFFFFU}, {1, 1}};

@@ -2,6 +2,7 @@
 #include "PPDX/PPDObjects/Controls/ControlRecord.h"
 
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 
 #include "ZUBUtils/PPDUtils/CString.h"
@@ -50,6 +51,12 @@ short ControlRecord::Look(unsigned long tag) const {
     return static_cast<short>(mSettings.Get(tag, mID, nullptr, size, false));
 }
 
+std::string_view ControlRecord::View(unsigned long tag) const {
+    std::string_view value;
+    mSettings.Look(tag, mID, value);
+    return value;
+}
+
 bool ControlRecord::Read(unsigned long tag, std::int16_t& number) const {
     return GetSettingsField(mSettings, tag, mID, &number, sizeof number);
 }
@@ -67,20 +74,16 @@ CString* ControlRecord::CopyText(unsigned long tag) const {
 }
 
 unsigned char* ControlRecord::CopyBytes(unsigned long tag, std::int32_t& length) const {
+    std::string_view const bytes = View(tag);
     length = 0;
-    long size = 0;
-    if (mSettings.Get(tag, mID, nullptr, size, false) != 0 || size < 1 ||
-        size > std::numeric_limits<std::int32_t>::max()) {
+    if (bytes.empty() || bytes.size() > std::numeric_limits<std::int32_t>::max()) {
         return nullptr;
     }
-    auto* const block = static_cast<unsigned char*>(std::malloc(static_cast<std::size_t>(size)));
+    auto* const block = static_cast<unsigned char*>(std::malloc(bytes.size()));
     if (block == nullptr) {
         return nullptr;
     }
-    if (mSettings.Get(tag, mID, block, size, false) != 0) {
-        std::free(block);
-        return nullptr;
-    }
-    length = static_cast<std::int32_t>(size);
+    std::memcpy(block, bytes.data(), bytes.size());
+    length = static_cast<std::int32_t>(bytes.size());
     return block;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "PPDX/PPDObjects/Controls/ArchiveTags.h"
 
@@ -27,6 +28,8 @@ class ControlRecord {
 
     // The archive's answer to whether there is such an entry: 0, or the error.
     short Look(unsigned long tag) const;
+    // The entry where it lies, good until the archive changes; empty, too, where it is missing.
+    std::string_view View(unsigned long tag) const;
     // Byte order is put right. True when the entry was read.
     bool Read(unsigned long tag, std::int16_t& number) const;
     bool Read(unsigned long tag, std::int32_t& number) const;

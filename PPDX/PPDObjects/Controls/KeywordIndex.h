@@ -1,24 +1,52 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <functional>
-#include <string>
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
-#include "ZUBUtils/PPDUtils/TextHash.h"
+#include "PPDX/PPDObjects/Controls/PPDXControl.h"
 
-class PPDXControl;
-
-// Controls by keyword, so that a lookup doesn't walk the whole PPD. Keeps copies of the keywords:
-// the controls may go before the index does.
+// Controls by keyword, so that a lookup doesn't walk the whole PPD. The controls aren't owned and
+// must live whenever the index is used, but may go before it does.
 class KeywordIndex {
   public:
-    void Add(PPDXControl* control);  // one without a keyword is left out
-    // The controls of exactly this keyword in the order of Add. Good until the next Add.
-    std::vector<PPDXControl*> const& Find(char const* keyword) const;
+    // One without a keyword is left out. Throws std::bad_alloc, with nothing added.
+    void Add(PPDXControl* control);
+    // The first control, in the order of Add, of exactly this keyword for which `accepts` holds;
+    // null for none.
+    template <typename Accepts>
+    PPDXControl* First(std::string_view keyword, Accepts accepts) const {
+        for (std::int32_t at = FirstOf(keyword); at != kNone; at = EntryAt(at).next) {
+            if (accepts(EntryAt(at).control)) {
+                return EntryAt(at).control;
+            }
+        }
+        return nullptr;
+    }
 
   private:
-    std::unordered_map<std::string, std::vector<PPDXControl*>, TextHash, std::equal_to<>> mControls;
+    static constexpr std::int32_t kNone = -1;
+
+    struct Entry {
+        PPDXControl* control;
+        std::uint32_t hash;
+        std::int32_t next;  // of the same keyword
+    };
+    // The entries of one keyword.
+    struct Slot {
+        std::int32_t first = kNone;
+        std::int32_t last = kNone;
+    };
+
+    Entry const& EntryAt(std::int32_t index) const {
+        return mEntries[static_cast<std::size_t>(index)];
+    }
+    std::int32_t FirstOf(std::string_view keyword) const;
+    std::size_t SlotOf(std::string_view keyword, std::uint32_t hash) const;
+    void Grow();
+
+    std::vector<Entry> mEntries;  // in the order of Add
+    std::vector<Slot> mSlots;     // open addressing; a power of two, at most half in use
 };

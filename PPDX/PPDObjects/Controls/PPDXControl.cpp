@@ -66,23 +66,19 @@ std::string_view ViewOf(unsigned char const* bytes, long length) {
     return {reinterpret_cast<char const*>(bytes), static_cast<std::size_t>(length)};
 }
 
-// Counts bytes, and writes them where there is a place for them.
-class Output {
-  public:
-    explicit Output(unsigned char* place) : mPlace(reinterpret_cast<char*>(place)) {}
+std::string_view CodeOrLineFeed(std::string_view code) {
+    return code.empty() ? "\n" : code;
+}
 
-    void Append(std::string_view text) {
-        if (mPlace != nullptr) {
-            text.copy(mPlace + mLength, text.size());
-        }
-        mLength += static_cast<long>(text.size());
+// The length of the parts together, which are written where there is a place for them.
+template <typename... Parts>
+long Write(unsigned char* place, Parts const&... parts) {
+    if (place != nullptr) {
+        auto* end = reinterpret_cast<char*>(place);
+        ((end += std::string_view(parts).copy(end, std::string_view::npos)), ...);
     }
-    long Length() const { return mLength; }
-
-  private:
-    char* mPlace;  // not owned, may be null
-    long mLength = 0;
-};
+    return static_cast<long>((std::string_view(parts).size() + ...));
+}
 
 // The value of a note may be a password.
 WipedText HexadecimalString(std::string_view value) {
@@ -200,7 +196,7 @@ PPDXControl::PPDXControl(Settings& settings, long id, UIConstraints* constraints
 }
 
 PPDXControl::~PPDXControl() {
-    while (!mFlags.Empty()) {
+    while (mFlags.OwnsNodes()) {
         delete static_cast<CString*>(mFlags.Back());
         mFlags.PopBack();
     }
@@ -280,20 +276,14 @@ bool PPDXControl::ValidKeyword(char const* keyword) {
 
 long PPDXControl::GeneratePSOutputData(unsigned char* out, unsigned char const* ps, long psLength,
                                        char const* option, bool framed) const {
-    Output output(out);
-    if (framed) {
-        for (std::string_view const part :
-             {std::string_view("%%BeginFeature: "), ViewOf(Keyword()), std::string_view(" "),
-              ViewOf(option), std::string_view("\n")}) {
-            output.Append(part);
-        }
-    }
     std::string_view const code = ViewOf(ps, psLength);
-    output.Append(code.empty() ? "\n" : code);
-    if (framed) {
-        output.Append("%%EndFeature\n");
-    }
-    return output.Length();
+    return framed ? Frame(out, code, ViewOf(option)) : Write(out, CodeOrLineFeed(code));
+}
+
+long PPDXControl::Frame(unsigned char* out, std::string_view code, std::string_view option) const {
+    constexpr std::string_view kBegin = "%%BeginFeature: ";
+    constexpr std::string_view kEnd = "%%EndFeature\n";
+    return Write(out, kBegin, KeywordText(), " ", option, "\n", CodeOrLineFeed(code), kEnd);
 }
 
 long PPDXControl::Inject(char const* name, unsigned char const* ps, long psLength,

@@ -98,7 +98,8 @@ class PPDXControl : public PPDXElement {
   protected:
     PPDXControl() = default;
     // `localName` must not be null. The strings in `flags` and the malloc block `psData` pass to
-    // the control; the list is empty then, also when a derived class's constructor throws.
+    // the control; the list is empty then, also when a derived class's constructor throws. Where
+    // the list's nodes lie in an arena, so do its strings, which then stay there.
     // `constraints` is borrowed, may be null, and must outlive the control.
     PPDXControl(char const* keyword, CFStringRef localName, PointerList& flags,
                 unsigned char* psData, long psLength, bool visible, UIConstraints* constraints);
@@ -106,6 +107,8 @@ class PPDXControl : public PPDXElement {
     PPDXControl(Settings& settings, long id, UIConstraints* constraints);
 
     void SetType(CNTL_TYPE type) { mType = type; }
+    // What GeneratePSOutputData gives for framed code.
+    long Frame(unsigned char* out, std::string_view code, std::string_view option) const;
     // Tells the Job Properties exchange the current value; nothing for a control without keyword.
     void ReportChange(char const* value) const;
 
@@ -114,7 +117,7 @@ class PPDXControl : public PPDXElement {
 
     CNTL_TYPE mType = kControlType;
     std::int16_t mOrder = 0;  // kept for the archive; nothing sorts by it
-    PointerList mFlags;       // CString*, owned
+    PointerList mFlags;       // CString*, owned but where they lie in an arena
     PointerListItr mFlagCursor;
     unsigned char* mPSCode = nullptr;  // owned
     std::int32_t mPSLength = 0;

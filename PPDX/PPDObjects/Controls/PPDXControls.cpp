@@ -25,40 +25,45 @@ constexpr ArchiveTags::List kRecords = ArchiveTags::kControls;
 
 struct ArchivedKind {
     unsigned long tag;
-    PPDXControl* (*make)(Settings& settings, long id, UIConstraints* constraints);
+    PPDXControl* (*make)(Settings& settings, long id, UIConstraints* constraints, Arena* arena);
 };
 
 template <typename Class>
-PPDXControl* Make(Settings& settings, long id, UIConstraints*) {
+PPDXControl* Make(Settings& settings, long id, UIConstraints*, Arena*) {
     return new Class(settings, id);
 }
 
 template <typename Class>
-PPDXControl* MakeConstrained(Settings& settings, long id, UIConstraints* constraints) {
+PPDXControl* MakeConstrained(Settings& settings, long id, UIConstraints* constraints, Arena*) {
     return new Class(settings, id, constraints);
 }
 
-PPDXControl* MakeJobNote(Settings& settings, long id, UIConstraints*) {
+PPDXControl* MakeJobNote(Settings& settings, long id, UIConstraints*, Arena*) {
     std::unique_ptr<CString> const encoding(
         GetSettingsString(settings, ArchiveTags::kHeader, ArchiveTags::kLanguageEncodingID));
     return new PPDXJobNote(settings, id, encoding.get());
 }
 
+PPDXControl* MakePopup(Settings& settings, long id, UIConstraints* constraints, Arena* arena) {
+    return new PPDXPopupControl(settings, id, constraints, arena);
+}
+
 constexpr ArchivedKind kArchivedKinds[] = {
     {ArchiveTags::kBoolean, MakeConstrained<PPDXBooleanControl>},
     {ArchiveTags::kJobNote, MakeJobNote},
-    {ArchiveTags::kPopup, MakeConstrained<PPDXPopupControl>},
+    {ArchiveTags::kPopup, MakePopup},
     {ArchiveTags::kRange.kind, Make<PPDXRangeControl>},
     {ArchiveTags::kFloatRange.kind, Make<PPDXFloatRangeControl>},
     {ArchiveTags::kSpecialOption, Make<PPDXSpecialOption>},
 };
 
 // Null for a record of no kind, and for one whose kind can't be found out.
-PPDXControl* ControlFromRecord(Settings& settings, long id, UIConstraints* constraints) {
+PPDXControl* ControlFromRecord(Settings& settings, long id, UIConstraints* constraints,
+                               Arena* arena) {
     for (ArchivedKind const& kind : kArchivedKinds) {
         short const status = ControlRecord(settings, id).Look(kind.tag);
         if (status == 0) {
-            return kind.make(settings, id, constraints);
+            return kind.make(settings, id, constraints, arena);
         }
         if (status != collectionItemNotFoundErr) {
             return nullptr;
@@ -82,52 +87,50 @@ bool KeywordContains(PPDXControl const* control, char const* text) {
 
 }  // namespace
 
-PPDXControls::PPDXControls(Settings& settings, UIConstraints* constraints) {
+PPDXControls::PPDXControls(Settings& settings, UIConstraints* constraints, Arena* arena) {
     std::int32_t count = 0;
     ControlRecord(settings, kRecords.countID).Read(kRecords.countTag, count);
     // A damaged count can't ask for more records than there are entries.
     long const end = kRecords.firstID + std::min<long>(count, settings.Count());
     for (long id = kRecords.firstID; id < end; ++id) {
-        Add(ControlFromRecord(settings, id, constraints));
+        Add(ControlFromRecord(settings, id, constraints, arena));
     }
 }
 
 PPDXControls::Kind PPDXControls::KindOf(PPDXControl* control) {
     struct KindTest {
+        CNTL_TYPE type;
         Kind kind;
         bool (*fits)(PPDXControl*);
     };
     constexpr KindTest kKindTests[] = {
-        {kJobNotes, Is<PPDXJobNote>},
-        {kBooleans, Is<PPDXBooleanControl>},
-        {kPopups, Is<PPDXPopupControl>},
-        {kRanges, Is<PPDXRangeControl>},
-        {kFloatRanges, Is<PPDXFloatRangeControl>},
-        {kCustomPageSizes, Is<PPDXCustomPageSizeControl>},
-        {kSpecialOptions, Is<PPDXSpecialOption>},
+        {kJobNoteType, kJobNotes, Is<PPDXJobNote>},
+        {kBooleanType, kBooleans, Is<PPDXBooleanControl>},
+        {kPopupType, kPopups, Is<PPDXPopupControl>},
+        {kRangeType, kRanges, Is<PPDXRangeControl>},
+        {kFloatRangeType, kFloatRanges, Is<PPDXFloatRangeControl>},
+        {kCustomPageSizeType, kCustomPageSizes, Is<PPDXCustomPageSizeControl>},
+        {kSpecialOptionType, kSpecialOptions, Is<PPDXSpecialOption>},
     };
-    for (KindTest const& test : kKindTests) {
-        if (test.fits(control)) {
-            return test.kind;
-        }
-    }
-    return kKindCount;
+    auto const* const test = std::ranges::find(kKindTests, control->Type(), &KindTest::type);
+    return test != std::end(kKindTests) && test->fits(control) ? test->kind : kKindCount;
 }
 
 bool PPDXControls::Add(PPDXControl* control) {
-    if (control == nullptr || !mAll.PushBack(control)) {
+    if (control == nullptr) {
         return false;
     }
     Kind const kind = KindOf(control);
+    PointerList* const lists[] = {&mAll, kind != kKindCount ? &mKinds[kind].mList : nullptr};
+    std::size_t added = 0;
     try {
-        if (kind != kKindCount && !mKinds[kind].mList.PushBack(control)) {
-            throw std::bad_alloc();
+        for (; added != std::size(lists) && lists[added] != nullptr; ++added) {
+            lists[added]->PushBack(control, mNodes);
         }
         mIndex.Add(control);
     } catch (std::bad_alloc const&) {
-        mAll.PopBack();
-        if (kind != kKindCount && mKinds[kind].mList.Back() == control) {
-            mKinds[kind].mList.PopBack();
+        while (added != 0) {
+            lists[--added]->PopBack();
         }
         return false;
     }
@@ -262,9 +265,7 @@ template <typename Accepts>
 PPDXControl* PPDXControls::FirstMatch(PointerList& list, char const* keyword, bool exact,
                                       Accepts accepts) {
     if (exact) {
-        std::vector<PPDXControl*> const& controls = mIndex.Find(keyword);
-        auto const found = std::ranges::find_if(controls, accepts);
-        return found != controls.end() ? *found : nullptr;
+        return mIndex.First(keyword, accepts);
     }
     for (PointerListItr it = list.Begin(); PPDXControl* const control = ControlAt(it); ++it) {
         if (KeywordContains(control, keyword) && accepts(control)) {

@@ -8,8 +8,10 @@
 #include "PPDX/PPDObjects/Controls/CountArray.h"
 #include "PPDX/PPDObjects/Controls/KeywordIndex.h"
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
+#include "ZUBUtils/PPDUtils/Arena.h"
 #include "ZUBUtils/PPDUtils/PointerList.h"
 
+class Arena;
 class PPDXBooleanControl;
 class PPDXFloatRangeControl;
 class PPDXJobNote;
@@ -30,7 +32,8 @@ class PPDXControls {
     PPDXControls() = default;
     // Makes the controls of an archive, which the caller then owns. A record of no known kind is
     // left out; the records behind it keep their places.
-    PPDXControls(Settings& settings, UIConstraints* constraints);
+    // See PPDXPopupControl for the arena.
+    PPDXControls(Settings& settings, UIConstraints* constraints, Arena* arena = nullptr);
     PPDXControls(PPDXControls const&) = delete;
     PPDXControls& operator=(PPDXControls const&) = delete;
     virtual ~PPDXControls() = default;
@@ -119,6 +122,7 @@ class PPDXControls {
     template <typename Accepts>
     PPDXControl* FirstMatch(PointerList& list, char const* keyword, bool exact, Accepts accepts);
 
+    Arena mNodes;  // of all lists
     PointerList mAll;
     PointerListItr mCursor;
     std::array<KindList, kKindCount> mKinds;

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "PPDX/PPDObjects/Controls/ArchiveTags.h"
-#include "ZUBUtils/PPDUtils/CString.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "ZUBUtils/PPDUtils/TextConverter.h"
 #include "ZUBUtils/PPDUtils/ZUBAssert.h"
@@ -25,6 +24,12 @@ long SaveName(Settings& settings, long id, CFStringRef name) {
     return settings.Add(ArchiveTags::kName, id, external.get(), size);
 }
 
+// Of a text that is owned here, and goes; without a buffer for null.
+CString TakeText(CString* owned) {
+    std::unique_ptr<CString> const text(owned);
+    return text != nullptr ? std::move(*text) : CString();
+}
+
 CString* NameText(CFStringRef name, long size) {
     if (CFStringGetLength(name) == 0) {
         return new CString("");
@@ -39,7 +44,7 @@ CString* NameText(CFStringRef name, long size) {
 PPDXElement::PPDXElement() = default;
 
 PPDXElement::PPDXElement(char const* keyword, CFStringRef localName, bool const& visible)
-    : mKeyword(keyword != nullptr && *keyword != '\0' ? new CString(keyword) : nullptr),
+    : mKeyword(keyword != nullptr && *keyword != '\0' ? keyword : nullptr),
       mLocalName(localName),
       mVisible(visible ? 1 : 0) {
     ZUB_ASSERT(localName != nullptr, "inLocalName != NULL", "PPDX/PPDObjects/PPDXElement", 86);
@@ -47,14 +52,13 @@ PPDXElement::PPDXElement(char const* keyword, CFStringRef localName, bool const&
 }
 
 PPDXElement::PPDXElement(Settings& settings, long const& id)
-    : mKeyword(GetSettingsString(settings, ArchiveTags::kKeyword, id)),
+    : mKeyword(TakeText(GetSettingsString(settings, ArchiveTags::kKeyword, id))),
       mLocalName(GetSettingsCFString(settings, ArchiveTags::kName, id)),
       mParentName(GetSettingsString(settings, ArchiveTags::kParent, id)) {
     GetSettingsField(settings, ArchiveTags::kVisible, id, &mVisible, sizeof mVisible);
 }
 
 PPDXElement::~PPDXElement() {
-    delete mKeyword;
     delete mUserName;
     CFRelease(mLocalName);
     delete mParentName;
@@ -74,8 +78,8 @@ bool PPDXElement::OkayToDisplay(_DISPLAY_OPTIONS_ const& options) {
 }
 
 short PPDXElement::Save(Settings& settings, long const& id) {
-    if (mKeyword != nullptr) {
-        SaveText(settings, ArchiveTags::kKeyword, id, *mKeyword);
+    if (Keyword() != nullptr) {
+        SaveText(settings, ArchiveTags::kKeyword, id, mKeyword);
     }
     if (mLocalName != nullptr) {
         if (mUserName == nullptr) {
@@ -85,14 +89,10 @@ short PPDXElement::Save(Settings& settings, long const& id) {
         SaveName(settings, id, mLocalName);
     }
     long status = settings.Add(ArchiveTags::kVisible, id, &mVisible, sizeof mVisible);
-    if (mParent != nullptr && mParent->mKeyword != nullptr) {
-        status = SaveText(settings, ArchiveTags::kParent, id, *mParent->mKeyword);
+    if (mParent != nullptr && mParent->Keyword() != nullptr) {
+        status = SaveText(settings, ArchiveTags::kParent, id, mParent->mKeyword);
     }
     return static_cast<short>(status);
-}
-
-char const* PPDXElement::Keyword() const {
-    return mKeyword == nullptr ? nullptr : mKeyword->GetCharData();
 }
 
 char const* PPDXElement::UserName() {
@@ -107,7 +107,7 @@ bool PPDXElement::operator==(PPDXElement const& other) const {
 }
 
 bool PPDXElement::operator==(char const* keyword) const {
-    return mKeyword != nullptr && keyword != nullptr && *mKeyword == keyword;
+    return mKeyword == keyword;
 }
 
 CString* PPDXElement::TakeParentName() {

@@ -2,11 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "PPDX/PPDObjects/Controls/DisplayOptions.h"
+#include "ZUBUtils/PPDUtils/CString.h"
 #include "platform/CoreFoundation.h"
 
-class CString;
 class Settings;
 
 // What pages, groups and controls have in common: a keyword, a name for people, a visible flag and
@@ -29,7 +30,8 @@ class PPDXElement {
     // the element, 0 for success; a kind of element that adds values adds none after a failure.
     virtual short Save(Settings& settings, long const& id);
 
-    char const* Keyword() const;  // null when there is none
+    char const* Keyword() const { return mKeyword.GetCharData(); }  // null when there is none
+    std::string_view KeywordText() const { return {Keyword(), mKeyword.Size()}; }
     // The name in the system's 8-bit encoding, made at the first call; null without a name. Lives
     // as long as the element keeps its name.
     char const* UserName();
@@ -53,7 +55,7 @@ class PPDXElement {
     void SetUserName(CFStringRef localName, CString* userName);
 
   private:
-    CString* mKeyword = nullptr;       // owned
+    CString mKeyword;                  // without a buffer when there is none
     CString* mUserName = nullptr;      // owned; the cache of UserName()
     CFStringRef mLocalName = nullptr;  // retained
     std::int32_t mVisible = 0;

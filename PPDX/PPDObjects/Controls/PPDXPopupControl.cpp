@@ -3,11 +3,14 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "PPDX/PPDObjects/Controls/ControlRecord.h"
 #include "PPDX/PPDObjects/Controls/PPDText.h"
+#include "ZUBUtils/PPDUtils/Arena.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "ZUBUtils/PPDUtils/Settings.h"
 #include "platform/CFRef.h"
@@ -43,11 +46,21 @@ bool IsProfile(_PopupItem& item, CFStringRef value) {
            Equal(CFRef<CFStringRef>(CopyProfileText(item.Keyword())), value, 0);
 }
 
-void SaveItem(ControlRecord& record, _PopupItem& item) {
+void SaveName(ControlRecord& record, _PopupItem& item, std::u16string& form) {
+    if (item.CopyExternalName(form)) {
+        record.AddBytes(ArchiveTags::kItemName, form.data(),
+                        static_cast<long>(form.size() * sizeof(char16_t)));
+        return;
+    }
+    long size = 0;
+    std::unique_ptr<unsigned char[]> const name(CFStringToExternal(item.LocalName(), &size));
+    record.AddBytes(ArchiveTags::kItemName, name.get(), size);
+}
+
+// `form` is room for the names, kept from one to the next.
+void SaveItem(ControlRecord& record, _PopupItem& item, std::u16string& form) {
     record.AddText(ArchiveTags::kItemKeyword, item.mKeyword);
-    long nameSize = 0;
-    std::unique_ptr<unsigned char[]> const name(CFStringToExternal(item.LocalName(), &nameSize));
-    record.AddBytes(ArchiveTags::kItemName, name.get(), nameSize);
+    SaveName(record, item, form);
     record.AddBytes(ArchiveTags::kItemCode, item.mPSCode, item.mPSLength);
     record.AddNumber(ArchiveTags::kItemSelected, item.mSelected);
 }
@@ -67,17 +80,25 @@ bool HasItem(Settings& settings, long id) {
     return std::ranges::any_of(kTags, [&](unsigned long tag) { return record.Look(tag) == 0; });
 }
 
-_PopupItem* ItemFromRecord(Settings& settings, long id) {
+// Only the last thing that is set is memory outside of the arena.
+_PopupItem* ItemFromRecord(Settings& settings, long id, Arena& arena) {
     ControlRecord const record(settings, id);
-    auto item = std::make_unique<_PopupItem>();
-    item->mKeyword = record.CopyText(ArchiveTags::kItemKeyword);
-    item->mLocalName = GetSettingsCFString(settings, ArchiveTags::kItemName, id);
-    if (item->mLocalName == nullptr) {
+    _PopupItem* const item = _PopupItem::New(arena);
+    if (std::string_view const keyword = record.View(ArchiveTags::kItemKeyword); !keyword.empty()) {
+        item->SetKeyword(arena, keyword.substr(0, keyword.find('\0')));
+    }
+    std::string_view const code = record.View(ArchiveTags::kItemCode);
+    if (!code.empty() && code.size() <= std::numeric_limits<std::int32_t>::max()) {
+        item->SetFinishedCode(arena, code);
+    }
+    record.Read(ArchiveTags::kItemSelected, item->mSelected);
+    std::string_view const name = record.View(ArchiveTags::kItemName);
+    if (!name.empty() && name.size() % sizeof(char16_t) == 0) {
+        item->SetExternalName(arena, name);
+    } else {
         item->mLocalName = CopyPlainName(record);
     }
-    item->mPSCode = record.CopyBytes(ArchiveTags::kItemCode, item->mPSLength);
-    record.Read(ArchiveTags::kItemSelected, item->mSelected);
-    return item.release();
+    return item;
 }
 
 }  // namespace
@@ -108,15 +129,24 @@ PPDXPopupControl::PPDXPopupControl(char const* keyword, CFStringRef localName, P
     }
 }
 
-PPDXPopupControl::PPDXPopupControl(Settings& settings, long id, UIConstraints* constraints)
-    : PPDXControl(settings, id, constraints) {
+PPDXPopupControl::PPDXPopupControl(Settings& settings, long id, UIConstraints* constraints,
+                                   Arena* arena)
+    : PPDXControl(settings, id, constraints),
+      mOwnArena(arena == nullptr ? std::make_unique<Arena>() : nullptr) {
     SetType(kPopupType);
     ControlRecord const record(settings, id);
     record.Read(ArchiveTags::kPopupMultiple, mMultiple);
     mDefaultKeyword = record.CopyText(ArchiveTags::kPopupDefault);
     std::int32_t count = 0;
     record.Read(ArchiveTags::kItemCount, count);
-    ReadItems(settings, id, std::min<long>(count, settings.Count()));
+    try {
+        ReadItems(settings, id, std::min<long>(count, settings.Count()),
+                  arena == nullptr ? *mOwnArena : *arena);
+    } catch (...) {
+        delete mDefaultKeyword;
+        DeleteItems();
+        throw;
+    }
 }
 
 PPDXPopupControl::~PPDXPopupControl() {
@@ -124,13 +154,16 @@ PPDXPopupControl::~PPDXPopupControl() {
     DeleteItems();
 }
 
-void PPDXPopupControl::ReadItems(Settings& settings, long id, long count) {
+void PPDXPopupControl::ReadItems(Settings& settings, long id, long count, Arena& arena) {
     char const* selected = GetDefaultKeyword();
     // Every item leaves an entry, so behind a missing one there is nothing.
     for (long position = 0; position < count && HasItem(settings, ItemRecordID(id, position));
          ++position) {
-        _PopupItem* const item = ItemFromRecord(settings, ItemRecordID(id, position));
-        AppendPopupItem(item);
+        std::unique_ptr<_PopupItem, void (*)(_PopupItem*)> made(
+            ItemFromRecord(settings, ItemRecordID(id, position), arena), _PopupItem::Delete);
+        mItems.PushBack(made.get(), arena);
+        _PopupItem const* const item = made.release();
+        mItemsHoldMemory |= item->HoldsMemory();
         if (item->mSelected != 0) {
             selected = item->Keyword();
         }
@@ -157,10 +190,11 @@ short PPDXPopupControl::Save(Settings& settings, long const& id) {
     }
     short status = record.Status();
     long position = 0;
-    mItemsHoldMemory = true;
+    std::u16string form;
     for (PointerListItr it = mItems.Begin(); _PopupItem* const item = ItemAt(it); ++it) {
         ControlRecord itemRecord(settings, ItemRecordID(id, position++), status);
-        SaveItem(itemRecord, *item);
+        SaveItem(itemRecord, *item, form);
+        mItemsHoldMemory |= item->HoldsMemory();
         status = itemRecord.Status();
     }
     return status;
@@ -227,7 +261,7 @@ void PPDXPopupControl::SetCurrentControlWithCFString(CFStringRef value) {
 
 bool PPDXPopupControl::TakesUnknownValues() const {
     return Keyword() != nullptr &&
-           std::ranges::find(kProfileKeywords, Keyword()) != std::ranges::end(kProfileKeywords);
+           std::ranges::find(kProfileKeywords, KeywordText()) != std::ranges::end(kProfileKeywords);
 }
 
 long PPDXPopupControl::IndexOfValue(CFStringRef value) {
@@ -377,7 +411,7 @@ long PPDXPopupControl::ItemPostScript(_PopupItem* item, unsigned char* out) cons
         return 0;
     }
     item->mPSLength = std::max(item->mPSLength, 0);
-    return GeneratePSOutputData(out, item->mPSCode, item->mPSLength, item->Keyword(), true);
+    return Frame(out, item->Code(), item->KeywordText());
 }
 
 void PPDXPopupControl::MakeCurrent(_PopupItem* item) {

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "PPDX/PPDObjects/Controls/PPDXControl.h"
 #include "PPDX/PPDObjects/Controls/PopupItem.h"
+#include "ZUBUtils/PPDUtils/Arena.h"
 #include "ZUBUtils/PPDUtils/PointerList.h"
 
 class CString;
@@ -25,8 +27,10 @@ class PPDXPopupControl : public PPDXControl {
                      bool multiple, bool installable, PointerList& items, CString* defaultKeyword,
                      UIConstraints* constraints);
     // From the record `id`. Selects the last item that was flagged, or the default. Never an
-    // installable option.
-    PPDXPopupControl(Settings& settings, long id, UIConstraints* constraints);
+    // installable option. The items lie in the arena, which must outlive the control; without one
+    // the control has its own.
+    PPDXPopupControl(Settings& settings, long id, UIConstraints* constraints,
+                     Arena* arena = nullptr);
     ~PPDXPopupControl() override;
 
     // Item records have the ids from 100 * id upward: a list of more than 100 items runs into
@@ -93,11 +97,12 @@ class PPDXPopupControl : public PPDXControl {
     void DeleteItems();
     void MakeCurrent(_PopupItem* item);
     long ItemPostScript(_PopupItem* item, unsigned char* out) const;  // 0 for null
-    void ReadItems(Settings& settings, long id, long count);
+    void ReadItems(Settings& settings, long id, long count, Arena& arena);
 
     std::int32_t mMultiple = 0;
     std::int32_t mInstallable = 0;
     CString* mDefaultKeyword = nullptr;  // owned, may be null
+    std::unique_ptr<Arena> mOwnArena;    // null where another one holds the items
     PointerList mItems;                  // _PopupItem*, owned
     // Whether some item may hold memory outside of the PPD's arena. One that is given out may: its
     // names are made on demand.

@@ -7,13 +7,22 @@
 #include <new>
 
 #include "ZUBUtils/PPDUtils/Arena.h"
-#include "ZUBUtils/PPDUtils/CString.h"
+#include "ZUBUtils/PPDUtils/Settings.h"
 
 _PopupItem* _PopupItem::New(Arena& arena, std::string_view keyword) {
+    _PopupItem* const item = New(arena);
+    item->SetKeyword(arena, keyword);
+    return item;
+}
+
+_PopupItem* _PopupItem::New(Arena& arena) {
     auto* const item = new (arena.PlaceFor<_PopupItem>()) _PopupItem;
     item->mInArena = true;
-    item->mKeyword = new (arena.PlaceFor<CString>()) CString(arena, keyword);
     return item;
+}
+
+void _PopupItem::SetKeyword(Arena& arena, std::string_view keyword) {
+    mKeyword = new (arena.PlaceFor<CString>()) CString(arena, keyword);
 }
 
 _PopupItem::~_PopupItem() {
@@ -40,6 +49,21 @@ void _PopupItem::SetName(Arena& arena, std::string_view name, CFStringEncoding e
     mNameEncoding = encoding;
 }
 
+void _PopupItem::SetExternalName(Arena& arena, std::string_view name) {
+    std::uint32_t const size = static_cast<std::uint32_t>(name.size());
+    char* const place = static_cast<char*>(arena.Allocate(sizeof size + name.size(), 1));
+    std::memcpy(place, &size, sizeof size);
+    name.copy(place + sizeof size, name.size());
+    mName = place + sizeof size;
+    mNameEncoding = kCFStringEncodingUnicode;
+}
+
+void _PopupItem::SetFinishedCode(Arena& arena, std::string_view code) {
+    mPSCode = static_cast<unsigned char*>(arena.Allocate(code.size(), 1));
+    std::memcpy(mPSCode, code.data(), code.size());
+    mPSLength = static_cast<std::int32_t>(code.size());
+}
+
 void _PopupItem::SetCode(Arena& arena, std::string_view code) {
     std::size_t const size = code.size() + 1;
     mPSCode = static_cast<unsigned char*>(arena.Allocate(size, 1));
@@ -50,9 +74,38 @@ void _PopupItem::SetCode(Arena& arena, std::string_view code) {
 
 CFStringRef _PopupItem::LocalName() {
     if (mLocalName == nullptr && mName != nullptr) {
-        mLocalName = CFStringCreateWithCString(nullptr, mName, mNameEncoding);
+        mLocalName = MakeLocalName();
     }
     return mLocalName;
+}
+
+CFStringRef _PopupItem::MakeLocalName() const {
+    if (mNameEncoding != kCFStringEncodingUnicode) {
+        return CFStringCreateWithCString(nullptr, mName, mNameEncoding);
+    }
+    std::string_view const bytes = ExternalBytes();
+    return CFStringCreateWithBytes(nullptr, reinterpret_cast<std::uint8_t const*>(bytes.data()),
+                                   static_cast<CFIndex>(bytes.size()), mNameEncoding, true);
+}
+
+std::string_view _PopupItem::ExternalBytes() const {
+    std::uint32_t size = 0;
+    std::memcpy(&size, mName - sizeof size, sizeof size);
+    return {mName, size};
+}
+
+bool _PopupItem::CopyExternalName(std::u16string& form) const {
+    if (mName == nullptr || mLocalName != nullptr) {
+        return false;
+    }
+    // Of the encodings of bytes, all begin with ASCII.
+    if (mNameEncoding != kCFStringEncodingUnicode) {
+        return PlainTextToExternal(mName, form);
+    }
+    std::string_view const bytes = ExternalBytes();
+    form.resize(bytes.size() / sizeof(char16_t));
+    bytes.copy(reinterpret_cast<char*>(form.data()), bytes.size());
+    return form.starts_with(kByteOrderMark);
 }
 
 char const* _PopupItem::displayName() {
@@ -69,10 +122,6 @@ char const* _PopupItem::displayName() {
         *mDisplayName = '\0';
     }
     return mDisplayName;
-}
-
-char const* _PopupItem::Keyword() const {
-    return mKeyword != nullptr ? mKeyword->GetCharData() : nullptr;
 }
 
 bool _PopupItem::HasKeyword(char const* keyword) const {

@@ -16,12 +16,6 @@ constexpr std::size_t kBlockSize = 64 * std::size_t{1024};
 // What is kept for the next job: more than the largest PPDs need.
 constexpr std::size_t kSpareBlocks = 32;
 
-// Stands in front of an entry's bytes, at any address.
-struct EntryHead {
-    std::size_t length;
-    PostScriptInjectionSite site;
-};
-
 }  // namespace
 
 // Blocks of the usual size that no job uses.
@@ -72,36 +66,22 @@ void JobEntries::Clear() {
     mLast = nullptr;
 }
 
-unsigned char* JobEntries::Room(std::size_t length) {
+bool JobEntries::StartBlock(std::size_t length) {
     if (length > PTRDIFF_MAX - sizeof(Block) - sizeof(EntryHead)) {
-        return nullptr;
+        return false;
     }
-    std::size_t const needed = sizeof(EntryHead) + length;
-    if (mLast == nullptr || needed > mLast->size - mLast->used) {
-        std::size_t const size = std::max(needed, kBlockSize);
-        Block* block = size == kBlockSize ? Spare().Take() : nullptr;
-        if (block == nullptr) {
-            block =
-                reinterpret_cast<Block*>(new (std::nothrow) unsigned char[sizeof(Block) + size]);
-        }
-        if (block == nullptr) {
-            return nullptr;
-        }
-        *block = {nullptr, size, 0};
-        (mLast == nullptr ? mFirst : mLast->next) = block;
-        mLast = block;
+    std::size_t const size = std::max(sizeof(EntryHead) + length, kBlockSize);
+    Block* block = size == kBlockSize ? Spare().Take() : nullptr;
+    if (block == nullptr) {
+        block = reinterpret_cast<Block*>(new (std::nothrow) unsigned char[sizeof(Block) + size]);
     }
-    return BytesOf(*mLast) + mLast->used + sizeof(EntryHead);
-}
-
-void JobEntries::Add(PostScriptInjectionSite site, std::size_t length) {
-    EntryHead const head = {length, site};
-    std::memcpy(BytesOf(*mLast) + mLast->used, &head, sizeof head);
-    mLast->used += sizeof head + length;
-}
-
-unsigned char* JobEntries::BytesOf(Block const& block) {
-    return reinterpret_cast<unsigned char*>(const_cast<Block*>(&block + 1));
+    if (block == nullptr) {
+        return false;
+    }
+    *block = {nullptr, size, 0};
+    (mLast == nullptr ? mFirst : mLast->next) = block;
+    mLast = block;
+    return true;
 }
 
 JobEntries::Entry JobEntries::EntryAt(Block const& block, std::size_t& at) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 
 #include "VelonFeatures/Project/Core/PostScriptInjectionSite.h"
 
@@ -23,9 +24,18 @@ class JobEntries {
 
     void Clear();
     // Where the bytes of the next entry go, at most `length` of them; null without memory.
-    unsigned char* Room(std::size_t length);
+    unsigned char* Room(std::size_t length) {
+        bool const fits = mLast != nullptr && mLast->size - mLast->used >= sizeof(EntryHead) &&
+                          mLast->size - mLast->used - sizeof(EntryHead) >= length;
+        return fits || StartBlock(length) ? BytesOf(*mLast) + mLast->used + sizeof(EntryHead)
+                                          : nullptr;
+    }
     // Makes the first `length` bytes of the room that was given last an entry.
-    void Add(PostScriptInjectionSite site, std::size_t length);
+    void Add(PostScriptInjectionSite site, std::size_t length) {
+        EntryHead const head = {length, site};
+        std::memcpy(BytesOf(*mLast) + mLast->used, &head, sizeof head);
+        mLast->used += sizeof head + length;
+    }
 
     // Calls `visit` with each entry until it says false; whether it never did.
     template <typename Visit>
@@ -47,10 +57,18 @@ class JobEntries {
         std::size_t size;
         std::size_t used;
     };
+    // Stands in front of an entry's bytes, at any address.
+    struct EntryHead {
+        std::size_t length;
+        PostScriptInjectionSite site;
+    };
     class SpareBlocks;
 
     static SpareBlocks& Spare();
-    static unsigned char* BytesOf(Block const& block);
+    static unsigned char* BytesOf(Block const& block) {
+        return reinterpret_cast<unsigned char*>(const_cast<Block*>(&block + 1));
+    }
+    bool StartBlock(std::size_t length);  // with room for an entry; false without memory
     // Moves `at` behind the entry.
     static Entry EntryAt(Block const& block, std::size_t& at);
 

@@ -2,7 +2,7 @@
 #include "VelonFeatures/Project/Core/JobKeywords.h"
 
 #include <algorithm>
-#include <cstring>
+#include <cstddef>
 #include <string_view>
 
 namespace {
@@ -13,15 +13,21 @@ constexpr std::array<std::string_view, 12> kExpertKeywords = {
     "*ZUBlkOvpCtrl",  "*ZUKOnlyGrayCMYK", "*ZUKOnlyGrayRGB", "*ZUPaperSim",
 };
 
+// Mostly the byte behind what all of them begin with settles it.
+bool BeginsSpecialChromvaleKeyword(std::string_view text) {
+    constexpr std::size_t kTelling = std::string_view("*ZU").size();
+    return std::ranges::any_of(kSpecialChromvaleKeywords, [text](std::string_view special) {
+        return text.size() >= special.size() && text[kTelling] == special[kTelling] &&
+               text.starts_with(special);
+    });
+}
+
 }  // namespace
 
-bool HoldsSpecialChromvaleKeyword(char const* keyword) {
+bool HoldsSpecialChromvaleKeyword(std::string_view keyword) {
     // An asterisk begins each of them, and mostly a keyword has no second one.
-    for (char const* rest = keyword; rest != nullptr && *rest != '\0';
-         rest = std::strchr(rest + 1, '*')) {
-        if (std::ranges::any_of(kSpecialChromvaleKeywords, [rest](std::string_view special) {
-                return std::strncmp(rest, special.data(), special.size()) == 0;
-            })) {
+    for (std::size_t at = 0; at < keyword.size(); at = keyword.find('*', at + 1)) {
+        if (BeginsSpecialChromvaleKeyword(keyword.substr(at))) {
             return true;
         }
     }

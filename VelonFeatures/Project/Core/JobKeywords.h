@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <string_view>
 
 // Keywords that the job treats in a way of its own. Comparisons are exact; null is none of them.
 
@@ -13,7 +14,7 @@ constexpr std::array<char const*, 3> kSpecialChromvaleKeywords = {
 };
 
 // Whether the keyword holds one of them.
-bool HoldsSpecialChromvaleKeyword(char const* keyword);
+bool HoldsSpecialChromvaleKeyword(std::string_view keyword);
 bool isExpertChromvaleControl(char const* keyword);
 // Longer than four characters, and the last four are "Bidi".
 bool isBidiKeyword(char const* keyword);

@@ -164,7 +164,7 @@ void PDEData::MakeJobNotesForSpecialControls() {
 }
 
 bool PDEData::isSpecialChromvaleControl(char const* keyword) {
-    return HoldsSpecialChromvaleKeyword(keyword);
+    return keyword != nullptr && HoldsSpecialChromvaleKeyword(keyword);
 }
 
 // ---- The operating system's values ----

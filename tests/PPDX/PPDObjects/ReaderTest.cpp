@@ -60,6 +60,8 @@ TEST(ReaderTest, OddPlacesOfAFile) {
              {Block("/: PickOne", "*DefaultK: a\n*K a/A: \"\"\n"), "*K=a "},
              {Block("/K: PickOne", "*DefaultK: a\n"), "*K=(null) "},
              {Block("/K: PickOne", "*DefaultK: b\n*K /none: \"x\"\n*K b/B: \"\"\n"), "*K=b "},
+             {Block("/K: PickOne", "*DefaultK: b\n*K\t b /B/b : \"x\"\n*K a\n"), "*K=b "},
+             {Block("/K: PickOne", "*DefaultK: x\n*K/a: \"x\"\n*Kx b/B: \"\"\n"), "*K=b "},
              {Block("/K: PickOne", "*DefaultK: c\n*K a/A: \"\"\n?K x: *K c/C: \"\"\n"), "*K=a "},
              {Block("/K: PickOne", "*DefaultK: a\n*K a/A: \"open\n").substr(0, 95), "11! *K, 27, "},
              {Block("/K: Boolean", "*DefaultK: True\n*DefaultK: False\n"), "*K=False "},

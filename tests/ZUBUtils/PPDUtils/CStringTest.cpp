@@ -2,7 +2,9 @@
 #include "ZUBUtils/PPDUtils/CString.h"
 
 #include <string>
+#include <utility>
 
+#include "ZUBUtils/PPDUtils/Arena.h"
 #include "tests/ZUBUtils/PPDUtils/FailingNew.h"
 
 namespace {
@@ -53,6 +55,21 @@ TEST_F(CStringTest, AppendAndAssignmentTakeTheStringsOwnText) {
     text = text.GetCharData();
     EXPECT_EQ(text.GetCharData(), buffer);
     EXPECT_STREQ(text, "bc");
+}
+
+TEST_F(CStringTest, AMovedTextIsLeftByTheFormerStringWhoeverOwnsTheBytes) {
+    Arena arena;
+    CString inArena(arena, "Tray");
+    CString onHeap("Duplex");
+    for (CString* from : {&inArena, &onHeap}) {
+        std::string const text(*from);
+        CString moved(std::move(*from));
+        EXPECT_EQ(from->GetCharData(), nullptr);
+        *from = "new";
+        moved + "ed";
+        EXPECT_EQ(std::string(moved), text + "ed");
+        EXPECT_EQ(moved.Size(), text.size() + 2);
+    }
 }
 
 TEST_F(CStringTest, ContainsTakesUpperAndLowerCaseAsTheSame) {

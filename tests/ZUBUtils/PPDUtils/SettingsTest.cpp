@@ -274,4 +274,19 @@ TEST(CFDataStreamTest, KeepsAPrivateCopyOfItsData) {
     EXPECT_EQ(failed.LastError(), memFullErr);
 }
 
+TEST(CFDataStreamTest, WhatCannotBeWrittenBehindItsDataLeavesThatReadable) {
+    CFDataStream stream(Data("abc").Get());
+    char text[4] = "???";
+    long failures = -1;
+    for (bool written = false; !written; ++failures) {
+        FailAnyNewAfter(failures + 1);
+        written = stream.out(text, 3);
+        FailAnyNewAfter(-1);
+        ASSERT_EQ(stream.dataSize(), written ? 6UL : 3UL);
+    }
+    EXPECT_GE(failures, 1);
+    EXPECT_TRUE(stream.in(text, 3, nullptr, nullptr));
+    EXPECT_STREQ(text, "abc");
+}
+
 }  // namespace

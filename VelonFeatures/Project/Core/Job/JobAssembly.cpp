@@ -44,15 +44,12 @@ constexpr std::array<std::string_view, 4> kKeywordsWithOwnStep = {
     "*Collate",
 };
 
-std::string_view KeywordOf(PPDXControl* control) {
-    char const* const keyword = control->Keyword();
-    return keyword == nullptr ? std::string_view() : std::string_view(keyword);
-}
-
 // Whether the profile that the option stands at would end its comment, or a string that it stands
 // in. A PPD's own option with code is the PPD's affair, but for control characters.
 bool IsUnfitProfile(PPDXControl* control) {
-    auto* const popup = dynamic_cast<PPDXPopupControl*>(control);
+    auto* const popup = control != nullptr && control->Type() == kPopupType
+                            ? static_cast<PPDXPopupControl*>(control)
+                            : nullptr;
     char const* const keyword =
         popup != nullptr && popup->TakesUnknownValues() ? popup->CurrentKeyword() : nullptr;
     if (keyword == nullptr || IsPlainProfileText(keyword)) {
@@ -128,7 +125,7 @@ void JobAssembly::SuppressApplePostscript() {
     CNTL_TYPE type = kControlType;
     for (PPDXControl* control = GetFirst(controls, type); control != nullptr;
          control = GetNext(controls, type)) {
-        std::string_view const keyword = KeywordOf(control);
+        std::string_view const keyword = control->KeywordText();
         if (!keyword.empty() && keyword != "*PageSize") {
             mTicket.Add(kSuppressedKeywordSite,
                         reinterpret_cast<unsigned char const*>(keyword.data()), keyword.size());
@@ -160,7 +157,7 @@ void JobAssembly::OutFirstControl() {
     if (control == nullptr) {
         return;
     }
-    if (type != kJobNoteType && KeywordOf(control) != "*Collate") {
+    if (type != kJobNoteType && control->KeywordText() != "*Collate") {
         OutControl(control);
     }
     std::int32_t const orientation = mData.PageOrientation();
@@ -190,9 +187,9 @@ void JobAssembly::OutRemainingControls() {
 }
 
 void JobAssembly::OutRemainingControl(PPDXControl* control) {
-    std::string_view const keyword = KeywordOf(control);
+    std::string_view const keyword = control->KeywordText();
     bool const isElsewhere =
-        control->Type() == kJobNoteType || HoldsSpecialChromvaleKeyword(control->Keyword()) ||
+        control->Type() == kJobNoteType || HoldsSpecialChromvaleKeyword(keyword) ||
         std::ranges::find(kKeywordsWithOwnStep, keyword) != kKeywordsWithOwnStep.end();
     if (!isElsewhere) {
         OutControl(control);
