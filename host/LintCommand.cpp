@@ -29,7 +29,8 @@ Json AsJson(LintFinding const& finding) {
             {"code", finding.code ? Json(*finding.code) : Json()},
             {"keyword", finding.keyword.empty() ? Json() : JsonText::Bytes(finding.keyword)},
             {"message", finding.message},
-            {"help", finding.help}};
+            {"help", finding.help},
+            {"fatal", finding.fatal}};
 }
 
 std::string AsText(LintFinding const& finding, std::string const& file) {
@@ -40,7 +41,7 @@ std::string AsText(LintFinding const& finding, std::string const& file) {
     }
     text += PeopleText::Plain(std::string_view(finding.message));
     if (finding.code) {
-        text += " (" + std::to_string(*finding.code) + ")";
+        text += " (" + std::to_string(*finding.code) + (finding.fatal ? ", fatal)" : ")");
     }
     return text + (finding.help.empty() ? "" : " ") +
            PeopleText::Plain(std::string_view(finding.help)) + '\n';
@@ -56,11 +57,17 @@ Outcome LintCommand::Run() {
     std::unique_ptr<PlacedPPD, ReleasePPD> const ppd(new PlacedPPD(
         HostFiles::URL(mOptions.ppd, false), static_cast<_PARSE_OPTIONS_>(mOptions.parseOptions)));
     LintFindings findings;
-    LintChecks::Reading(*ppd, findings);
+    LintChecks::Reading(*ppd, mOptions.ppd, findings);
+    if (LintChecks::IsExtended(*ppd)) {
+        LintChecks::Lines(*ppd, findings);
+    }
     bool const isValid = ppd->IsValidPPD();
     if (isValid) {
         LintChecks::Use(*ppd, mOptions.ppd, findings);
-        LintChecks::Rules(*ppd, findings);
+        if (LintChecks::IsExtended(*ppd)) {  // no option of another file is used, nor any rule
+            LintChecks::Rules(*ppd, findings);
+            LintChecks::Blocks(*ppd, findings);
+        }
         LintChecks::Options(*ppd, findings);
         LintChecks::Code(*ppd, findings);
     }

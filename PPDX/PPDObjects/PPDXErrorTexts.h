@@ -9,6 +9,7 @@ struct PPDXErrorText {
     short code;
     char const* text;
     char const* remedy;
+    char const* fatal;  // when it makes the file unusable; empty for never
 };
 
 std::span<PPDXErrorText const> ErrorTexts();  // all codes, ascending

@@ -2,6 +2,7 @@
 #include "host/adopt/AdoptedOption.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "PPDX/PPDObjects/PPDStream.h"
 #include "PPDX/PPDObjects/PPDX.h"
@@ -11,49 +12,78 @@ namespace {
 
 constexpr std::size_t kMostInLine = PPDStream::kLineLength;
 constexpr std::size_t kMostCode = PPDX::kPostScriptSize - 2;  // one line feed goes behind it
-constexpr std::size_t kMostName = 120;                        // leaves room for the rest of a line
+constexpr std::size_t kLongestGroup = 48;                     // bytes of its keyword and text
 
-// Where a line of PostScript can be broken: the last blank within the limit that isn't in a string
-// or a comment; npos for none.
-std::size_t BreakIn(std::string_view line) {
-    std::size_t found = line.npos;
-    int depth = 0;
-    for (std::size_t at = 0; at < std::min(line.size(), kMostInLine); ++at) {
-        char const byte = line[at];
-        if (byte == '\\' && depth > 0) {
-            ++at;
-        } else if (byte == '(' || byte == ')') {
-            depth += byte == '(' ? 1 : depth > 0 ? -1 : 0;
-        } else if (byte == '%' && depth == 0) {
-            return found;
-        } else if (depth == 0 && (byte == ' ' || byte == '\t') && at > 0) {
-            found = at;
+// Follows PostScript byte by byte, over line ends too: whether one stands where a blank is nothing
+// but white space. The syntax is that of the PostScript Language Reference, third edition (Adobe
+// Systems, 1999), chapter 3.2. Within <...> and <~...~> white space counts for nothing, so those
+// are no strings here; but what looks like a parenthesis or a remark in the second is none.
+class CodeWalk {
+  public:
+    // Steps over a byte; `former` stands ahead of it.
+    void Step(char byte, char former) {
+        if (mEscaped) {
+            mEscaped = false;
+        } else if (mRemark) {
+            mRemark = byte != '\n';
+        } else if (mBase85) {
+            mBase85 = !(byte == '>' && former == '~');
+        } else if (mDepth > 0) {
+            mEscaped = byte == '\\';
+            mDepth += byte == '(' ? 1 : byte == ')' ? -1 : 0;
+        } else {
+            mDepth = byte == '(' ? 1 : 0;
+            mRemark = byte == '%';
+            mBase85 = byte == '~' && former == '<';
         }
     }
-    return found;
-}
+    bool IsOutside() const { return mDepth == 0 && !mRemark; }
 
-// Code in lines that can be read; empty when it has none such.
-std::string Folded(std::string_view code) {
-    std::string folded;
-    while (!code.empty()) {
-        std::string_view line = code.substr(0, code.find('\n'));
-        std::size_t taken = std::min(code.size(), line.size() + 1);
-        if (line.size() > kMostInLine) {
-            std::size_t const at = BreakIn(line);
-            if (at == line.npos) {
-                return {};
-            }
-            line = line.substr(0, at);
-            taken = at + 1;
-        }
-        folded += std::string(line) + '\n';
-        code.remove_prefix(taken);
-    }
-    return folded;
+  private:
+    int mDepth = 0;  // of parentheses
+    bool mEscaped = false;
+    bool mRemark = false;
+    bool mBase85 = false;
+};
+
+// A line that begins with a star ends the value.
+bool HasStarredLine(std::string const& code) {
+    return code.starts_with('*') || code.find("\n*") != code.npos;
 }
 
 }  // namespace
+
+std::optional<std::string> AdoptedOption::Folded(std::string code) {
+    CodeWalk walk;
+    std::size_t begin = 0;  // of the line
+    std::size_t blank = code.npos;
+    for (std::size_t at = 0; at < code.size(); ++at) {
+        walk.Step(code[at], at == 0 ? '\n' : code[at - 1]);
+        if (code[at] == '\n') {
+            begin = at + 1;
+            blank = code.npos;
+            continue;
+        }
+        bool const isBlank = code[at] == ' ' || code[at] == '\t';
+        bool const starsNext = at + 1 < code.size() && code[at + 1] == '*';
+        if (isBlank && walk.IsOutside() && at > begin && !starsNext) {
+            blank = at;
+        }
+        if (at - begin < kMostInLine) {
+            continue;
+        }
+        if (blank == code.npos) {
+            return std::nullopt;
+        }
+        code[blank] = '\n';
+        begin = blank + 1;
+        blank = code.npos;
+    }
+    if (!code.empty() && !code.ends_with('\n')) {
+        code += '\n';
+    }
+    return code;
+}
 
 bool AdoptedOption::Fits(std::string const& text) {
     std::size_t begin = 0;
@@ -67,90 +97,110 @@ bool AdoptedOption::Fits(std::string const& text) {
     return text.find(PPDStream::kEndMark) == text.npos;
 }
 
-std::string AdoptedOption::Named(std::string const& keyword, std::string const& text) {
-    std::string name = text.substr(0, text.find('\n'));
-    for (std::size_t at = 0; (at = name.find(PPDStream::kEndMark, at)) != name.npos;) {
-        name.replace(at, 1, "<FF>");
-    }
-    if (name.empty() || name.size() > kMostName) {
-        name = keyword.substr(keyword.starts_with('*') ? 1 : 0);
-    }
-    return keyword + "/" + name;
-}
-
 // A switch has exactly the two states that one of the grammar has.
 bool AdoptedOption::IsSwitch() const {
     auto const has = [this](char const* state) {
-        return std::ranges::find(mOption.choices, state, &PlainPPD::Choice::keyword) !=
-               mOption.choices.end();
+        return std::ranges::find(mChoices, state) != mChoices.end();
     };
-    return mOption.type == "Boolean" && mOption.choices.size() == 2 && has("True") && has("False");
+    return mOption.type == "Boolean" && mChoices.size() == 2 && has("True") && has("False");
 }
 
 std::string AdoptedOption::Default() const {
-    bool const isListed = std::ranges::find(mOption.choices, mOption.byDefault,
-                                            &PlainPPD::Choice::keyword) != mOption.choices.end();
-    if (isListed) {
+    if (std::ranges::find(mChoices, mOption.byDefault) != mChoices.end()) {
         return mOption.byDefault;
     }
-    std::string const& first = mOption.choices.front().keyword;
     mTell(mOption.line,
           PeopleText::Bytes(mOption.keyword) + " has " +
               (mOption.byDefault.empty() ? "no default"
                                          : "the default " + PeopleText::Bytes(mOption.byDefault) +
                                                ", which is none of its choices") +
-              ": " + PeopleText::Bytes(first) + " is taken");
-    return first;
+              ": " + PeopleText::Bytes(mChoices.front()) + " is taken");
+    return mChoices.front();
 }
 
-std::string AdoptedOption::Block(std::string const& group) const {
+bool AdoptedOption::Make() {
+    std::string lines;
+    for (PlainPPD::Choice const& choice : mOption.choices) {
+        std::string const made = ChoiceLines(choice);
+        if (!made.empty()) {
+            lines += made;
+            mChoices.push_back(choice.keyword);
+        }
+    }
+    std::string const name = PeopleText::Bytes(mOption.keyword);
+    if (mChoices.empty()) {
+        mTell(mOption.line, name + " has no choices: left out");
+        return false;
+    }
+    mLines = Head() + lines + "*CloseUI: " + mKeyword + "\n";
+    if (!Fits(mLines) || !Fits(Block(std::string(kLongestGroup, ' ')))) {
+        mTell(mOption.line,
+              name + " is left out: its name is too long for a line or has a byte FF");
+        return false;
+    }
+    return true;
+}
+
+std::string AdoptedOption::Head() const {
     char const* const type = IsSwitch()                   ? "Boolean"
                              : mOption.type == "PickMany" ? "PickMany"
                                                           : "PickOne";
-    std::string block = "*%ZUBFlags " + mOption.keyword + ": Dynamic\n" + "*%ZUBGroup " +
-                        mOption.keyword + ": " + group + "\n" + "*OpenUI " +
-                        Named(mOption.keyword, mOption.text) + ": " + type + "\n";
-    if (!mOption.orderLine.empty() && Fits(mOption.orderLine)) {
-        block += mOption.orderLine + "\n";
+    std::string head =
+        "*OpenUI " + mNames.Named(mOption.line, mKeyword, mOption.text) + ": " + type + "\n";
+    if (mKeyword == mOption.keyword && !mOption.orderLine.empty() && Fits(mOption.orderLine)) {
+        head += mOption.orderLine + "\n";
     }
-    block += "*Default" + mOption.keyword.substr(1) + ": " + Default() + "\n";
-    for (PlainPPD::Choice const& choice : mOption.choices) {
-        block += ChoiceLine(choice);
-    }
-    return block + "*CloseUI: " + mOption.keyword + "\n";
+    return head + "*Default" + mKeyword.substr(1) + ": " + Default() + "\n";
 }
 
-std::string AdoptedOption::CodeOf(PlainPPD::Choice const& choice) const {
+std::string AdoptedOption::Block(std::string const& group) const {
+    return "*%ZUBFlags " + mKeyword + ": Dynamic\n" + "*%ZUBGroup " + mKeyword + ": " + group +
+           "\n" + mLines;
+}
+
+// None, and the reason, for code that can't stand in the block.
+std::optional<std::string> AdoptedOption::CodeOf(PlainPPD::Choice const& choice,
+                                                 std::string& why) const {
     if (!mHasCode) {
-        return {};
+        return "";
     }
-    auto const symbol =
-        choice.code.starts_with('^') ? mPPD.symbols.find(choice.code) : mPPD.symbols.end();
+    bool const isSymbol = choice.code.starts_with('^');
+    auto const symbol = isSymbol ? mPPD.symbols.find(choice.code) : mPPD.symbols.end();
     std::string const& code = symbol == mPPD.symbols.end() ? choice.code : symbol->second;
-    std::string const name =
-        PeopleText::Bytes(mOption.keyword) + "=" + PeopleText::Bytes(choice.keyword);
-    if (choice.code.starts_with('^') && symbol == mPPD.symbols.end()) {
-        mTell(choice.line, name + " loses its code: there is no such symbol");
-        return {};
+    std::optional<std::string> const folded = Folded(code);
+    if (isSymbol && symbol == mPPD.symbols.end()) {
+        why = "there is no symbol " + PeopleText::Bytes(choice.code);
+    } else if (code.size() > kMostCode) {
+        why = "its code has " + std::to_string(code.size()) + " bytes, " +
+              std::to_string(kMostCode) + " are the most";
+    } else if (code.find(PPDStream::kEndMark) != code.npos) {
+        why = "its code has a byte FF";
+    } else if (HasStarredLine(code)) {
+        why = "its code has a line that begins with a star";
+    } else if (!folded) {
+        why = "its code has a line that is too long and can't be broken";
     }
-    if (code.size() > kMostCode) {
-        mTell(choice.line, name + " loses its code: it has " + std::to_string(code.size()) +
-                               " bytes, " + std::to_string(kMostCode) + " are the most");
-        return {};
-    }
-    std::string folded = Folded(code);
-    if (code.find(PPDStream::kEndMark) != code.npos || (folded.empty() && !code.empty())) {
-        mTell(choice.line, name + " loses its code: it has a byte FF or a line that is too long");
-        return {};
-    }
-    return folded;
+    return why.empty() ? folded : std::nullopt;
 }
 
-std::string AdoptedOption::ChoiceLine(PlainPPD::Choice const& choice) const {
-    std::string const head = mOption.keyword + " " + Named(choice.keyword, choice.text) + ": \"";
-    std::string const code = CodeOf(choice);
-    if (std::ranges::count(code, '\n') <= 1 && head.size() + code.size() <= kMostInLine) {
-        return head + code.substr(0, code.find('\n')) + "\"\n";
+// Empty, and told, for one that is left out.
+std::string AdoptedOption::ChoiceLines(PlainPPD::Choice const& choice) const {
+    std::string const head =
+        mKeyword + " " + mNames.Named(choice.line, choice.keyword, choice.text) + ": \"";
+    std::string why;
+    std::optional<std::string> const code = CodeOf(choice, why);
+    std::string lines;
+    if (code) {
+        bool const isOneLine =
+            std::ranges::count(*code, '\n') <= 1 && head.size() + code->size() <= kMostInLine;
+        lines = isOneLine ? head + code->substr(0, code->find('\n')) + "\"\n"
+                          : head + "\n" + *code + "\"\n*End\n";
+        if (Fits(lines)) {
+            return lines;
+        }
+        why = "its name is too long for a line or has a byte FF";
     }
-    return head + "\n" + code + "\"\n*End\n";
+    mTell(choice.line, PeopleText::Bytes(mOption.keyword) + "=" +
+                           PeopleText::Bytes(choice.keyword) + " is left out: " + why);
+    return {};
 }

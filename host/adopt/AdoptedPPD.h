@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <ostream>
 #include <set>
@@ -17,16 +18,26 @@
 //
 // Every option's code goes into a job here. So *PageRegion, which would take back what *PageSize
 // does, and options for the printer's job language, which can't stand in PostScript, come without
-// code into a hidden group: rules may name them, but nobody chooses them.
+// code into a hidden group: rules may name them, but nobody chooses them. Other readers take a
+// keyword that begins with JCL for an option of the job language, so those get another.
 class AdoptedPPD {
   public:
-    // Both must outlive the object.
-    AdoptedPPD(PlainPPD const& ppd, AdoptedOption::Tell const& tell);
+    struct Counts {
+        std::size_t options = 0;
+        std::size_t choices = 0;
+        std::size_t rules = 0;  // of the original
+    };
 
+    // The PPD must outlive the object, which tells of the options here.
+    AdoptedPPD(PlainPPD const& ppd, AdoptTell tell);
+
+    // What Write carries.
+    Counts const& Carried() const { return mCounts; }
     void Write(std::ostream& out);
 
   private:
     using Pair = std::pair<std::string, std::string>;
+    using Rule = std::pair<Pair, Pair>;
 
     bool IsHidden(PlainPPD::Option const& option) const;
     std::string GroupOf(PlainPPD::Option const& option) const;
@@ -37,13 +48,22 @@ class AdoptedPPD {
     void WriteOthers(std::ostream& out);
     void WriteRules(std::ostream& out);
     bool Knows(Pair const& pair) const;
-    void WriteRule(std::ostream& out, Pair const& first, Pair const& second) const;
+    std::string WhyNot(PlainPPD::Rule const& rule) const;
+    Pair Renamed(Pair const& pair) const;
+    void CollectRules();
+    std::string NewKeyword(PlainPPD::Option const& option) const;
+    // Writes lines that the reader takes all; others are told and left out.
+    void Put(std::ostream& out, long line, std::string const& text) const;
     std::string PCFileName() const;
     std::string Header(char const* keyword, char const* otherwise) const;
 
     PlainPPD const& mPPD;
-    AdoptedOption::Tell const& mTell;
-    std::vector<PlainPPD::Option const*> mOptions;  // those with choices, in order
+    AdoptTell mTell;
+    AdoptedNames mNames;
+    std::vector<PlainPPD::Option const*> mOptions;  // those that are carried, in order
     std::map<std::string, PlainPPD::Option const*> mByKeyword;
-    std::set<Pair> mChoices;  // of those options
+    std::map<std::string, AdoptedOption> mBlocks;  // by keyword
+    std::set<Pair> mChoices;                       // of those options
+    std::vector<std::pair<long, Rule>> mRules;     // as they are written, with their lines
+    Counts mCounts;
 };

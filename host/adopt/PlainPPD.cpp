@@ -2,10 +2,13 @@
 #include "host/adopt/PlainPPD.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <optional>
 #include <set>
 #include <utility>
+
+#include "host/PeopleText.h"
 
 namespace {
 
@@ -38,7 +41,8 @@ struct Line {
     std::string text;
     std::string value;  // behind the colon, with quotes where it has them
     std::string whole;
-    long number;
+    long number = 1;
+    char const* trouble = nullptr;  // why the value isn't whole
 
     // What stands in quotes, else the value as it is.
     std::string Unquoted() const {
@@ -69,8 +73,8 @@ class Statements {
             line.number = mNumber;
             line.whole = first;
             if (first.starts_with('*') && !first.starts_with("*%")) {
-                GoOn(line.whole);
                 Cut(line);
+                GoOn(line);
             }
             return line;
         }
@@ -89,18 +93,25 @@ class Statements {
         return line.substr(0, line.find('\0'));
     }
 
-    void GoOn(std::string& whole) {
-        if (std::ranges::count(whole, '"') != 1) {
+    // A quote that nothing closes goes to the next line that begins as a statement does.
+    void GoOn(Line& line) {
+        if (std::ranges::count(line.value, '"') != 1) {
             return;
         }
         while (!mRest.empty()) {
-            std::string_view const more = NextLine();
-            whole += '\n';
-            whole += more;
+            if (mRest.size() > 1 && mRest[0] == '*' &&
+                std::isalpha(static_cast<unsigned char>(mRest[1])) != 0) {
+                line.trouble = "nothing closes the quote of its value";
+                return;
+            }
+            std::string const more = '\n' + std::string(NextLine());
+            line.whole += more;
+            line.value += more;
             if (more.find('"') != more.npos) {
                 return;
             }
         }
+        line.trouble = "its value runs to the end of the file, which may be cut off";
     }
 
     static void Cut(Line& line) {
@@ -108,9 +119,12 @@ class Statements {
         std::size_t const keywordEnd = std::min(rest.find_first_of(" \t:\n"), rest.size());
         line.keyword = rest.substr(0, keywordEnd);
         rest.remove_prefix(keywordEnd);
-        std::size_t const colon = std::min(rest.find(':'), rest.find('"'));
+        // Texts have quotes too, so one stands for the colon only where there is none.
+        std::size_t colon = rest.find(':');
+        colon = colon == rest.npos ? rest.find('"') : colon;
         if (colon == rest.npos) {
-            line.option = Trimmed(rest);
+            line.option = Trimmed(rest.substr(0, rest.find('/')));
+            line.trouble = "it has no value";
             return;
         }
         std::string_view const head = Trimmed(rest.substr(0, colon));
@@ -128,7 +142,7 @@ class Statements {
 class Reading {
   public:
     explicit Reading(PlainPPD& ppd) : mPPD(ppd), mGroups{{"", 0}} {
-        mPPD.groups.push_back({"", ""});
+        mPPD.groups.push_back({"", "", 1});
     }
 
     void Take(Line const& line) {
@@ -156,6 +170,8 @@ class Reading {
         auto const* const row = std::ranges::find(kRows, line.keyword, &Row::keyword);
         if (line.keyword.empty()) {
             TakeComment(line);
+        } else if (line.trouble != nullptr && !IsMarkOnly(line)) {
+            TakeTrouble(line);
         } else if (row != std::end(kRows)) {
             (this->*row->take)(line);
         } else {
@@ -165,6 +181,12 @@ class Reading {
 
     // Gives each option the default that was told anywhere.
     void Finish() {
+        if (mOpen != kNone) {
+            PlainPPD::Option const& last = mPPD.options[mOpen];
+            mPPD.troubles.push_back({last.line, "nothing closes " +
+                                                    PeopleText::Bytes(last.keyword) +
+                                                    ": the file may be cut off"});
+        }
         for (PlainPPD::Option& option : mPPD.options) {
             if (auto const found = mDefaults.find(option.keyword); found != mDefaults.end()) {
                 option.byDefault = found->second;
@@ -178,6 +200,18 @@ class Reading {
 
   private:
     static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+    // Lines that say all with their keyword, and take a value or not.
+    static bool IsMarkOnly(Line const& line) {
+        static constexpr std::string_view kMarks[] = {
+            "*End", "*CloseUI", "*JCLCloseUI", "*CloseGroup", "*CloseSubGroup", "*OpenSubGroup"};
+        return std::ranges::find(kMarks, line.keyword) != std::end(kMarks);
+    }
+    void TakeTrouble(Line const& line) {
+        std::string const name = PeopleText::Bytes(line.keyword) +
+                                 (line.option.empty() ? "" : "=" + PeopleText::Bytes(line.option));
+        mPPD.troubles.push_back({line.number, name + " is left out: " + line.trouble});
+    }
 
     // "*OpenUI *Duplex/Two Sided: PickOne"; some files have a colon behind the keyword.
     void Open(Line const& line) {
@@ -193,16 +227,14 @@ class Reading {
         auto const [known, isNew] = mOptions.emplace(keyword, mPPD.options.size());
         mOpen = known->second;
         if (isNew) {
-            mPPD.options.push_back({keyword,
-                                    line.text,
-                                    type,
-                                    mGroup,
-                                    line.keyword == "*JCLOpenUI",
-                                    "",
-                                    kLastOrder,
-                                    "",
-                                    {},
-                                    line.number});
+            PlainPPD::Option& option = mPPD.options.emplace_back();
+            option.keyword = keyword;
+            option.text = line.text;
+            option.type = type;
+            option.group = mGroup;
+            option.isJobLanguage = line.keyword == "*JCLOpenUI";
+            option.line = line.number;
+            option.order = kLastOrder;
         }
     }
     void Close(Line const&) { mOpen = kNone; }
@@ -216,7 +248,7 @@ class Reading {
         auto const [known, isNew] = mGroups.emplace(keyword, mPPD.groups.size());
         mGroup = known->second;
         if (isNew) {
-            mPPD.groups.push_back({keyword, text.empty() ? keyword : text});
+            mPPD.groups.push_back({keyword, text.empty() ? keyword : text, line.number});
         }
     }
     void CloseGroup(Line const&) {
@@ -233,8 +265,8 @@ class Reading {
         }
     }
 
-    static PlainPPD::Rule RuleOf(std::string_view text, bool bothWays, long number) {
-        PlainPPD::Rule rule{{}, bothWays, number};
+    static PlainPPD::Rule RuleOf(std::string_view text, long number) {
+        PlainPPD::Rule rule{{}, number};
         for (std::string const& word : Words(text)) {
             if (word.starts_with('*')) {
                 rule.pairs.emplace_back(word, "");
@@ -244,11 +276,9 @@ class Reading {
         }
         return rule;
     }
-    void TakeRule(Line const& line) {
-        mPPD.rules.push_back(RuleOf(line.value, false, line.number));
-    }
+    void TakeRule(Line const& line) { mPPD.rules.push_back(RuleOf(line.value, line.number)); }
     void TakeQuotedRule(Line const& line) {
-        mPPD.rules.push_back(RuleOf(line.Unquoted(), true, line.number));
+        mPPD.rules.push_back(RuleOf(line.Unquoted(), line.number));
     }
     void TakeSymbol(Line const& line) { mPPD.symbols.emplace(line.option, line.Unquoted()); }
 
@@ -269,7 +299,7 @@ class Reading {
         if (line.keyword.find('.') != line.keyword.npos) {
             mPPD.translations.push_back(line.number);
         }
-        mPPD.headers.emplace(line.keyword, line.Unquoted());
+        mPPD.headers.emplace(line.keyword, PlainPPD::Header{line.Unquoted(), line.number});
         mPPD.others.push_back({line.keyword, line.whole, line.number});
     }
 
@@ -294,6 +324,7 @@ class Reading {
 }  // namespace
 
 bool PlainPPD::Read(std::string_view bytes) {
+    *this = PlainPPD();
     Statements statements(bytes);
     Reading reading(*this);
     std::optional<Line> line = statements.Next();

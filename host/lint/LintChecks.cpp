@@ -30,10 +30,6 @@ std::string Text(char const* bytes) {
     return bytes == nullptr ? std::string() : bytes;
 }
 
-bool BeginsExtension(std::string_view line) {
-    return line.starts_with("*%ZU");
-}
-
 long FirstLineWith(FileLines const& lines, std::string_view beginning) {
     for (long number = 1; number <= lines.Count(); ++number) {
         if (lines.Text(number).starts_with(beginning)) {
@@ -43,11 +39,49 @@ long FirstLineWith(FileLines const& lines, std::string_view beginning) {
     return 0;
 }
 
-LintFinding FindingOf(PPDXErrorObj const& error, FileLines const& lines) {
+// What to do with a file that can't be read as it is, by its first bytes; empty for any other.
+std::string RemedyOfBeginning(FileLines const& lines, std::string const& path) {
+    std::string_view const first = lines.Text(1);
+    if (lines.Size() == 0) {
+        return "The file is empty or can't be read: get it anew.";
+    }
+    if (first.starts_with("\x1F\x8B")) {
+        return "The file is compressed: gunzip -c " + PeopleText::ForShell(path) +
+               " > NEW.ppd makes one that can be read.";
+    }
+    if (first.starts_with("\xEF\xBB\xBF")) {
+        return "Take out the byte order mark, the bytes EF BB BF at the beginning.";
+    }
+    return {};
+}
+
+bool IsOfReading(short code) {
+    return code == 18 || code == 28;
+}
+
+bool IsOfLayout(short code) {
+    return code >= 25 && code <= 27;
+}
+
+LintFinding FindingOf(PPDXErrorObj const& error, PlacedPPD const& ppd, std::string const& path) {
     short const code = error.Code();
-    char const* const remedy = ErrorRemedyOf(code);
-    return {lines.NumberAt(error.Place()), Severity::kError,          code,
-            Text(error.Keyword()),         Text(error.Description()), Text(remedy)};
+    FileLines const& lines = ppd.Lines();
+    std::string help = Text(ErrorRemedyOf(code));
+    if (IsOfLayout(code) && !LintChecks::IsExtended(ppd)) {
+        help += " For an ordinary PPD zubprint adopt does it.";
+    }
+    std::string const beginning = RemedyOfBeginning(lines, path);
+    return {lines.NumberAt(error.Place()),
+            Severity::kError,
+            code,
+            Text(error.Keyword()),
+            Text(error.Description()),
+            IsOfReading(code) && !beginning.empty() ? beginning : help,
+            error.IsFatal()};
+}
+
+std::string LinesBehind(long count) {
+    return std::to_string(count) + (count == 1 ? " line behind it" : " lines behind it");
 }
 
 // Why reading ended ahead of the end of the file.
@@ -55,7 +89,7 @@ LintFinding EndFinding(FileLines const& lines, long place) {
     long const line = lines.NumberAt(place);
     std::string_view const text = lines.Text(line);
     bool const isLong = text.size() > static_cast<std::size_t>(PPDStream::kLineLength);
-    std::string const left = std::to_string(lines.Count() - line) + " lines behind it";
+    std::string const left = LinesBehind(lines.Count() - line);
     if (isLong) {
         return {line,
                 Severity::kWarning,
@@ -76,18 +110,47 @@ LintFinding EndFinding(FileLines const& lines, long place) {
 
 }  // namespace
 
-void LintChecks::Reading(PlacedPPD& ppd, LintFindings& findings) {
+bool LintChecks::IsExtended(PlacedPPD const& ppd) {
+    return FirstLineWith(ppd.Lines(), "*%ZU") > 0;
+}
+
+std::string LintChecks::Sentence(std::string text) {
+    return text.ends_with('?') ? text : text + ".";
+}
+
+std::string LintChecks::OpenedIn(std::string_view line) {
+    constexpr std::string_view kOpeners[] = {"*OpenUI", "*ZUOpenUI", "*BeginUI", "*JCLOpenUI"};
+    for (std::string_view const opener : kOpeners) {
+        if (line.starts_with(opener)) {
+            line.remove_prefix(opener.size());
+            line.remove_prefix(std::min(line.find_first_not_of(": \t"), line.size()));
+            return std::string(line.substr(0, line.find_first_of("/: \t")));
+        }
+    }
+    return {};
+}
+
+void LintChecks::Reading(PlacedPPD& ppd, std::string const& path, LintFindings& findings) {
     FileLines const& lines = ppd.Lines();
     bool fatal = false;
+    bool isRead = true;
     PPDXErrors* const errors = ppd.GetErrors();
     for (PPDXErrorObj* error = FirstError(errors); error != nullptr; error = NextError(errors)) {
-        findings.push_back(FindingOf(*error, lines));
+        findings.push_back(FindingOf(*error, ppd, path));
         fatal |= error->IsFatal();
+        isRead &= !IsOfReading(error->Code());
+    }
+    if (!isRead) {  // what such a file doesn't have is no news
+        std::erase_if(findings, [](LintFinding const& finding) {
+            return finding.code && IsOfLayout(*finding.code);
+        });
     }
     if (!ppd.IsValidPPD() && !fatal) {
-        findings.push_back({1, Severity::kError, std::nullopt, "",
-                            "The file doesn't begin with *PPD-Adobe: \"4.3\".",
-                            "Take out what stands ahead of it, blank lines too."});
+        std::string const remedy = RemedyOfBeginning(lines, path);
+        findings.push_back(
+            {1, Severity::kError, std::nullopt, "",
+             "The file doesn't begin with *PPD-Adobe: \"4.3\".",
+             remedy.empty() ? "Take out what stands ahead of it, blank lines too." : remedy});
     }
     if (fatal || !ppd.IsValidPPD()) {
         return;
@@ -103,11 +166,7 @@ void LintChecks::Reading(PlacedPPD& ppd, LintFindings& findings) {
 
 void LintChecks::Use(PlacedPPD& ppd, std::string const& path, LintFindings& findings) {
     FileLines const& lines = ppd.Lines();
-    bool extends = false;
-    for (long number = 1; number <= lines.Count() && !extends; ++number) {
-        extends = BeginsExtension(lines.Text(number));
-    }
-    if (!extends) {
+    if (!IsExtended(ppd)) {
         findings.push_back(
             {1, Severity::kWarning, std::nullopt, "",
              "The file has nothing of the extension grammar: none of its options "
@@ -229,7 +288,12 @@ void AddDropped(PlacedPPD& ppd, LintFindings& findings) {
 void LintChecks::Options(PlacedPPD& ppd, LintFindings& findings) {
     DisplayOptionsScope const all(kDisplayAll);
     AddDropped(ppd, findings);
-    std::set<std::string> const mentioned = MentionedKeywords(ppd);
+    std::set<std::string> mentioned = MentionedKeywords(ppd);
+    for (LintFinding const& finding : findings) {  // or told to be in no place already
+        if (finding.code == 29 || finding.code == 21) {
+            mentioned.insert(finding.keyword);
+        }
+    }
     for (PPDXControl* const control : ControlNames::All(ppd)) {
         std::string const keyword = Text(control->Keyword());
         bool const isOffered = control->Type() != kSpecialOptionType;
@@ -249,7 +313,8 @@ void LintChecks::Options(PlacedPPD& ppd, LintFindings& findings) {
         std::ranges::transform(nameless, nameless.begin(),
                                [](std::string const& name) { return PeopleText::Bytes(name); });
         findings.push_back({line, Severity::kWarning, std::nullopt, keyword,
-                            count + " without a name for people: " +
+                            count + (count == "1" ? " choice" : " choices") +
+                                " without a name for people: " +
                                 Suggestions::List(nameless, isLonger ? "," : "and") +
                                 (isLonger ? " ..." : "") + ".",
                             "Write it behind a slash: " + PeopleText::Bytes(keyword) + " " +

@@ -15,7 +15,8 @@ struct LintFinding {
     std::optional<short> code;  // the reader's
     std::string keyword;        // empty for none
     std::string message;
-    std::string help;  // what to do; empty where there is nothing to be done
+    std::string help;    // what to do; empty where there is nothing to be done
+    bool fatal = false;  // the file can't be used
 };
 
 using LintFindings = std::vector<LintFinding>;

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/lint/PostScriptScanner.h"
 
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <sstream>
 #include <string_view>
+#include <thread>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -18,7 +20,9 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::seconds kTimeLimit(10);
+constexpr std::chrono::milliseconds kNap(2);
 constexpr char kMark[] = "rejected ";
+constexpr char kEnd[] = "all were read";  // an answer without it was cut off
 
 // A syntax error alone counts: other errors come of names that only a printer knows.
 constexpr char kPrologue[] = R"(
@@ -45,7 +49,7 @@ std::string ProgramFor(std::vector<std::string> const& texts) {
         }
         program += "> check\n";
     }
-    return program;
+    return program + "(" + kEnd + ") =\n";
 }
 
 // A process with its standard input and output; ended and waited for on destruction.
@@ -87,12 +91,20 @@ class Child {
             mInput = -1;
         }
     }
-    // False unless it has ended well.
-    bool EndedWell() {
+    // False unless it has ended well by then.
+    bool EndsWell(Clock::time_point deadline) {
         int status = 0;
-        bool const ended = waitpid(mProcess, &status, 0) == mProcess;
-        mProcess = -1;
-        return ended && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+        for (;;) {
+            pid_t const ended = waitpid(mProcess, &status, WNOHANG);
+            if (ended == mProcess) {
+                mProcess = -1;
+                return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+            }
+            if ((ended < 0 && errno != EINTR) || Clock::now() >= deadline) {
+                return false;
+            }
+            std::this_thread::sleep_for(kNap);
+        }
     }
 
   private:
@@ -122,33 +134,56 @@ class Child {
     int mOutput = -1;
 };
 
+// Whether a call that failed is to be made again.
+bool IsPassing() {
+    return errno == EINTR || errno == EAGAIN;
+}
+
+// Writes as much as fits; the input is closed behind the last of it, or when nobody reads it.
+void Feed(Child& child, std::string_view& program) {
+    ssize_t const written = write(child.Input(), program.data(), program.size());
+    if (written < 0 && IsPassing()) {
+        return;
+    }
+    program.remove_prefix(written > 0 ? static_cast<std::size_t>(written) : 0);
+    if (written < 0 || program.empty()) {
+        child.CloseInput();
+    }
+}
+
 // While the program is written its answers are read, since either pipe may be full.
-bool Converse(Child& child, std::string_view program, std::string& answer) {
-    auto const deadline = Clock::now() + kTimeLimit;
+bool Converse(Child& child, std::string_view program, Clock::time_point deadline,
+              std::string& answer) {
     fcntl(child.Input(), F_SETFL, O_NONBLOCK);
     for (;;) {
         auto const left =
             std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
-        pollfd ends[] = {{child.Output(), POLLIN, 0}, {child.Input(), POLLOUT, 0}};
-        if (left.count() <= 0 ||
-            poll(ends, child.Input() < 0 ? 1 : 2, static_cast<int>(left.count())) <= 0) {
+        if (left.count() <= 0) {
             return false;
         }
-        if (ends[1].revents != 0 && child.Input() >= 0) {
-            ssize_t const written = write(child.Input(), program.data(), program.size());
-            program.remove_prefix(written > 0 ? static_cast<std::size_t>(written) : 0);
-            if (written < 0 || program.empty()) {
-                child.CloseInput();
-            }
+        pollfd ends[] = {{child.Output(), POLLIN, 0}, {child.Input(), POLLOUT, 0}};
+        int const ready = poll(ends, child.Input() < 0 ? 1 : 2, static_cast<int>(left.count()));
+        if (ready < 0 && IsPassing()) {
+            continue;
         }
-        if (ends[0].revents != 0) {
-            char buffer[4096];
-            ssize_t const count = read(child.Output(), buffer, sizeof buffer);
-            if (count <= 0) {
-                return count == 0;
-            }
-            answer.append(buffer, static_cast<std::size_t>(count));
+        if (ready <= 0) {
+            return false;
         }
+        if (child.Input() >= 0 && ends[1].revents != 0) {
+            Feed(child, program);
+        }
+        if (ends[0].revents == 0) {
+            continue;
+        }
+        char buffer[4096];
+        ssize_t const count = read(child.Output(), buffer, sizeof buffer);
+        if (count == 0) {
+            return true;
+        }
+        if (count < 0 && !IsPassing()) {
+            return false;
+        }
+        answer.append(buffer, count > 0 ? static_cast<std::size_t>(count) : 0);
     }
 }
 
@@ -183,7 +218,9 @@ std::optional<std::vector<std::size_t>> PostScriptScanner::Rejected(
     NoPipeSignal const guard;
     Child child(program);
     std::string answer;
-    if (!child.Runs() || !Converse(child, ProgramFor(texts), answer) || !child.EndedWell()) {
+    auto const deadline = Clock::now() + kTimeLimit;
+    if (!child.Runs() || !Converse(child, ProgramFor(texts), deadline, answer) ||
+        !child.EndsWell(deadline) || !answer.ends_with(std::string(kEnd) + '\n')) {
         return std::nullopt;
     }
     std::vector<std::size_t> rejected;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <utility>
 
 #include "tests/host/HostFixture.h"
 
@@ -82,6 +83,9 @@ TEST_F(AdoptCommandTest, OptionsComeWithGroupsDefaultsCodeAndRules) {
               RunForJSON({"constraints", adopted.path})["constrained"]);
     json const blockers = RunForJSON({"why", adopted.path, "--json", "*Duplex=On"})["blockers"];
     EXPECT_EQ(2U, blockers.size()) << blockers;
+    json const whyTray = RunForJSON({"why", adopted.path, "--json", "--set", "*PageSize=A4",
+                                     "--set", "*Tray=True", "--set", "*Duplex=On", "*PageSize=A5"});
+    EXPECT_EQ(1U, whyTray["blockers"].size()) << whyTray;  // the rule's other direction
 }
 
 TEST_F(AdoptCommandTest, WhatTheReaderCouldntTakeIsMendedOrTold) {
@@ -115,19 +119,90 @@ TEST_F(AdoptCommandTest, WhatTheReaderCouldntTakeIsMendedOrTold) {
         "*de.A x/Ix: \"\"\n");                              // 26
     auto const controls = Controls(adopted.path);
     json const& a = controls.at("*A");
-    ASSERT_EQ(3U, a["items"].size());
-    EXPECT_EQ("A", a["name"]);
+    ASSERT_EQ(2U, a["items"].size());  // y is left out
+    EXPECT_EQ("A" + std::string(119, 'n'), a["name"]);
     EXPECT_EQ("ÿ", a["items"][0]["name"]);
     std::string const code = a["items"][0]["code"];
     EXPECT_NE(std::string::npos, code.find("a\n(b c"));  // broken ahead of the string, not in it
-    EXPECT_TRUE(a["items"][1]["code"].is_null());
+    EXPECT_EQ("z", a["items"][1]["keyword"]);
     EXPECT_EQ(5, controls.at("*B")["type"]);  // its states aren't True and False
-    EXPECT_TRUE(controls.at("*JCLRes")["items"][0]["code"].is_null());
+    EXPECT_TRUE(controls.at("*KeptJCLRes")["items"][0]["code"].is_null());
     for (int const line : {5, 7, 10, 17, 20, 22, 23, 24, 25, 26}) {
         EXPECT_NE("", Line(adopted.told, line)) << line << "\n" << adopted.told;
     }
+    EXPECT_NE(std::string::npos,
+              adopted.told.find("carried 3 options with 5 choices, 0 constraints"));
     Result const page = Run({"list", adopted.path});
     EXPECT_EQ(std::string::npos, page.out.find("JCLRes"));
+}
+
+TEST_F(AdoptCommandTest, CodeIsBrokenOutsideOfStringsOnly) {
+    std::string const words = [] {
+        std::string text;
+        for (int count = 0; count < 60; ++count) {
+            text += "abcd ";
+        }
+        return text;
+    }();
+    Adopted const adopted = Adopt(
+        "*OpenUI *A/A: PickOne\n*DefaultA: plain\n"
+        "*A plain/P: \"(one\n(in) \\) two) " +
+        words + "\"\n*End\n" + "*A string/S: \"1 (one\n" + words + ") pop\"\n*End\n" +
+        "*A remark/R: \"1 % " + words + "\"\n*A hex/H: \"<41\n" + words + "> (\n) 2\"\n*End\n" +
+        "*A star/T: \"1\n*2\"\n*End\n*CloseUI: *A\n");
+    json const items = Controls(adopted.path).at("*A")["items"];
+    ASSERT_EQ(2U, items.size()) << adopted.told;
+    std::string code = items[0]["code"];
+    EXPECT_NE(std::string::npos, code.find("(one\n(in) \\) two) abcd")) << code;
+    std::ranges::replace(code, '\n', ' ');
+    EXPECT_NE(std::string::npos, code.find(words)) << code;  // nothing else has changed
+    EXPECT_EQ("hex", items[1]["keyword"]);
+    for (int const line : {9, 12, 17}) {
+        EXPECT_NE("", Line(adopted.told, line)) << line << "\n" << adopted.told;
+    }
+}
+
+TEST_F(AdoptCommandTest, TextsComeWithTheirQuotesAndInTheirEncoding) {
+    std::string umlauts;
+    for (int count = 0; count < 70; ++count) {
+        umlauts += "\u00E4";
+    }
+    Adopted const adopted = Adopt(
+        "*LanguageEncoding: UTF-8\n*OpenGroup: G/Gr\xF6\xDF\x65\n*OpenUI *A/A: PickOne\n"
+        "*DefaultA: w\n*A w/4\" x 6\": \"<</W 4>> set\"\n*A l/K\xFCrze: \"l\"\n*A u/x" +
+        umlauts + ": \"u\"\n*CloseUI: *A\n*CloseGroup: G\n");
+    json const items = Controls(adopted.path).at("*A")["items"];
+    ASSERT_EQ(3U, items.size()) << adopted.told;
+    EXPECT_EQ("4\" x 6\"", items[0]["name"]);
+    EXPECT_EQ("<</W 4>> set\n", items[0]["code"]);
+    EXPECT_EQ("K\u00FCrze", items[1]["name"]);
+    EXPECT_EQ("x" + umlauts.substr(0, 118), items[2]["name"]);
+    EXPECT_EQ("Gr\u00F6\u00DFe", RunForJSON({"inspect", adopted.path})["properties"][0]["name"]);
+    for (int const line : {5, 9, 10}) {
+        EXPECT_NE("", Line(adopted.told, line)) << line << "\n" << adopted.told;
+    }
+}
+
+TEST_F(AdoptCommandTest, WhatIsCutOffIsToldAndLeftOut) {
+    Adopted const quote = Adopt(
+        "*OpenUI *A/A: PickOne\n*DefaultA: x\n*A x/X: \"x\"\n*A y/Y: \"y\n"
+        "*CloseUI: *A\n*OpenUI *B/B: PickOne\n*DefaultB: x\n*B x/X: \"x\"\n*B y/Y: \"half\n");
+    auto const controls = Controls(quote.path);
+    EXPECT_EQ(1U, controls.at("*A")["items"].size());
+    EXPECT_EQ(1U, controls.at("*B")["items"].size());
+    EXPECT_NE(std::string::npos, quote.told.find(":7: *A=y is left out")) << quote.told;
+    EXPECT_NE(std::string::npos, quote.told.find(":12: *B=y is left out")) << quote.told;
+    EXPECT_NE(std::string::npos, quote.told.find(":9: nothing closes *B")) << quote.told;
+
+    std::string const name(250, 'k');
+    Adopted const wide =
+        Adopt("*OpenUI *A/A: PickOne\n*DefaultA: x\n*A x/X: \"x\"\n*A " + name +
+              "/Y: \"y\"\n*CloseUI: *A\n*OpenUI *" + name + "/B: PickOne\n*" + name +
+              " x/X: \"\"\n*CloseUI: *A\n*UIConstraints: *A x *" + name + "\n");
+    ASSERT_EQ(1U, Controls(wide.path).size());
+    for (int const line : {7, 9, 12}) {
+        EXPECT_NE("", Line(wide.told, line)) << line << "\n" << wide.told;
+    }
 }
 
 TEST_F(AdoptCommandTest, ThePageRegionTakesBackNothing) {
@@ -145,9 +220,15 @@ TEST_F(AdoptCommandTest, OldFilesAreTakenAndOthersRefusedInOneLine) {
     std::string const option = "*OpenUI *A/A: PickOne\n*DefaultA: x\n*A x/X: \"\"\n*CloseUI: *A\n";
     Adopted const old = Adopt(option, "*PPD-Adobe: \"4.1\"\n");
     EXPECT_NE(std::string::npos, old.told.find("4.1 becomes 4.3"));
-    for (std::string const& text :
-         {std::string("%!PS\n"), std::string(), std::string(kHead), Head() + Duplex()}) {
+    EXPECT_NE(std::string::npos,
+              Adopt(option, "\xEF\xBB\xBF*PPD-Adobe: \"4.3\"\n").told.find("byte order mark"));
+    for (auto const& [text, said] : {std::pair<std::string, std::string>{"%!PS\n", "isn't a PPD"},
+                                     {"", "is empty"},
+                                     {"\x1F\x8B\x08", "gunzip -c"},
+                                     {kHead, "has no options"},
+                                     {Head() + Duplex(), "already"}}) {
         Result const result = Run({"adopt", Write("refused.ppd", text)});
+        EXPECT_NE(std::string::npos, result.err.find(said)) << result.err;
         EXPECT_EQ(1, result.status);
         EXPECT_EQ("", result.out);
         EXPECT_EQ(1, CountLines(result.err)) << result.err;

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 #include <cstdlib>
+#include <ctime>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <set>
 #include <sstream>
+#include <utility>
 
 #include "PPDX/PPDObjects/PPDXErrorTexts.h"
 #include "host/lint/PostScriptScanner.h"
@@ -23,6 +26,22 @@ std::string const kStart =
     "*PCFileName: \"ZUBTEST.PPD\"\n"
     "*%ZUVersion: 4.4\n";
 std::string const kFlags = "*%ZUBFlags *Duplex: Dynamic\n";
+
+// Programs are looked for in this folder alone as long as it lives.
+class PathScope {
+  public:
+    explicit PathScope(std::string const& folder) {
+        char const* const former = std::getenv("PATH");
+        mFormer = former == nullptr ? "" : former;
+        setenv("PATH", folder.c_str(), 1);
+    }
+    PathScope(PathScope const&) = delete;
+    PathScope& operator=(PathScope const&) = delete;
+    ~PathScope() { setenv("PATH", mFormer.c_str(), 1); }
+
+  private:
+    std::string mFormer;
+};
 
 class LintCommandTest : public HostFixture {
   protected:
@@ -121,7 +140,8 @@ TEST_F(LintCommandTest, EachErrorStandsAtItsLineWithWhatItMeansAndWhatToDo) {
                 return finding["code"] == row.code && finding["line"] == line &&
                        finding["severity"] == "error" &&
                        finding["message"] == ErrorTextOf(static_cast<short>(row.code)) &&
-                       finding["help"] == ErrorRemedyOf(static_cast<short>(row.code));
+                       (row.text.empty() ||
+                        finding["help"] == ErrorRemedyOf(static_cast<short>(row.code)));
             });
             EXPECT_TRUE(found) << row.code << " at line " << line << ": " << findings.dump(1);
         }
@@ -144,6 +164,9 @@ TEST_F(LintCommandTest, ThePageOfErrorsSaysWhatTheProgramSays) {
         ASSERT_NE(std::string::npos, begin) << heading;
         std::string const section = page.substr(begin, page.find("\n## ", begin) - begin);
         EXPECT_NE(std::string::npos, section.find(row.remedy)) << section;
+        std::string const fatal = row.fatal;
+        EXPECT_EQ(!fatal.empty(), section.find("Fatal: " + fatal + ".\n") != section.npos)
+            << section;
         std::string example = section.substr(section.find("```\n") + 4);
         example.resize(example.find("```\n"));
         bool const isWhole = example.starts_with("*PPD") || !example.starts_with('*');
@@ -151,9 +174,11 @@ TEST_F(LintCommandTest, ThePageOfErrorsSaysWhatTheProgramSays) {
                                    : isWhole      ? example
                                                   : kStart + example,
                                    row.code);
-        bool const found = std::ranges::any_of(
+        auto const found = std::ranges::find_if(
             findings, [&row](json const& finding) { return finding["code"] == row.code; });
-        EXPECT_TRUE(found) << section << findings.dump(1);
+        ASSERT_NE(findings.end(), found) << section << findings.dump(1);
+        EXPECT_TRUE(!(*found)["fatal"] || !fatal.empty()) << section;
+        EXPECT_TRUE((*found)["fatal"] || fatal != "always") << section;
     }
     EXPECT_EQ(expected, headings);
 }
@@ -175,6 +200,41 @@ TEST_F(LintCommandTest, WhatIsNeverReadIsTold) {
     EXPECT_EQ(std::multiset<int>{3}, LinesOf(Lint("*PPD-Adobe: \"4.3\"\n*% a\n*PCFileName: "
                                                   "\"OTHER.PPD\"\n"),
                                              "print refuses this file"));
+}
+
+TEST_F(LintCommandTest, WhatIsReadInPartIsTold) {
+    std::string const code(250, '1');
+    std::string codes;
+    while (codes.size() < 4096) {
+        codes += code + "\n";
+    }
+    std::string const head = kStart + kFlags + "*OpenUI *Duplex/Two: PickOne\n";  // 6 and 7
+    struct {
+        std::string lines;  // from 8 on
+        int line;
+        char const* told;
+    } const cases[] = {
+        {"*DefaultDuplex: a\n*Duplex a/A: \"\n " + code + " pop\n\"\n*End\n*CloseUI\n", 10,
+         "255 bytes, 254 are allowed"},
+        {"*DefaultDuplex: a\n*Duplex a/A\xFF: \"\"\n*CloseUI\n", 9, "a byte FF"},
+        {"*DefaultDuplex: a\n*Duplex a/A: \"1 pop\n*Duplex b/B: \"\"\n*CloseUI\n", 9,
+         "no closing quote: line 10 counts"},
+        {"*DefaultDuplex: a\n*Duplex a/A: \"\n" + codes + "pop\"\n*End\n*CloseUI\n", 9,
+         "4096 count"},
+        {"*DefaultDuplex: a\n*Duplex a/A: \"\"\n*Duplex a/B: \"\"\n*CloseUI\n", 10,
+         "a stands twice"},
+        {"*Duplex a/A: \"\"\n*Duplex b/B: \"\"\n*DefaultDuplex: b\n*CloseUI\n", 10,
+         "stands behind choices"},
+    };
+    for (auto const& row : cases) {
+        EXPECT_EQ(std::multiset<int>{row.line}, LinesOf(Lint(head + row.lines), row.told))
+            << row.told;
+    }
+    // Code of a line that only this reader sees goes on in comments.
+    json const whole = Lint(kStart +
+                            "*%ZUBFlags *ZUScale: Dynamic\n*%ZUBRange *ZUScale/S: (1;9;1;5) \"\n"
+                            "*% <*ZUScale> pop\"\n");
+    EXPECT_EQ(0U, LinesOf(whole, "no closing quote").size());
 }
 
 TEST_F(LintCommandTest, RulesThatDoNothingOrFightAreToldAndChoicesThatNobodyCanMake) {
@@ -199,8 +259,58 @@ TEST_F(LintCommandTest, RulesThatDoNothingOrFightAreToldAndChoicesThatNobodyCanM
     EXPECT_EQ(std::multiset<int>{31}, LinesOf(findings, "stand against each other"));
     EXPECT_EQ(std::multiset<int>{10}, LinesOf(findings, "a2 can never be chosen"));
     EXPECT_EQ(std::multiset<int>{26}, LinesOf(findings, "2 rules hold in one direction only"));
-    EXPECT_EQ(std::multiset<int>{18}, LinesOf(findings, "No group, rule or shortcut"));
-    EXPECT_EQ(std::multiset<int>{21}, LinesOf(findings, "1 without a name for people: f."));
+    EXPECT_EQ(1U, LinesOf(findings, "has no place").count(18));  // and no note that nobody sees it
+    EXPECT_EQ(std::multiset<int>{21}, LinesOf(findings, "1 choice without a name for people: f."));
+}
+
+TEST_F(LintCommandTest, AFileOfAnotherKindGetsTheRemedyForIt) {
+    for (auto const& [text, help] : {std::pair<std::string, std::string>{"", "is empty"},
+                                     {"\x1F\x8B\x08 gz\n", "gunzip -c"},
+                                     {"\xEF\xBB\xBF" + kStart, "byte order mark"}}) {
+        json const findings = Lint(text);
+        ASSERT_EQ(1U, findings.size()) << findings;  // nothing of pages that aren't there
+        EXPECT_NE(std::string::npos, findings[0]["help"].get<std::string>().find(help));
+    }
+    std::string const block = "*OpenUI *A/A: PickOne\n*DefaultA: x\n*A x/X: \"\"\n*CloseUI: *A\n";
+    json const plain = Lint("*PPD-Adobe: \"4.3\"\n" + block + "*UIConstraints: *A x *B y\n");
+    EXPECT_EQ(0U, LinesOf(plain, "does nothing").size());
+    json const unused =
+        Lint(kStart + block + "*UIConstraints: *A x *B y\n*UIConstraints: *A x *C y\n");
+    EXPECT_EQ(std::multiset<int>{10}, LinesOf(unused, "stands in line 6 but isn't used"));
+    EXPECT_EQ(0U, LinesOf(unused, "there is no option").size());
+}
+
+TEST_F(LintCommandTest, DefaultsAndEndsThatDontFitTheirBlockAreTold) {
+    std::string text = kStart + kFlags +
+                       "*OpenUI *Duplex/Two: PickOne\n*DefaultDuplex: Nome\n"
+                       "*Duplex None/Off: \"\"\n*CloseUI: *Duplx\n";
+    json findings = Lint(text);
+    EXPECT_EQ(std::multiset<int>{8}, LinesOf(findings, "none of the choices; did you mean None?"));
+    EXPECT_EQ(std::multiset<int>{10}, LinesOf(findings, "end names *Duplx."));
+    text.replace(text.find("Nome"), 4, "None");
+    text.replace(text.find("*Duplx"), 6, "*Duplex");
+    findings = Lint(text);
+    EXPECT_EQ(0U, LinesOf(findings, "none of the choices").size());
+    EXPECT_EQ(0U, LinesOf(findings, "end names").size());
+    EXPECT_EQ(0U, LinesOf(findings, "nobody sees it").size());  // error 29 has said it
+}
+
+TEST_F(LintCommandTest, RulesInThousandsAreReadInTime) {
+    constexpr int kCount = 3000;
+    std::vector<std::string> choices;
+    std::string rules;
+    for (int number = 0; number < kCount; ++number) {
+        std::string const name = "c" + std::to_string(number);
+        choices.push_back(name);
+        rules += "*UIConstraints: *A *B " + name + "\n*UIConstraints: *A " + name + " *B\n" +
+                 "*UIConstraints: *N" + name + " x *A\n";
+    }
+    std::clock_t const begin = std::clock();
+    json const findings =
+        Lint(kStart + PPDLines::Popup("*A", choices) + PPDLines::Popup("*B", choices) + rules);
+    EXPECT_EQ(static_cast<std::size_t>(kCount), LinesOf(findings, "can never be chosen").size());
+    EXPECT_EQ(static_cast<std::size_t>(kCount), LinesOf(findings, "there is no option").size());
+    EXPECT_LT((std::clock() - begin) / CLOCKS_PER_SEC, 20);  // in minutes when it grows by squares
 }
 
 TEST_F(LintCommandTest, CodeThatNoScannerTakesIsToldWhereGhostscriptIs) {
@@ -218,8 +328,12 @@ TEST_F(LintCommandTest, CodeThatNoScannerTakesIsToldWhereGhostscriptIs) {
     } else {
         EXPECT_EQ((std::multiset<int>{10, 11, 13}), LinesOf(findings, "isn't well-formed"));
     }
-    setenv("PATH", "/nowhere", 1);
+    PathScope const path(PathOf(""));
     EXPECT_EQ(1U, LinesOf(RunForJSON({"lint", "--json", ppd}), "Ghostscript isn't").size());
+    // An answer that breaks off isn't taken for a clean one.
+    Write("gs", "#!/bin/sh\ncat > /dev/null\necho rejected 0\n");
+    std::filesystem::permissions(PathOf("gs"), std::filesystem::perms::owner_all);
+    EXPECT_EQ(1U, LinesOf(RunForJSON({"lint", "--json", ppd}), "gave no answer").size());
 }
 
 TEST_F(LintCommandTest, StatusesAndLinesAreThoseThatEditorsAndScriptsRead) {
