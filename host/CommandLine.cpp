@@ -9,6 +9,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -242,13 +243,10 @@ void DescribeAdopt(CLI::App& app, AdoptOptions& options) {
     app.add_option("PPD", options.ppd, "An ordinary PPD of any PostScript printer")->required();
 }
 
-void DescribePresets(CLI::App& app, PrintOptions& options) {
+void DescribePreset(CLI::App& app, PrintOptions& options) {
     app.add_option("--preset", options.preset,
                    "Make the choices that were saved in this file, of this printer or another, "
                    "ahead of those of --set")
-        ->check(NameCheck())
-        ->type_name("FILE");
-    app.add_option("--save-preset", options.savePreset, "Save the choices in this file")
         ->check(NameCheck())
         ->type_name("FILE");
 }
@@ -268,27 +266,36 @@ void DescribePrinter(CLI::App& app, PrintOptions& options) {
         "Leave the compiled PPD item out of the printer info ticket");
 }
 
+// Two numbers from 1 with an x between them.
+std::optional<std::pair<int, int>> PairOf(std::string const& text) {
+    int first = 0;
+    int second = 0;
+    char const* const end = text.data() + text.size();
+    auto const one = std::from_chars(text.data(), end, first);
+    if (one.ec != std::errc() || one.ptr == end || *one.ptr != 'x') {
+        return std::nullopt;
+    }
+    auto const two = std::from_chars(one.ptr + 1, end, second);
+    bool const isWhole = two.ec == std::errc() && two.ptr == end;
+    return isWhole && first > 0 && second > 0 ? std::optional(std::pair(first, second))
+                                              : std::nullopt;
+}
+
+CLI::Validator PairCheck(std::string const& form) {
+    return {[form](std::string& text) {
+                return PairOf(text) ? std::string() : "'" + text + "' isn't " + form;
+            },
+            ""};
+}
+
 CLI::Option* AddLayout(CLI::App& app, std::optional<PageLayout>& layout) {
-    auto const read = [](std::string const& text) -> std::optional<PageLayout> {
-        PageLayout pages{};
-        char const* const end = text.data() + text.size();
-        auto const rows = std::from_chars(text.data(), end, pages.rows);
-        if (rows.ec != std::errc() || rows.ptr == end || *rows.ptr != 'x') {
-            return std::nullopt;
-        }
-        auto const columns = std::from_chars(rows.ptr + 1, end, pages.columns);
-        bool const whole = columns.ec == std::errc() && columns.ptr == end;
-        return whole && pages.rows > 0 && pages.columns > 0 ? std::optional(pages) : std::nullopt;
+    auto const take = [&layout](std::string const& text) {
+        auto const pages = PairOf(text);
+        layout = PageLayout{pages->first, pages->second};
     };
     return app
-        .add_option_function<std::string>(
-            "--layout", [&layout, read](std::string const& text) { layout = read(text); },
-            "Pages on a sheet, rows x columns")
-        ->check(CLI::Validator(
-            [read](std::string& text) {
-                return read(text) ? std::string() : "'" + text + "' isn't ROWSxCOLUMNS";
-            },
-            ""))
+        .add_option_function<std::string>("--layout", take, "Pages on a sheet, rows x columns")
+        ->check(PairCheck("ROWSxCOLUMNS"))
         ->type_name("RxC");
 }
 
@@ -342,30 +349,17 @@ void DescribeWatermarks(CLI::App& app, PrintOptions& options) {
         ->type_name("N");
 }
 
-void DescribePrint(CLI::App& app, PrintOptions& options) {
+// What print and dialog have in common.
+void DescribeSession(CLI::App& app, PrintOptions& options, std::string const& pairsHelp) {
     app.add_option("--ppd", options.ppd, "The printer's PPD")->required()->type_name("PPD");
-    CLI::Option* const document =
-        app.add_option("DOCUMENT", options.document,
-                       "The PostScript document that is printed; - is standard input");
-    app.add_option("-o", options.output,
-                   "Write the document with the job merged into it; - is standard output, to which "
-                   "nothing else goes then")
-        ->needs(document)
-        ->type_name("FILE");
     AddSettings(app, options.settings);
     app.add_flag("--strict", options.strict,
                  "Write nothing, with status 1, when a choice isn't taken as it is or stands "
                  "against another");
     app.add_flag("--fix", options.fix,
                  "Make the further changes that the choices need, and say which");
-    app.add_flag("--dry-run", options.dryRun,
-                 "Print the job, or the document with the job in it where -o is given, and leave "
-                 "nothing on disk");
-    DescribePresets(app, options);
-    app.add_flag(
-        "--pairs", options.pairs,
-        "Print the pairs of the job data file as JSON, [{\"site\": 81, \"text\": \"...\"}], "
-        "instead of its path, each byte as the character of its number; no file stays then");
+    DescribePreset(app, options);
+    app.add_flag("--pairs", options.pairs, pairsHelp);
     DescribePrinter(app, options);
     DescribeTickets(app, options);
     DescribeRecord(app, options);
@@ -378,9 +372,54 @@ void DescribePrint(CLI::App& app, PrintOptions& options) {
     app.add_option("--bundle", options.bundle, "The plug-in bundle; the built one without it")
         ->check(NameCheck())
         ->type_name("DIR");
+}
+
+void DescribePrint(CLI::App& app, PrintOptions& options) {
+    DescribeSession(
+        app, options,
+        "Print the pairs of the job data file as JSON, [{\"site\": 81, \"text\": \"...\"}], "
+        "instead of its path, each byte as the character of its number; no file stays then");
+    CLI::Option* const document =
+        app.add_option("DOCUMENT", options.document,
+                       "The PostScript document that is printed; - is standard input");
+    app.add_option("-o", options.output,
+                   "Write the document with the job merged into it; - is standard output, to which "
+                   "nothing else goes then")
+        ->needs(document)
+        ->type_name("FILE");
+    app.add_flag("--dry-run", options.dryRun,
+                 "Print the job, or the document with the job in it where -o is given, and leave "
+                 "nothing on disk");
+    app.add_option("--save-preset", options.savePreset, "Save the choices in this file")
+        ->check(NameCheck())
+        ->type_name("FILE");
     app.add_option("--commits", options.commits,
                    "Commit so often in one dialog; what the last one wrote is printed")
         ->check(CLI::Range(1, INT32_MAX))
+        ->type_name("N")
+        ->capture_default_str();
+}
+
+void DescribeDialog(CLI::App& app, DialogOptions& options) {
+    DescribeSession(app, options,
+                    "Tell the pairs of each job besides its path, [{\"site\": 81, \"text\": "
+                    "\"...\"}], each byte as the character of its number; the file stays");
+    app.add_option("--script", options.script,
+                   "Act out the lines of this file, each answered by a JSON object; - is standard "
+                   "input")
+        ->required()
+        ->type_name("FILE");
+    auto const take = [&options](std::string const& text) {
+        auto const size = PairOf(text);
+        options.displayWidth = size->first;
+        options.displayHeight = size->second;
+    };
+    app.add_option_function<std::string>("--display", take,
+                                         "Size of the main display in points, 1440x900 without it")
+        ->check(PairCheck("WIDTHxHEIGHT"))
+        ->type_name("WxH");
+    app.add_option("--os-minor", options.systemMinorVersion, "The system's minor version")
+        ->check(CLI::Range(0, INT32_MAX))
         ->type_name("N")
         ->capture_default_str();
 }
@@ -410,6 +449,7 @@ std::string FormOf(std::string const& command) {
         {"constraints", "PPD"},
         {"solve", "PPD KEY=OPTION..."},
         {"print", "--ppd PPD [--set KEY=VALUE]... [DOCUMENT -o FILE]"},
+        {"dialog", "--ppd PPD --script FILE"},
         {"list", "PPD [WORD]"},
         {"why", "PPD KEY=OPTION"},
         {"fix", "PPD KEY=OPTION"},
@@ -573,6 +613,9 @@ std::optional<ExitStatus> CommandLine::Parse(int argc, char const* const* argv, 
         *add(Command::kAdopt, "adopt",
              "Print an ordinary PPD in the extension's grammar, so that its options can be used"),
         mAdopt);
+    DescribeDialog(*add(Command::kDialog, "dialog",
+                        "Open a print dialog and act out a script in it, on a clock of its own"),
+                   mDialog);
     DescribeUnpack(*add(Command::kUnpack, "unpack",
                         "Print what a packed user authentication record holds, as JSON"),
                    mUnpack);

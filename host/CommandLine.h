@@ -16,6 +16,7 @@ class CommandLine {
         kConstraints,
         kSolve,
         kPrint,
+        kDialog,
         kList,
         kWhy,
         kFix,
@@ -35,6 +36,7 @@ class CommandLine {
     ConstraintsOptions const& Constraints() const { return mConstraints; }
     SolveOptions const& Solve() const { return mSolve; }
     PrintOptions const& Print() const { return mPrint; }
+    DialogOptions const& Dialog() const { return mDialog; }
     ListOptions const& List() const { return mList; }
     ChoiceOptions const& Choice() const { return mChoice; }  // of why and of fix
     LintOptions const& Lint() const { return mLint; }
@@ -48,6 +50,7 @@ class CommandLine {
     ConstraintsOptions mConstraints;
     SolveOptions mSolve;
     PrintOptions mPrint;
+    DialogOptions mDialog;
     ListOptions mList;
     ChoiceOptions mChoice;
     LintOptions mLint;

@@ -50,13 +50,18 @@ bool PutWatermarks(ZUBTolvanePrinterPList& records, CFStringRef printer,
            CFArrayGetCount(stored) == count;
 }
 
+Outcome Checked(OSStatus status, std::string const& what) {
+    return status == noErr ? Outcome::Done()
+                           : Outcome::Failed(what + ": error " + std::to_string(status));
+}
+
 }  // namespace
 
 DialogSession::DialogSession() : mFormerPresets(gCommonPresetsPath) {}
 
 DialogSession::~DialogSession() {
     if (PrinterInfoTable const* const table = mPlugIn.Table()) {
-        if (mInitialized) {
+        if (mMustClose) {
             table->Close(mContext);
         }
         // Also without a context: it is what lets the plug-in make its next factory.
@@ -138,8 +143,11 @@ Outcome DialogSession::MakeContext() {
 }
 
 void DialogSession::MakePane(std::uint32_t width, std::uint32_t height) {
-    mWindow = CreateHostWindow({0, 0, Pixels(height), Pixels(width)}, nullptr);
+    constexpr std::uint32_t kButtonRow = 44;
+    mWindow = CreateHostWindow({0, 0, Pixels(height + kButtonRow), Pixels(width)}, nullptr);
     mPane = CreateUserPane(mWindow, false);
+    Rect const bounds = {0, 0, Pixels(height), Pixels(width)};
+    SetControlBounds(mPane, &bounds);
 }
 
 Outcome DialogSession::Initialize(std::string const& ppd) {
@@ -147,15 +155,15 @@ Outcome DialogSession::Initialize(std::string const& ppd) {
     constexpr std::uint32_t kHostReference = 0;
     OSStatus const status =
         mPlugIn.Table()->Initialize(mContext, &flags, kHostReference, mPane, mSession.Get());
-    mInitialized = status == noErr;
+    mMustClose = status == noErr;
     if (status == ProjectPDE::kPrinterRefused) {
         return Outcome::NotOurs("the extension doesn't take the printer of " + ppd +
                                 "; zubprint lint says why, and zubprint adopt turns the PPD of "
                                 "another printer into one that it takes");
     }
-    return mInitialized ? Outcome::Done()
-                        : Outcome::Failed("the plug-in can't open the printer of " + ppd +
-                                          ": error " + std::to_string(status));
+    return status == noErr ? Outcome::Done()
+                           : Outcome::Failed("the plug-in can't open the printer of " + ppd +
+                                             ": error " + std::to_string(status));
 }
 
 ZUBPPD* DialogSession::PPD() const {
@@ -210,6 +218,24 @@ Outcome DialogSession::Commit() {
     mJobDataPath = written ? std::move(path) : std::string();
     return written || PPD() == nullptr ? Outcome::Done()
                                        : Outcome::Failed("can't write the job data file in /tmp");
+}
+
+Outcome DialogSession::Rebuild() {
+    OSStatus const status = mPlugIn.Table()->Sync(mContext, mSession.Get(), true);
+    if (status == ProjectPDE::kPrinterRefused) {
+        return Outcome::NotOurs("the extension doesn't take the printer any more");
+    }
+    return Checked(status, "the pane can't be rebuilt");
+}
+
+Outcome DialogSession::OpenPane() {
+    mMustClose = true;
+    return Checked(mPlugIn.Table()->Open(mContext), "the pane can't be opened");
+}
+
+Outcome DialogSession::ClosePane() {
+    mMustClose = false;
+    return Checked(mPlugIn.Table()->Close(mContext), "the pane can't be closed");
 }
 
 std::size_t DialogSession::TryJob() {

@@ -13,7 +13,7 @@
 
 class ZUBPPD;
 
-// One run of a print dialog without anybody looking: the plug-in in a window that stays hidden.
+// One run of a print dialog: the plug-in in a window that stays hidden unless somebody shows it.
 // Destruction closes the dialog and gives everything back but the plug-in's session data, which
 // outlives a dialog until the next one.
 class DialogSession {
@@ -37,6 +37,13 @@ class DialogSession {
     // Selects a watermark, -1 for none. Else the selection stays, and why is told.
     static std::string SelectWatermark(int number);
     Outcome Commit();
+    Outcome Rebuild();
+    // What goes with showing and hiding the pane; no more than one Close follows an Open.
+    Outcome OpenPane();
+    Outcome ClosePane();
+    WindowRef Window() const { return mWindow; }  // with room below the pane
+    ControlRef Pane() const { return mPane; }
+    PrintSession& Tickets() { return mSession; }
     Outcome KeepTickets(TicketFile& file) const { return mSession.Keep(file); }
     // The file that the last Commit wrote; empty if it wrote none.
     std::string const& JobDataPath() const { return mJobDataPath; }
@@ -62,6 +69,6 @@ class DialogSession {
     WindowRef mWindow = nullptr;  // owned, as the pane in it
     ControlRef mPane = nullptr;
     PlugInContext mContext = nullptr;  // the plug-in's, between Prologue and Terminate
-    bool mInitialized = false;
+    bool mMustClose = false;
     std::string mJobDataPath;
 };

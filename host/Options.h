@@ -136,3 +136,12 @@ struct PrintOptions {
     // The file whose presence makes all printers share one set of choices.
     std::string commonPresets = "/CommonPresets.txt";
 };
+
+// What `zubprint dialog` was told.
+struct DialogOptions : PrintOptions {
+    std::string script;  // a file's name, "-" for standard input
+    // The main display, in points.
+    double displayWidth = 1440;
+    double displayHeight = 900;
+    int systemMinorVersion = 5;
+};

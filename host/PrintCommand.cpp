@@ -19,16 +19,9 @@ PrintCommand::PrintCommand(PrintOptions const& options, std::ostream& out, std::
 Outcome PrintCommand::Run() {
     std::string path;
     PrintedDocument document(mOptions);
-    Outcome outcome = HostFiles::CheckReadable(mOptions.ppd);
-    if (outcome.Ok()) {
-        mSettings = mOptions.settings;
-        outcome = SettingFiles::Read(mSettings, SettingFiles::IsStandardInput(mOptions.document));
-    }
+    Outcome outcome = ReadFiles(SettingFiles::IsStandardInput(mOptions.document));
     if (outcome.Ok()) {
         outcome = document.Open();
-    }
-    if (outcome.Ok() && !mOptions.preset.empty()) {
-        outcome = mPreset.Read(mOptions.preset);
     }
     JobDataFile job;
     if (outcome.Ok()) {
@@ -63,6 +56,18 @@ Outcome PrintCommand::Show(PrintedDocument const& document, JobDataFile const& j
     return Outcome::Done();
 }
 
+Outcome PrintCommand::ReadFiles(bool inputIsTaken) {
+    Outcome outcome = HostFiles::CheckReadable(mOptions.ppd);
+    if (outcome.Ok()) {
+        mSettings = mOptions.settings;
+        outcome = SettingFiles::Read(mSettings, inputIsTaken);
+    }
+    if (outcome.Ok() && !mOptions.preset.empty()) {
+        outcome = mPreset.Read(mOptions.preset);
+    }
+    return outcome;
+}
+
 // What the command line tells, which the PPD's name is part of.
 std::optional<std::string> PrintCommand::MakeAndModel() const {
     if (mOptions.makeAndModel) {
@@ -74,9 +79,7 @@ std::optional<std::string> PrintCommand::MakeAndModel() const {
     return text ? std::optional(JsonText::ToUTF8(text)) : std::nullopt;
 }
 
-// The dialog is over when this returns.
-Outcome PrintCommand::RunDialog(std::string& path, JobDataFile& job) {
-    TicketFile tickets;
+Outcome PrintCommand::Open(DialogSession& dialog, TicketFile& tickets) {
     if (!mOptions.tickets.empty()) {
         if (Outcome outcome = tickets.Read(mOptions.tickets); !outcome.Ok()) {
             return outcome;
@@ -87,7 +90,6 @@ Outcome PrintCommand::RunDialog(std::string& path, JobDataFile& job) {
             return outcome;
         }
     }
-    DialogSession dialog;
     Outcome outcome = mOptions.dryRun ? StartWithoutRecord(dialog, tickets)
                                       : dialog.Start(mOptions, MakeAndModel(), tickets);
     if (outcome.Ok()) {
@@ -99,6 +101,14 @@ Outcome PrintCommand::RunDialog(std::string& path, JobDataFile& job) {
         outcome = PresetFile::Write(*dialog.PPD(), mOptions.savePreset);
     }
     mSettings.clear();
+    return outcome;
+}
+
+// The dialog is over when this returns.
+Outcome PrintCommand::RunDialog(std::string& path, JobDataFile& job) {
+    TicketFile tickets;
+    DialogSession dialog;
+    Outcome outcome = Open(dialog, tickets);
     for (int commit = 0; outcome.Ok() && commit < mOptions.commits; ++commit) {
         outcome = dialog.Commit();
     }
@@ -107,14 +117,14 @@ Outcome PrintCommand::RunDialog(std::string& path, JobDataFile& job) {
     if (outcome.Ok() && !path.empty() && isAsked) {
         outcome = job.Take(DialogSession::JobPairs());
     }
-    if (outcome.Ok() && !mOptions.tickets.empty() && !mOptions.dryRun) {
-        outcome = KeepTickets(dialog, tickets);
-    }
-    return outcome;
+    return outcome.Ok() && !mOptions.dryRun ? KeepTickets(dialog, tickets) : outcome;
 }
 
 // The file stays whose path stands in the tickets, from before it stands there.
 Outcome PrintCommand::KeepTickets(DialogSession const& dialog, TicketFile& tickets) {
+    if (mOptions.tickets.empty()) {
+        return Outcome::Done();
+    }
     Outcome outcome = dialog.KeepTickets(tickets);
     if (outcome.Ok()) {
         mNotes.Keep(dialog.JobDataPath());

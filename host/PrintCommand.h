@@ -25,17 +25,14 @@ class PrintCommand {
 
     Outcome Run();
 
-  private:
-    std::optional<std::string> MakeAndModel() const;
-    std::string SelectWatermark() const;
-    Outcome StartWithoutRecord(DialogSession& dialog, TicketFile const& tickets) const;
-    Outcome Show(PrintedDocument const& document, JobDataFile const& job);
-    Outcome RunDialog(std::string& path, JobDataFile& job);
+  protected:
+    // Reads what the choices take from files, and checks the PPD's file before; `inputIsTaken` if
+    // something else reads standard input.
+    Outcome ReadFiles(bool inputIsTaken);
+    // Reads the tickets file, if one is named, opens the dialog and makes the choices in it.
+    Outcome Open(DialogSession& dialog, TicketFile& tickets);
+    // After the dialog's last commit, where a tickets file is named.
     Outcome KeepTickets(DialogSession const& dialog, TicketFile& tickets);
-    Outcome TryChoices(TicketFile const& tickets);
-    // Tells on `err` what doesn't come out as it was asked for.
-    Outcome MakeChoices(DialogSession& dialog, std::ostream& err, std::size_t& warnings);
-    void Report(std::string const& path, JobDataFile const& job);
 
     PrintOptions const& mOptions;
     std::vector<ControlSetting> mSettings;  // with their values, as long as a dialog wants them
@@ -43,4 +40,15 @@ class PrintCommand {
     std::ostream& mErr;
     PresetFile mPreset;  // with nothing in it when none is asked for
     RunNotes mNotes;
+
+  private:
+    std::optional<std::string> MakeAndModel() const;
+    std::string SelectWatermark() const;
+    Outcome StartWithoutRecord(DialogSession& dialog, TicketFile const& tickets) const;
+    Outcome Show(PrintedDocument const& document, JobDataFile const& job);
+    Outcome RunDialog(std::string& path, JobDataFile& job);
+    Outcome TryChoices(TicketFile const& tickets);
+    // Tells on `err` what doesn't come out as it was asked for.
+    Outcome MakeChoices(DialogSession& dialog, std::ostream& err, std::size_t& warnings);
+    void Report(std::string const& path, JobDataFile const& job);
 };

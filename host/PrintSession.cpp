@@ -54,6 +54,14 @@ class TicketWriter {
     OSStatus mStatus = noErr;
 };
 
+// The name for people, which nobody reads, and the keyword.
+CFRef<CFMutableArrayRef> PaperFeed(std::string const& keyword) {
+    CFRef<CFMutableArrayRef> feed(CFArrayCreateMutable(nullptr, 0));
+    CFArrayAppendValue(feed, JsonText::FromUTF8(keyword));
+    CFArrayAppendValue(feed, JsonText::FromUTF8(keyword));
+    return feed;
+}
+
 }  // namespace
 
 PrintSession::~PrintSession() {
@@ -146,11 +154,7 @@ OSStatus PrintSession::FillPrintSettings(PrintOptions const& options) {
         settings.Number(kLayoutColumnsKey, options.layout->columns);
     }
     if (options.paperFeed) {
-        // The name for people, which nobody reads, and the keyword.
-        CFRef<CFMutableArrayRef> const feed(CFArrayCreateMutable(nullptr, 0));
-        CFArrayAppendValue(feed, JsonText::FromUTF8(*options.paperFeed));
-        CFArrayAppendValue(feed, JsonText::FromUTF8(*options.paperFeed));
-        settings.Set(kPrimaryPaperFeedKey, feed.Get());
+        settings.Set(kPrimaryPaperFeedKey, PaperFeed(*options.paperFeed).Get());
     } else if (std::ranges::any_of(options.settings, [](ControlSetting const& setting) {
                    return setting.keyword == "*InputSlot" || setting.keyword == "InputSlot";
                })) {
@@ -180,13 +184,43 @@ OSStatus PrintSession::FillPageFormat(PrintOptions const& options) {
     TicketWriter format(mPageFormat);
     format.Number(kOrientationKey, options.orientation, kPortrait);
     if (options.paper) {
-        CFDictionaryRef kept = nullptr;
-        PMTicketGetCFDictionary(mPageFormat, 0, 0, TicketKey(kPaperInfoTicket), &kept);
-        CFRef<CFMutableDictionaryRef> const paper(
-            kept != nullptr ? CFDictionaryCreateMutableCopy(nullptr, 0, kept)
-                            : CFDictionaryCreateMutable(nullptr, 0));
-        CFDictionarySetValue(paper, TicketKey(kPaperNameKey), JsonText::FromUTF8(*options.paper));
-        format.Set(kPaperInfoTicket, paper.Get());
+        format.Set(kPaperInfoTicket, Paper(*options.paper, std::nullopt).Get());
     }
     return format.Status();
+}
+
+// What is kept of the paper, with another name and maybe another size.
+CFRef<CFMutableDictionaryRef> PrintSession::Paper(std::string const& name,
+                                                  std::optional<FloatSize> const& points) const {
+    CFDictionaryRef kept = nullptr;
+    PMTicketGetCFDictionary(mPageFormat, 0, 0, TicketKey(kPaperInfoTicket), &kept);
+    CFRef<CFMutableDictionaryRef> paper(kept != nullptr
+                                            ? CFDictionaryCreateMutableCopy(nullptr, 0, kept)
+                                            : CFDictionaryCreateMutable(nullptr, 0));
+    CFDictionarySetValue(paper, TicketKey(kPaperNameKey), JsonText::FromUTF8(name));
+    if (points) {
+        CFRef<CFMutableArrayRef> const edges(CFArrayCreateMutable(nullptr, 0));
+        for (double const edge : {0.0, 0.0, points->height, points->width}) {
+            CFArrayAppendValue(
+                edges, CFRef<CFNumberRef>(CFNumberCreate(nullptr, kCFNumberFloat64Type, &edge)));
+        }
+        CFDictionarySetValue(paper, TicketKey(kPaperRectKey), edges);
+    }
+    return paper;
+}
+
+void PrintSession::SetPaper(std::string const& name, std::optional<FloatSize> const& points) const {
+    TicketWriter(mPageFormat).Set(kPaperInfoTicket, Paper(name, points).Get());
+}
+
+void PrintSession::SetPaperFeed(std::string const& keyword) const {
+    TicketWriter(mPrintSettings).Set(kPrimaryPaperFeedKey, PaperFeed(keyword).Get());
+}
+
+void PrintSession::SetCopies(std::int32_t copies) const {
+    TicketWriter(mPrintSettings).Number(kCopiesKey, copies);
+}
+
+void PrintSession::SetOrientation(std::int32_t orientation) const {
+    TicketWriter(mPageFormat).Number(kOrientationKey, orientation);
 }

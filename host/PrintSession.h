@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
 #include "host/Options.h"
 #include "host/Outcome.h"
 #include "host/TicketFile.h"
+#include "platform/CFRef.h"
+#include "platform/Graphics.h"
 #include "platform/PrintManager.h"
 
 // A print session as an operating system hands it to a dialog: its current printer and its three
@@ -29,6 +32,13 @@ class PrintSession {
     // The text under a key of the print settings; empty when there is none.
     std::string PrintSettingsText(CFStringRef key) const;
 
+    // ---- What the operating system's own panes put into the tickets of an open session ----
+
+    void SetPaper(std::string const& name, std::optional<FloatSize> const& points) const;
+    void SetPaperFeed(std::string const& keyword) const;
+    void SetCopies(std::int32_t copies) const;
+    void SetOrientation(std::int32_t orientation) const;
+
   private:
     OSStatus OpenPrinter(PrintOptions const& options);
     OSStatus MakeTickets(TicketFile const& kept);
@@ -36,6 +46,8 @@ class PrintSession {
     OSStatus FillPrinterInfo(PrintOptions const& options,
                              std::optional<std::string> const& makeAndModel);
     OSStatus FillPageFormat(PrintOptions const& options);
+    CFRef<CFMutableDictionaryRef> Paper(std::string const& name,
+                                        std::optional<FloatSize> const& points) const;
 
     PMPrintSession mSession = nullptr;  // owned, as the tickets
     PMTicketRef mPrintSettings = 0;

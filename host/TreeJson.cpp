@@ -310,3 +310,8 @@ void TreeJson::Write(ZUBPPD& ppd, std::ostream& out) {
     object.Member("shortcutCount", GetShortcutCount(ppd.GetShortcuts()));
     object.End();
 }
+
+Json TreeJson::Controls(ZUBPPD& ppd) {
+    DisplayOptionsScope const all(kDisplayAll);
+    return Members(ppd.GetControls(), Control);
+}

@@ -13,6 +13,7 @@
 #include "host/ReasonCommands.h"
 #include "host/RuleCommands.h"
 #include "host/SecretCommands.h"
+#include "host/dialog/DialogCommand.h"
 
 namespace {
 
@@ -36,6 +37,8 @@ Outcome RunCommand(CommandLine const& commandLine, std::ostream& out, std::ostre
             return LintCommand(commandLine.Lint(), out).Run();
         case CommandLine::Command::kAdopt:
             return AdoptCommand(commandLine.Adopt(), out, err).Run();
+        case CommandLine::Command::kDialog:
+            return DialogCommand(commandLine.Dialog(), out, err).Run();
         case CommandLine::Command::kUnpack:
             return UnpackCommand(commandLine.Unpack(), out).Run();
         case CommandLine::Command::kDecryptNote:

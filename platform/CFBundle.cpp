@@ -67,6 +67,14 @@ CFStringRef InfoString(CFBundleRef bundle, char const* key) {
                                           kStringTypeID);
 }
 
+// Empty without one, and for a name that leads elsewhere: its code wouldn't be the bundle's.
+std::string ExecutablePath(CFBundleRef bundle) {
+    std::string executable;
+    bool const isInside = GetUTF8(InfoString(bundle, "CFBundleExecutable"), executable) &&
+                          executable.find('/') == std::string::npos;
+    return isInside ? bundle->path + "/Contents/MacOS/" + executable : std::string();
+}
+
 // ---- Localised texts ----
 
 struct LanguageName {
@@ -223,20 +231,24 @@ CFStringRef CFBundleCopyLocalizedString(CFBundleRef bundle, CFStringRef key, CFS
     return CFStringCreateCopy(nullptr, text);
 }
 
+CFURLRef CFBundleCopyExecutableURL(CFBundleRef bundle) {
+    return WithoutExceptions<CFURLRef>(nullptr, [&]() -> CFURLRef {
+        std::string const path = platform::ExecutablePath(bundle);
+        return path.empty() ? nullptr
+                            : CFURLCreateFromFileSystemRepresentation(
+                                  nullptr, reinterpret_cast<std::uint8_t const*>(path.data()),
+                                  static_cast<CFIndex>(path.size()), false);
+    });
+}
+
 void* CFBundleGetFunctionPointerForName(CFBundleRef bundle, CFStringRef name) {
     return WithoutExceptions<void*>(nullptr, [&]() -> void* {
         std::string symbol;
-        std::string executable;
-        if (!platform::GetUTF8(name, symbol) ||
-            !platform::GetUTF8(platform::InfoString(bundle, "CFBundleExecutable"), executable)) {
-            return nullptr;
-        }
-        // A name that leads elsewhere would load code that isn't the bundle's.
-        if (executable.find('/') != std::string::npos) {
+        std::string const path = platform::ExecutablePath(bundle);
+        if (!platform::GetUTF8(name, symbol) || path.empty()) {
             return nullptr;
         }
         if (bundle->executable == nullptr) {
-            std::string const path = bundle->path + "/Contents/MacOS/" + executable;
             bundle->executable = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
         }
         return bundle->executable == nullptr ? nullptr : dlsym(bundle->executable, symbol.c_str());

@@ -25,6 +25,14 @@ std::u16string_view TextOf(CFStringRef string) {
     return string == nullptr ? std::u16string_view() : std::u16string_view(string->text);
 }
 
+CFRef<CFStringRef> CopyOf(CFStringRef string) {
+    CFRef<CFStringRef> copy(string == nullptr ? nullptr : CFStringCreateCopy(nullptr, string));
+    if (string != nullptr && !copy) {
+        throw std::bad_alloc();
+    }
+    return copy;
+}
+
 namespace {
 
 // Simple case folding: one unit for one unit, so that positions in folded text stay true.

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "platform/TextEncodingConverter.h"
+#include "platform/UTF16.h"
 #include "platform/internal/CFObjects.h"
 #include "platform/internal/TextCodec.h"
 

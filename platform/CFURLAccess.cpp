@@ -249,6 +249,20 @@ std::int32_t ResolveLinks(std::string& path) {
     return ELOOP;
 }
 
+std::int32_t ReadBeginning(std::string const& path, std::size_t size, std::string& bytes) {
+    bytes.clear();
+    std::int32_t error = 0;
+    FileDescriptor const file(OpenToRead(path, error));
+    if (!file.IsOpen()) {
+        return error;
+    }
+    bytes.resize(size);
+    ssize_t const count = pread(file.Get(), bytes.data(), size, 0);
+    error = count < 0 ? errno : 0;
+    bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    return error;
+}
+
 std::int32_t ReadWholeFile(std::string const& path, std::string& bytes) {
     bytes.clear();
     std::int32_t error = 0;

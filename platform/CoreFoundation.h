@@ -279,6 +279,7 @@ CFBundleRef CFBundleGetMainBundle();  // the printing application's; never null
 CFStringRef CFBundleGetIdentifier(CFBundleRef bundle);
 CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef key);
 CFURLRef CFBundleCopyBundleURL(CFBundleRef bundle);
+CFURLRef CFBundleCopyExecutableURL(CFBundleRef bundle);  // null for a bundle that names none
 // The text of `key` in `table` ("Localizable" when null) for the user's language, English failing
 // that; `value` if there is none, or `key` when that is null or empty.
 CFStringRef CFBundleCopyLocalizedString(CFBundleRef bundle, CFStringRef key, CFStringRef value,

@@ -26,6 +26,9 @@ extern CFClass const kBooleanClass;
 extern CFClass const kURLClass;
 extern CFClass const kUUIDClass;
 extern CFClass const kBundleClass;
+extern CFClass const kRunLoopSourceClass;
+extern CFClass const kDataProviderClass;
+extern CFClass const kImageClass;
 
 }  // namespace platform
 
@@ -103,6 +106,9 @@ bool GetUTF8(CFStringRef string, std::string& text);
 CFStringRef CreateStringFromSystemBytes(std::string_view bytes);
 CFStringRef CreateStringFromUTF8(std::string_view bytes);  // strict
 std::u16string_view TextOf(CFStringRef string);            // empty for null
+
+// A copy that no longer changes with the original, null for null; throws std::bad_alloc.
+CFRef<CFStringRef> CopyOf(CFStringRef string);
 
 // A deep copy of a property list value that no longer changes with the original; other objects
 // are retained. Null when it is nested too deep or there is no memory.

@@ -43,7 +43,10 @@ enum ObjectTypeID : CFTypeID {
     kBooleanTypeID,
     kURLTypeID,
     kUUIDTypeID,
-    kBundleTypeID
+    kBundleTypeID,
+    kRunLoopSourceTypeID,
+    kDataProviderTypeID,
+    kImageTypeID
 };
 
 // False when a test has asked for this creation to fail.

@@ -42,5 +42,7 @@ std::int32_t ResolveLinks(std::string& path);
 
 // The whole file into `bytes`; 0 or a POSIX error.
 std::int32_t ReadWholeFile(std::string const& path, std::string& bytes);
+// At most its first `size` bytes, likewise; not from a pipe or the like.
+std::int32_t ReadBeginning(std::string const& path, std::size_t size, std::string& bytes);
 
 }  // namespace platform

@@ -13,27 +13,12 @@
 #include <vector>
 
 #include "platform/CoreFoundation.h"
+#include "platform/UTF16.h"
 #include "platform/internal/CFRuntime.h"
 #include "platform/internal/MacScriptTables.h"
 
 namespace platform {
 namespace {
-
-constexpr char32_t kFirstSurrogate = 0xD800;
-constexpr char32_t kFirstLowSurrogate = 0xDC00;
-constexpr char32_t kLastSurrogate = 0xDFFF;
-constexpr char32_t kFirstSupplementary = 0x10000;
-constexpr char32_t kLastCharacter = 0x10FFFF;
-
-bool IsSurrogate(char32_t c) {
-    return c >= kFirstSurrogate && c <= kLastSurrogate;
-}
-bool IsHighSurrogate(char32_t c) {
-    return c >= kFirstSurrogate && c < kFirstLowSurrogate;
-}
-bool IsLowSurrogate(char32_t c) {
-    return c >= kFirstLowSurrogate && c <= kLastSurrogate;
-}
 
 // In one allocation, unlike an assignment from an iterator of another type.
 void Widen(std::uint8_t const* bytes, std::size_t size, UTF16Text& text) {
@@ -419,26 +404,6 @@ TextCodec const* TableCodecForRow(std::size_t row) {
 }
 
 }  // namespace
-
-char32_t TakeCharacter(std::u16string_view text, std::size_t& position) {
-    char32_t const unit = text[position++];
-    if (!IsHighSurrogate(unit) || position == text.size() || !IsLowSurrogate(text[position])) {
-        return unit;
-    }
-    char32_t const low = text[position++];
-    return kFirstSupplementary + ((unit - kFirstSurrogate) << 10) + (low - kFirstLowSurrogate);
-}
-
-std::size_t PutCharacter(char32_t character, char16_t* units) {
-    if (character < kFirstSupplementary) {
-        units[0] = static_cast<char16_t>(character);
-        return 1;
-    }
-    character -= kFirstSupplementary;
-    units[0] = static_cast<char16_t>(kFirstSurrogate + (character >> 10));
-    units[1] = static_cast<char16_t>(kFirstLowSurrogate + (character & 0x3FF));
-    return 2;
-}
 
 bool TextCodec::DecodeText(std::uint8_t const* bytes, std::size_t size, UTF16Text& text) const {
     text.reserve(size);

@@ -41,9 +41,4 @@ class TextCodec {
     TextCodec() = default;
 };
 
-// The character at `position`, which moves behind it. A lone surrogate comes as itself.
-char32_t TakeCharacter(std::u16string_view text, std::size_t& position);
-// One or two units; returns how many.
-std::size_t PutCharacter(char32_t character, char16_t* units);
-
 }  // namespace platform

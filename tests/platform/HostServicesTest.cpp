@@ -2,7 +2,6 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#include "platform/Controls.h"
 #include "platform/PlugInHost.h"
 #include "platform/Testing.h"
 #include "platform/UserIdentity.h"
@@ -11,7 +10,6 @@
 namespace {
 
 using CFUUIDTest = OwnershipTest;
-using ControlsTest = OwnershipTest;
 
 TEST_F(CFUUIDTest, TextIsReadInEitherCaseAndOnlyInItsOneShape) {
     CFRef<CFUUIDRef> const uuid(
@@ -33,45 +31,6 @@ TEST_F(CFUUIDTest, NewOnesDifferAndAreMarkedAsRandom) {
     EXPECT_FALSE(CFEqual(first, CFRef<CFUUIDRef>(CFUUIDCreate(nullptr))));
     EXPECT_EQ(CFUUIDGetUUIDBytes(first).byte[6] >> 4, 4);
     EXPECT_EQ(CFUUIDGetUUIDBytes(first).byte[8] >> 6, 2);
-}
-
-TEST_F(ControlsTest, APaneLeadsToItsWindowAndASheetToItsParent) {
-    auto* document = CreateHostWindow({100, 50, 500, 650}, nullptr);
-    auto* sheet = CreateHostWindow({120, 60, 400, 460}, document);
-    auto* pane = CreateUserPane(sheet, true);
-    EXPECT_TRUE(IsControlVisible(pane));
-    EXPECT_EQ(GetControlOwner(pane), sheet);
-    WindowRef parent = nullptr;
-    EXPECT_EQ(GetSheetWindowParent(sheet, &parent), noErr);
-    EXPECT_EQ(parent, document);
-    EXPECT_EQ(GetSheetWindowParent(document, &parent), errInvalidWindowRef);
-
-    MoveWindow(sheet, -5, 32767, false);
-    Rect bounds{};
-    EXPECT_EQ(GetWindowBounds(sheet, kWindowContentRgn, &bounds), noErr);
-    EXPECT_EQ(bounds.left, -5);
-    EXPECT_EQ(bounds.right, 395);
-    EXPECT_EQ(bounds.top, 32767);
-    EXPECT_EQ(bounds.bottom, 32767);  // as far as a coordinate goes
-    DisposeUserPane(pane);
-    DisposeHostWindow(sheet);
-    DisposeHostWindow(document);
-}
-
-TEST_F(ControlsTest, ANibOpensWhenItIsAPropertyList) {
-    TemporaryFolder const folder;
-    folder.Write("Contents/Info.plist", "<plist><dict/></plist>");
-    folder.Write("Contents/Resources/Pane.nib", "<plist><dict/></plist>");
-    folder.Write("Contents/Resources/Bad.nib", "no list");
-    CFRef<CFBundleRef> const bundle(CFBundleCreate(nullptr, FileURL(folder.Path(), true)));
-    IBNibRef nib = nullptr;
-    EXPECT_EQ(CreateNibReferenceWithCFBundle(bundle, CFSTR("Pane"), &nib), noErr);
-    DisposeNibReference(nib);
-    for (auto const name : {CFSTR("Bad"), CFSTR("Absent"), CFSTR("../Resources/Pane")}) {
-        EXPECT_EQ(CreateNibReferenceWithCFBundle(bundle, name, &nib),
-                  kIBCarbonRuntimeCantFindNibFile);
-        EXPECT_EQ(nib, nullptr);
-    }
 }
 
 TEST(UserIdentityTest, TheNameIsTheRealUsersUnlessATestSaysAnother) {

@@ -41,6 +41,7 @@ constexpr char kColorDeviceIDKey[] = "com.apple.print.PrinterInfo.PMColorDeviceI
 constexpr char kOrientationKey[] = "com.apple.print.PageFormat.PMOrientation";
 // The inner ticket about the paper, and what lies in it.
 constexpr char kPaperInfoTicket[] = "com.apple.print.PaperInfoTicket";
+constexpr char kPaperRectKey[] = "com.apple.print.PaperInfo.PMUnadjustedPaperRect";
 constexpr char kPaperNameKey[] = "com.apple.print.PaperInfo.ppd.PMPaperName";
 
 // ---- Print settings ----
