@@ -66,7 +66,9 @@ Outcome AdoptCommand::Run() {
     adopted.Write(mOut);
     std::ranges::stable_sort(told, {}, &std::pair<long, std::string>::first);
     for (auto const& [line, text] : told) {
-        mErr << Outcome::Line(path + ':' + std::to_string(line) + ": " + text);
+        std::string place = path;
+        place.append(":").append(std::to_string(line)).append(": ");
+        mErr << Outcome::Line(place + text);
     }
     mErr << Outcome::Line(path + ": carried " + Counted(carried.options, "option") + " with " +
                           Counted(carried.choices, "choice") + ", " +

@@ -3,9 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
-#include <memory>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -16,6 +14,7 @@
 #include "VelonFeatures/Project/Core/PDEData.h"
 #include "VelonFeatures/Project/Core/PlugIn/ProjectPDE.h"
 #include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
+#include "VelonFeatures/Project/Core/PrinterRecords.h"
 #include "VelonFeatures/Project/Core/SessionGlobals.h"
 #include "VelonFeatures/Project/Core/Warning.h"
 #include "VelonFeatures/Project/Core/ZUBJobTicket.h"
@@ -31,23 +30,12 @@ std::int16_t Pixels(std::uint32_t size) {
     return static_cast<std::int16_t>(std::min<std::uint32_t>(size, INT16_MAX));
 }
 
-// False when not every one of them stands in the record then: some texts can't. No watermarks
-// leave what is there.
+// False when not every one of them stands in the record then. No watermarks leave what is there.
 bool PutWatermarks(ZUBTolvanePrinterPList& records, CFStringRef printer,
                    std::vector<std::string> const& watermarks) {
-    using DataItem = ZUBTolvanePrinterPList::DataItem;
-    if (watermarks.empty()) {
-        return true;
-    }
-    auto const items = std::make_unique<DataItem[]>(watermarks.size());
-    for (std::size_t i = 0; i < watermarks.size(); ++i) {
-        watermarks[i].copy(items[i], sizeof items[i] - 1);
-    }
-    auto const count = static_cast<std::int32_t>(watermarks.size());
-    CFRef<CFMutableArrayRef> const stored(CFArrayCreateMutable(nullptr, 0));
-    return records.AddDataBlob(printer, count, PDEData::kWatermarkBlock, items.get()) &&
-           records.GetDataBlob(printer, PDEData::kWatermarkBlock, stored) &&
-           CFArrayGetCount(stored) == count;
+    bool whole = true;
+    return watermarks.empty() ||
+           (PutBlock(records, printer, PDEData::kWatermarkBlock, watermarks, whole) && whole);
 }
 
 Outcome Checked(OSStatus status, std::string const& what) {
@@ -107,8 +95,7 @@ Outcome DialogSession::WriteRecord(PrintOptions const& options) {
     }
     std::string const failed = "can't write the record of the printer " + options.printer + ": ";
     ZUBTolvanePrinterPList records;
-    char const* const home = std::getenv("HOME");
-    if (home == nullptr || *home != '/') {
+    if (!records.HasPlace()) {
         return Outcome::Failed(failed + "HOME is no absolute path");
     }
     CFRef<CFStringRef> const printer = JsonText::FromUTF8(options.printer);
@@ -122,9 +109,8 @@ Outcome DialogSession::WriteRecord(PrintOptions const& options) {
     if (!PutWatermarks(records, printer, options.watermarks)) {
         return Outcome::Failed(failed + "it can't hold a watermark as it was given");
     }
-    return PDEData::SaveRecords(records)
-               ? Outcome::Done()
-               : Outcome::Failed(failed + HostFiles::Reason(records.FileError()));
+    return SaveRecords(records) ? Outcome::Done()
+                                : Outcome::Failed(failed + HostFiles::Reason(records.FileError()));
 }
 
 Outcome DialogSession::MakeContext() {
@@ -183,14 +169,9 @@ std::string DialogSession::PaperFeed() const {
 }
 
 void DialogSession::TakeWatermarks(std::vector<std::string> const& records) {
-    if (records.empty() || gPDEData == nullptr) {
-        return;
+    if (!records.empty() && gPDEData != nullptr) {
+        gPDEData->Watermarks().Replace(records);
     }
-    WatermarkList::Watermarks watermarks;
-    for (std::string const& record : records) {
-        watermarks.push_back(std::make_unique<ZUBWatermark>(record.c_str()));
-    }
-    gPDEData->Watermarks().Replace(std::move(watermarks));
 }
 
 std::string DialogSession::SelectWatermark(int number) {
@@ -202,7 +183,21 @@ std::string DialogSession::SelectWatermark(int number) {
         return gPDEData->WhyNoWatermark(number);
     }
     list.Select(number);
+    list.TakeFirstPagesOfRecords();
+    mSession.DropFirstPageFlag();
     return {};
+}
+
+std::vector<std::string> DialogSession::DoubtsOfOtherWatermarks() {
+    std::vector<std::string> doubts;
+    std::int32_t const count = gPDEData == nullptr ? 0 : gPDEData->Watermarks().Count();
+    for (std::int32_t i = 0; i < count; ++i) {
+        WatermarkList const& list = gPDEData->Watermarks();
+        if (std::string doubt = list.DoubtsOf(i); i != list.SelectedIndex() && !doubt.empty()) {
+            doubts.push_back(std::move(doubt));
+        }
+    }
+    return doubts;
 }
 
 // A commit with a PPD has something to write, whatever the choices. That it was written shows in
@@ -242,9 +237,10 @@ std::size_t DialogSession::TryJob() {
     std::size_t const before = WarningCount();
     PrintSettingsTicket settings(mSession.Get());
     ZUBJobTicket ticket(&settings, CFRef<CFStringRef>(CreatePostscriptDataFileKey()));
-    ZUBJobNoteList(PPD(), false).outInjectionData(&ticket, mSession.Get());
+    ZUBJobNoteList notes(PPD(), false);
+    notes.outInjectionData(&ticket, mSession.Get());
     if (gPDEData != nullptr) {
-        AddSelectedWatermark(ticket, *gPDEData, gPDEData->PageOrientation());
+        AddSelectedWatermark(ticket, *gPDEData, notes.Orientation());
     }
     return WarningCount() - before;
 }

@@ -35,7 +35,10 @@ class DialogSession {
     // record stays as it is.
     static void TakeWatermarks(std::vector<std::string> const& records);
     // Selects a watermark, -1 for none. Else the selection stays, and why is told.
-    static std::string SelectWatermark(int number);
+    // Selected, all of them are on the pages that their records tell.
+    std::string SelectWatermark(int number);
+    // What a job wouldn't have of the watermarks that aren't selected.
+    static std::vector<std::string> DoubtsOfOtherWatermarks();
     Outcome Commit();
     Outcome Rebuild();
     // What goes with showing and hiding the pane; no more than one Close follows an Open.

@@ -239,6 +239,7 @@ void PresetFile::TellCount(std::vector<ControlSetting> const& settings, std::siz
                        std::to_string(mChoices.size()) + " choices";
     if (settings.size() < mChoices.size()) {
         std::vector<std::string> keywords;
+        keywords.reserve(settings.size());
         for (ControlSetting const& setting : settings) {
             keywords.push_back(PeopleText::Bytes(setting.keyword));
         }

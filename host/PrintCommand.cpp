@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/PrintCommand.h"
 
+#include <algorithm>
+#include <iterator>
+#include <string>
+#include <vector>
+
 #include "PPDX/PPDObjects/ZUBPPD.h"
 #include "host/ControlSettings.h"
 #include "host/DialogSession.h"
@@ -189,18 +194,24 @@ Outcome PrintCommand::MakeChoices(DialogSession& dialog, std::ostream& err, std:
         settings.Fix();
     }
     settings.CheckRules();
-    warnings = settings.Warnings() + missed;
-    if (std::string const refused = SelectWatermark(); !refused.empty()) {
-        ++warnings;
-        err << Outcome::Warning(refused);
-    }
+    warnings = settings.Warnings() + missed + ChooseWatermark(dialog, err);
     return outcome;
 }
 
-// Why the selection that was asked for isn't taken; empty when it is.
-std::string PrintCommand::SelectWatermark() const {
-    return mOptions.selectedWatermark ? DialogSession::SelectWatermark(*mOptions.selectedWatermark)
-                                      : std::string();
+// How many warnings came of it. Of the selected one the job warns.
+std::size_t PrintCommand::ChooseWatermark(DialogSession& dialog, std::ostream& err) {
+    std::vector<std::string> told;
+    if (mOptions.selectedWatermark) {
+        told.push_back(dialog.SelectWatermark(*mOptions.selectedWatermark));
+    }
+    if (!mOptions.watermarks.empty()) {
+        std::ranges::move(DialogSession::DoubtsOfOtherWatermarks(), std::back_inserter(told));
+    }
+    std::erase(told, "");
+    for (std::string const& text : told) {
+        err << Outcome::Warning(text);
+    }
+    return told.size();
 }
 
 void PrintCommand::Report(std::string const& path, JobDataFile const& job) {

@@ -43,12 +43,12 @@ class PrintCommand {
 
   private:
     std::optional<std::string> MakeAndModel() const;
-    std::string SelectWatermark() const;
     Outcome StartWithoutRecord(DialogSession& dialog, TicketFile const& tickets) const;
     Outcome Show(PrintedDocument const& document, JobDataFile const& job);
     Outcome RunDialog(std::string& path, JobDataFile& job);
     Outcome TryChoices(TicketFile const& tickets);
     // Tells on `err` what doesn't come out as it was asked for.
     Outcome MakeChoices(DialogSession& dialog, std::ostream& err, std::size_t& warnings);
+    std::size_t ChooseWatermark(DialogSession& dialog, std::ostream& err);
     void Report(std::string const& path, JobDataFile const& job);
 };

@@ -114,6 +114,10 @@ std::string PrintSession::PrintSettingsText(CFStringRef key) const {
     return status == noErr ? JsonText::ToUTF8(text) : std::string();
 }
 
+void PrintSession::DropFirstPageFlag() {
+    TicketWriter(mPrintSettings).Remove(kFirstPageOnlyKey);
+}
+
 OSStatus PrintSession::OpenPrinter(PrintOptions const& options) {
     CFRef<CFURLRef> const uri(
         CFURLCreateWithString(nullptr, JsonText::FromUTF8(options.deviceURI), nullptr));
@@ -160,8 +164,8 @@ OSStatus PrintSession::FillPrintSettings(PrintOptions const& options) {
                })) {
         settings.Remove(kPrimaryPaperFeedKey);
     }
-    // It belongs to what was selected, or to the records, before.
-    if (!options.watermarks.empty() || options.selectedWatermark) {
+    // It belongs to the records before.
+    if (!options.watermarks.empty()) {
         settings.Remove(kFirstPageOnlyKey);
     }
     return settings.Status();

@@ -29,6 +29,8 @@ class PrintSession {
     Outcome Keep(TicketFile& file) const;
 
     PMPrintSession Get() const { return mSession; }
+    // Forgets in the print settings whether the watermark that was selected is for one page.
+    void DropFirstPageFlag();
     // The text under a key of the print settings; empty when there is none.
     std::string PrintSettingsText(CFStringRef key) const;
 

@@ -96,7 +96,9 @@ Outcome PrintedDocument::CheckOverwriting(std::string const& option, std::string
           Row{"the document", IsStandardInput() ? kStandardInput : mOptions.document},
           Row{"the tickets file", mOptions.tickets}, Row{"the printed document", output}}) {
         if (!path.empty() && !row.path.empty() && IsSameFile(path, row.path)) {
-            return {ExitStatus::kUsage, option + ' ' + path + " would overwrite " + row.what};
+            std::string told = option;
+            told.append(" ").append(path).append(" would overwrite ").append(row.what);
+            return {ExitStatus::kUsage, told};
         }
     }
     return Outcome::Done();

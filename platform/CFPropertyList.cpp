@@ -385,6 +385,39 @@ CFRef<CFTypeRef> PropertyListReader::ReadDictionary(pugi::xml_node element, int 
     return dictionary;
 }
 
+// Whether a character reference at the front is one to zero, as the parser counts: in 32 bits.
+bool IsZeroReference(std::string_view text) {
+    bool const isHex = text.starts_with("&#x");
+    text.remove_prefix(isHex ? 3 : 2);
+    std::size_t const end = text.find_first_not_of(isHex ? "0123456789abcdefABCDEF" : "0123456789");
+    std::uint32_t number = 0;
+    for (char const c : text.substr(0, end)) {
+        auto const digit = static_cast<std::uint32_t>(c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10);
+        number = number * (isHex ? 16 : 10) + digit;
+    }
+    return end != 0 && end < text.size() && text[end] == ';' && number == 0;
+}
+
+// The parser would end a text there. In a comment and in a CDATA section it is none.
+bool HasZeroReference(std::string_view text) {
+    constexpr std::pair<std::string_view, std::string_view> kSections[] = {{"<!--", "-->"},
+                                                                           {"<![CDATA[", "]]>"}};
+    std::size_t at = text.find_first_of("<&");
+    while (at < text.size()) {
+        std::string_view const rest = text.substr(at);
+        if (rest.starts_with("&#") && IsZeroReference(rest)) {
+            return true;
+        }
+        for (auto const& [opening, closing] : kSections) {
+            if (rest.starts_with(opening)) {
+                at = std::min(text.find(closing, at), text.size() - 1);
+            }
+        }
+        at = text.find_first_of("<&", at + 1);
+    }
+    return false;
+}
+
 CFRef<CFTypeRef> ReadPropertyList(CFDataRef data, bool mutableLeaves) {
     auto const& bytes = data->bytes;
     // The parser would take a zero byte for the end and pass over what is behind it. UTF-16, which
@@ -392,6 +425,9 @@ CFRef<CFTypeRef> ReadPropertyList(CFDataRef data, bool mutableLeaves) {
     bool const mayBeUTF8 = bytes.size() < 2 || (bytes[0] < 0xFE && bytes[0] != 0 && bytes[1] != 0);
     if (mayBeUTF8 && std::find(bytes.begin(), bytes.end(), 0) != bytes.end()) {
         throw PropertyListError("A zero byte");
+    }
+    if (HasZeroReference({reinterpret_cast<char const*>(bytes.data()), bytes.size()})) {
+        throw PropertyListError("A reference to a zero character");
     }
     pugi::xml_document document;
     auto const result = document.load_buffer(bytes.data(), bytes.size(),

@@ -208,7 +208,10 @@ InputResult UserPicked(ControlRef control, std::uint16_t item) {
         if (platform::ItemState(*node, item) == InputResult::kMissing) {
             return InputResult::kMissing;
         }
-        return platform::Click(control, true) ? UserChose(control, item) : InputResult::kRefused;
+        // The press has been sent by now, and may have taken the item away.
+        bool const isChosen =
+            platform::Click(control, true) && UserChose(control, item) == InputResult::kDone;
+        return isChosen ? InputResult::kDone : InputResult::kRefused;
     });
 }
 

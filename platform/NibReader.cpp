@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Nibs.h"
 
+#include <algorithm>
 #include <limits>
 #include <optional>
 #include <string>
@@ -176,9 +177,11 @@ void GiveText(ControlNode& node, Description const& from) {
     Check(SetControlFontStyle(node.Ref(), &font));
 }
 
+// Called behind GiveItems: a menu that doesn't say otherwise can stand at each of its items.
 void GiveValue(ControlNode& node, Description const& from) {
+    auto const items = static_cast<std::int32_t>(CFArrayGetCount(from.List("Items")));
     node.minimum = from.Number("Minimum", 0);
-    node.maximum = from.Number("Maximum", 1);
+    node.maximum = from.Number("Maximum", std::max(items, 1));
     SetValue(node, from.Number("Value", node.minimum));
 }
 
@@ -202,8 +205,8 @@ ControlNode& MakeControl(Description const& from, ControlNode& container) {
     node.isVisible = !from.Truth("Hidden");
     node.isEnabled = !from.Truth("Disabled");
     GiveText(node, from);
-    GiveValue(node, from);
     GiveItems(node, from.List("Items"));
+    GiveValue(node, from);
     GiveColumns(node, from.List("Columns"));
     GiveButtonRole(node, from);
     return node;

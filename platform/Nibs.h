@@ -20,7 +20,7 @@
 //     Signature, ID          string of four letters, integer
 //     Command    string of four letters
 //     Title      string; a text's and a field's text
-//     Value, Minimum, Maximum    integers (0, 0, 1)
+//     Value, Minimum, Maximum    integers (0, 0, 1, or as many as there are Items)
 //     Hidden, Disabled, Default, Cancel, Password    booleans (false)
 //     Size, Style, Justification    integers (13, 0, 0), of the font
 //     Items      array of strings, a popup's

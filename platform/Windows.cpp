@@ -141,10 +141,7 @@ OSStatus GetWindowBounds(WindowRef window, std::uint16_t region, Rect* bounds) {
     }
     *bounds = Rect{};
     WindowNode const* const node = Find(window);
-    if (node == nullptr) {
-        return errInvalidWindowRef;
-    }
-    if (region != kWindowContentRgn) {
+    if (node == nullptr || region != kWindowContentRgn) {
         return paramErr;
     }
     *bounds = node->content;
@@ -225,7 +222,11 @@ OSStatus GetSheetWindowParent(WindowRef sheet, WindowRef* parent) {
         return paramErr;
     }
     WindowNode const* const node = Find(sheet);
-    *parent = node == nullptr || Find(node->sheetParent) == nullptr ? nullptr : node->sheetParent;
+    *parent = nullptr;
+    if (node == nullptr) {
+        return paramErr;
+    }
+    *parent = Find(node->sheetParent) == nullptr ? nullptr : node->sheetParent;
     return *parent == nullptr ? errInvalidWindowRef : noErr;
 }
 

@@ -8,8 +8,7 @@
 #include "platform/WindowTypes.h"
 
 // Windows and sheets, their order, their modal loops and their focus. One thread. A null or foreign
-// window is paramErr (errInvalidWindowRef where the bounds or the parent are asked), and an
-// operation that fails clears what it should have filled.
+// window is paramErr, and an operation that fails clears what it should have filled.
 
 using WindowClass = std::uint32_t;
 constexpr WindowClass kMovableModalWindowClass = 4;

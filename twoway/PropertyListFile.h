@@ -26,6 +26,7 @@ class PropertyListFile {
     bool IsFileValid() const { return mFileValid; }
     // 0, or what the last reading or writing met: an errno or a negative number.
     std::int32_t FileError() const { return mFileError; }
+    bool HasPlace() const { return mFileURL != nullptr; }
     // The whole file was there at the last reading, whether or not it was a property list.
     bool WasRead() const { return mWasRead; }
     CFPropertyListRef PropertyList() const { return mPropertyList; }  // borrowed; null for none

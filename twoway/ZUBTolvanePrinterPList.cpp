@@ -324,6 +324,10 @@ bool ZUBTolvanePrinterPList::GetDataBlob(CFStringRef name, std::int32_t blockNum
     return block.end > block.header;
 }
 
+bool ZUBTolvanePrinterPList::CanHold(DataItem const& text) {
+    return static_cast<bool>(ItemFrom(text));
+}
+
 bool ZUBTolvanePrinterPList::AddDataBlob(CFStringRef name, std::int32_t count,
                                          std::int32_t blockNumber, DataItem const* items) {
     bool found = false;

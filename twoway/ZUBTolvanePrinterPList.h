@@ -51,6 +51,9 @@ class ZUBTolvanePrinterPList : public PropertyListFile {
     // Appends the items of a block, all of them strings, to `out`. False without that record or
     // block, and for a record that isn't of form "2"; true for an empty block.
     bool GetDataBlob(CFStringRef name, std::int32_t blockNumber, CFMutableArrayRef out) const;
+    // Whether the text can be an item: UTF-8 that can stand in the file and doesn't read as a
+    // header or as the end mark. False also without memory.
+    static bool CanHold(DataItem const& text);
     // Replaces a block, or adds it, as the first one of its record. An item that isn't UTF-8, can't
     // stand in the file or reads as a header is left out, and the header tells how many are there.
     // Booleans among the blocks move behind the record's end. An unknown name is no failure and

@@ -191,7 +191,9 @@ void AdoptedPPD::WriteOptions(std::ostream& out) {
                       "its choices stay, hidden and without code");
         }
         std::string const group = GroupOf(*option);
-        out << mBlocks.at(option->keyword).Block(group + "/" + group);
+        std::string place = group;
+        place.append("/").append(group);
+        out << mBlocks.at(option->keyword).Block(place);
     }
 }
 

@@ -114,7 +114,7 @@ bool LintChecks::IsExtended(PlacedPPD const& ppd) {
     return FirstLineWith(ppd.Lines(), "*%ZU") > 0;
 }
 
-std::string LintChecks::Sentence(std::string text) {
+std::string LintChecks::Sentence(std::string const& text) {
     return text.ends_with('?') ? text : text + ".";
 }
 

@@ -32,7 +32,7 @@ class LintChecks {
     static void Code(PlacedPPD& ppd, LintFindings& findings);
 
     // A sentence of its own: a full stop behind it unless it ends in a question.
-    static std::string Sentence(std::string text);
+    static std::string Sentence(std::string const& text);
     // The keyword that an opening line such as *OpenUI has; empty for any other line.
     static std::string OpenedIn(std::string_view line);
     // The line of a choice in the block of its control; that of the control when it isn't found.

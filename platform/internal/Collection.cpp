@@ -6,6 +6,7 @@
 #include <new>
 #include <utility>
 
+#include "platform/Wiping.h"
 #include "platform/internal/CFRuntime.h"
 
 namespace {
@@ -91,7 +92,9 @@ std::uint32_t OpaqueCollection::NumberAt(char const* place) {
     return number;
 }
 
+// What was archived may hold secrets.
 void OpaqueCollection::GiveBack::operator()(char* bytes) const {
+    Wipe(bytes, size);
     if (size == kLargestBlock && !sSpareBlocksAreGone) {
         sSpareBlocks.Keep(bytes);
     } else {

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "host/JsonText.h"
 #include "platform/CFRef.h"
 #include "tests/host/HostFixture.h"
 #include "twoway/ZUBTolvanePrinterPList.h"
@@ -49,10 +50,8 @@ class HostWatermarksTest : public HostFixture {
         ZUBTolvanePrinterPList().GetDataBlob(CFSTR("Demo"), number, items);
         Texts texts;
         for (CFIndex i = 0; i < CFArrayGetCount(items); ++i) {
-            char text[2048] = "";
-            CFStringGetCString(static_cast<CFStringRef>(CFArrayGetValueAtIndex(items, i)), text,
-                               sizeof text, kCFStringEncodingUTF8);
-            texts.emplace_back(text);
+            texts.push_back(
+                JsonText::ToUTF8(static_cast<CFStringRef>(CFArrayGetValueAtIndex(items, i))));
         }
         return texts;
     }
@@ -101,6 +100,7 @@ TEST_F(HostWatermarksTest, AChoiceStaysInTheTicketsAlsoWhileTheRecordLacksIt) {
     EXPECT_EQ(copy, MarkIn(back));
     // That one is for the first page alone, the other one and its next record are for all.
     EXPECT_FALSE(isOnAllPages(back));
+    EXPECT_FALSE(isOnAllPages(print({"--select-watermark", "9"}))) << "refused";
     EXPECT_TRUE(isOnAllPages(print({"--select-watermark", "0"})));
     EXPECT_EQ("", MarkIn(print({"--select-watermark", "-1"})));
     EXPECT_EQ("", MarkIn(print({})));
@@ -128,9 +128,10 @@ TEST_F(HostWatermarksTest, WhatAJobCannotHaveIsSaidAndStrictlyRefused) {
     EXPECT_EQ(2, Print({"--select-watermark", "-2"}).status);
 }
 
-TEST_F(HostWatermarksTest, ARecordThatIsWrongIsRefusedByItsField) {
+TEST_F(HostWatermarksTest, ARecordIsRefusedForWhatCannotBeKeptAndToldForTheRest) {
     std::string const longest = kFirst + std::string(1023 - kFirst.size(), 'x');
     EXPECT_EQ(0, Print({"--watermark", longest}).status);
+    EXPECT_EQ(Texts{longest}, Block(1));
     struct {
         std::string record;
         int status;
@@ -138,15 +139,13 @@ TEST_F(HostWatermarksTest, ARecordThatIsWrongIsRefusedByItsField) {
     } const cases[] = {
         {longest + "x", 2, "longer than 1023"},
         {"1,2,\xFF", 2, "UTF-8"},
-        {"0,0,0,0,0,,1,,0,-,-,9,Courier,Text", 2, "has 12 of the 13"},
-        {"0,0,0,0,0,-,0,-,0,-,-,9", 2, "has 12 of the 13"},
-        {"0,0,0,0,0,-,0,-,0,-,-,9,Courier,", 2, "no text"},
-        {"0,0,0,0,0,-,0,-,0,-,-,9,Courier,a\tb", 2, "a tab"},
-        {"0,0,0,0,0,-,0,-,4.5,-,-,9,Courier,t", 2, "Field 8, the angle,"},
-        {"0,0,0,0,256,-,0,-,0,-,-,9,Courier,t", 2, "Field 4, blue,"},
-        {"99999999999,0,0,0,0,-,0,-,0,-,-,9,Courier,t", 2, "Field 0,"},
-        {"0,0,0,0,0,-,0,-,0,-,-,0,Courier,t", 2, "Field 11,"},
-        {"0,0,0,0,0,-,0,-,0,-,-,9,Courier,\uFFFE", 1, "can't hold a watermark"},
+        {"0,0,0,0,0,-,0,-,0,-,-,9,Courier,a\u0085b", 2, "a control character"},
+        {"0,0,0,0,0,-,0,-,0,-,-,9,Courier,\uFFFE", 2, "can hold"},
+        {"1:2", 2, "can hold"},
+        {"0,0,0,0,0,-,0,-,x,-,-,9,Courier,t", 2, "field 8, the angle,"},
+        {"0,0,,,300,0,0,-,11,-,0,-,-,9", 0,
+         "warning: watermark 1 is left out: it has 12 of the 13"},
+        {"0,0,0,0,0,-,0,-,0,-,-,-9,Courier, ", 0, "warning: watermark 1: field 11"},
     };
     for (auto const& [record, status, said] : cases) {
         Result const result = Print({"--watermark", kFirst, "--watermark", record});
@@ -154,7 +153,12 @@ TEST_F(HostWatermarksTest, ARecordThatIsWrongIsRefusedByItsField) {
         EXPECT_NE(result.err.npos, result.err.find(said)) << result.err;
         EXPECT_EQ(1, CountLines(result.err)) << result.err;
     }
-    EXPECT_EQ(Texts{longest}, Block(1));
+    EXPECT_EQ((Texts{kFirst, std::string(std::rbegin(cases)->record)}), Block(1));
+    // One that stands there is told as well, where it is used.
+    EXPECT_EQ("", WarningsOf({}));
+    std::string const stored = WarningsOf({"--select-watermark", "1"});
+    EXPECT_NE(stored.npos, stored.find("warning: watermark 1: field 11")) << stored;
+    EXPECT_EQ(1, CountLines(stored)) << stored;
 }
 
 TEST_F(HostWatermarksTest, AFileOfRecordsThatIsNoListIsToldAsThat) {

@@ -141,17 +141,19 @@ class Case(Dice):
         fields[6] = self.pick(["1", "0", "11", "-"])
         if self.chance(0.04):
             fields[self.rng.randrange(12)] = self.pick(
-                ["x", "12x", " 7", "+3", "-1", "300", "99999999999"])
+                ["x", "12x", "0", " 7", "+3", "-1", "300", "99999999999"])
         text = self.pick(["DRAFT", "50 €, net", ",,", "t", "Entwürfe ¤",
-                          "見本 ｻﾝﾌﾟﾙ", "草稿", "あ€", "Œuvre", ")>} quit",
+                          "見本 ｻﾝﾌﾟﾙ", "草稿", "あ€", "Œuvre", "工x", ")>} quit",
                           "t" * 255, "t" * 256, "t" * 254 + "é",
                           "é" * 127 + "見", "a日"])
         if self.chance(0.02):
-            text = self.pick(["", "a\tb"])
+            text = self.pick(["", " ", "a\tb", "a\x85"])
         font = self.pick(["Helvetica", "Courier-Bold", "Ryumin-Light-H"] * 5 +
                          ["F" * 63, "F" * 64, "a b", "é", "~!$&*",
                           "F" + self.pick("()<>[]{}/%")])
-        return ",".join(fields + [font, text])
+        record = ",".join(fields + [font, text])
+        return record[:record.rfind(",", 0, 40)] if self.chance(0.02) \
+            else record
 
     def watermarks(self):
         count = self.pick([1, 2, 3] * 9 + [98, 99, 100])
@@ -211,7 +213,7 @@ class Case(Dice):
         are_taken = all(Watermark(r).is_taken() for r in host.watermarks)
         selected = self.pick([None] * 4 + [0] * 6 + [-1, 1, 1, 2, 98, 99])
         tickets = with_options(tickets, orientation, paper_feed, layout)
-        if selected is not None or any("--watermark" in a for a in arguments):
+        if any("--watermark" in a for a in arguments):
             tickets[SETTINGS].pop(FIRST_PAGE_KEY, None)
         dialog = Dialog(self.data, host, tickets)
         if not dialog.accepted:
@@ -226,10 +228,14 @@ class Case(Dice):
         if selected is not None:
             call.arguments += ["--select-watermark", str(selected)]
             dialog.select_watermark(selected)
+        if any("--watermark" in a for a in arguments):
+            dialog.doubt_others()
         if not are_taken:
             call.status, call.warnings = 2, 0
         for _ in range(commits if call.status == 0 else 0):
             call.document = document(dialog.commit())
+        if call.status == 0:
+            call.marks_told = dialog.marks_told
         return call, dialog
 
     # -- reading back

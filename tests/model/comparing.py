@@ -88,6 +88,8 @@ class Call:
     status: int = 0
     document: object = None
     warnings: int = 0  # None for any number of lines
+    # Beginnings of the lines about watermarks; None where nobody knows.
+    marks_told: list = None
 
     def set(self, keyword, text, set_value):
         """Adds a setting; False if the call ends with it."""
@@ -125,6 +127,15 @@ class Call:
         status, output, errors = answer
         if status != self.status:
             return "exit status", self.status, status
+        opening = b"zubprint: warning: "
+        told = [line.removeprefix(opening) for line in errors
+                if line.startswith(opening) and b"watermark" in line and
+                b" doesn't take " not in line]
+        if self.marks_told is not None and not (
+                len(told) == len(self.marks_told) and all(
+                    map(bytes.startswith, told,
+                        map(str.encode, self.marks_told)))):
+            return "lines of watermarks", self.marks_told, told
         # Of the warnings only these are a matter of one setting alone.
         errors = [line for line in errors
                   if not line.startswith(b"zubprint: warning: ") or

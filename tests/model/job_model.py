@@ -105,6 +105,8 @@ class Dialog:
         self.accepted = self.ppd.printer_name_valid and self.ppd.is_valid()
         self.files = []
         self.orphans_shown = False
+        self.marks_told = []  # beginnings of the lines about watermarks
+        self.has_told = False
         self.unreadable = 0  # stored notes that nobody can read
         if self.accepted:
             self.version = self.ppd.header["ZUVersion"]
@@ -179,8 +181,36 @@ class Dialog:
 
     def select_watermark(self, number):
         """One that isn't there changes nothing."""
-        if number < len(self.watermarks):
-            self.selected = number
+        if number >= len(self.watermarks):
+            self.marks_told.append(self.no_watermark(number))
+            return
+        self.selected = number
+        self.tickets[SETTINGS].pop(FIRST_PAGE_KEY, None)
+        for watermark in self.watermarks:
+            watermark.take_first_page()
+
+    def no_watermark(self, number):
+        cut = number < len(self.host.watermarks)
+        return ("a dialog takes the first 99 watermarks of a printer, so "
+                "there is" if cut else "the printer has") + \
+            f" no watermark {number}"
+
+    def doubt_others(self):
+        """What is told of the watermarks that the command gives."""
+        for index, watermark in enumerate(self.watermarks):
+            if index != self.selected:
+                self.marks_told += watermark.doubt(index)
+
+    def tell_of_selected(self, language):
+        """What the first commit tells."""
+        watermark = self.selected_watermark()
+        if watermark is None:
+            self.marks_told += [self.no_watermark(self.selected)] * (
+                self.selected >= 0)
+            return
+        self.marks_told += watermark.doubt(self.selected)
+        if watermark.is_printed():
+            self.marks_told += watermark.losses(language)
 
     def selected_watermark(self):
         if 0 <= self.selected < len(self.watermarks):
@@ -318,9 +348,12 @@ class Dialog:
 
     def add_watermark(self):
         watermark = self.selected_watermark()
-        if watermark and watermark.has_font():
-            self.add(FEATURE, watermark.resource(
-                self.orientation, self.ppd.header["LanguageVersion"]))
+        language = self.ppd.header["LanguageVersion"]
+        if not self.has_told:
+            self.tell_of_selected(language)
+        self.has_told = True
+        if watermark and watermark.is_printed():
+            self.add(FEATURE, watermark.resource(self.orientation, language))
 
     def add_scale(self):
         control = next((c for c in self.ppd.controls

@@ -24,32 +24,67 @@ def bool_name(value):
     return "true" if value else "false"
 
 
-class Watermark:
-    """That of a record without empty fields ahead of its text."""
+def number(field):
+    """What is read at its front, in 32 bits, and None where nothing is."""
+    found = re.match(r" *([+]?-?[0-9]+)", field)
+    low, high = BITS_32
+    return found and max(low, min(high, int(found[1].removeprefix("+"))))
 
+
+class Watermark:
     def __init__(self, record):
-        *self.fields, self.text = record.split(",", 13)
-        if self.is_taken():
-            numbers = {n: int(self.fields[n]) for n, *_ in NUMBERS}
-            self.x, self.y = numbers[0], numbers[1]
-            self.rgb = numbers[2], numbers[3], numbers[4]
-            self.angle, self.size = numbers[8], numbers[11]
-            self.first = self.fields[6] == "1"
-            self.font = self.fields[12]
+        self.fields, self.text = [], record
+        for _ in range(13):
+            field, _, self.text = self.text.lstrip(",").partition(",")
+            self.fields.append(field)
+        numbers = {n: number(self.fields[n]) or 0 for n, *_ in NUMBERS}
+        self.x, self.y = numbers[0], numbers[1]
+        self.rgb = numbers[2], numbers[3], numbers[4]
+        self.angle, self.size = numbers[8], numbers[11]
+        self.font = self.fields[12]
+        self.take_first_page()
+
+    def take_first_page(self):
+        self.first = self.fields[6] == "1"
 
     def is_taken(self):
         """Whether the command takes its record."""
-        return len(self.fields) == 13 and self.text and \
-            "\t" not in self.text and all(
-                re.fullmatch("-?[0-9]+", self.fields[n]) and
-                low <= int(self.fields[n]) <= high for n, low, high in NUMBERS)
+        return not re.search("[\x80-\x9f]", self.text) and all(
+            not self.fields[n] or number(self.fields[n]) is not None
+            for n, *_ in NUMBERS)
 
-    def has_font(self):
+    def is_printed(self):
         font = self.font.encode()
-        return 0 < len(font) <= FONT and all(
+        return self.size != 0 and 0 < len(font) <= FONT and all(
             32 < byte < 127 and byte not in DELIMITERS for byte in font)
 
-    def digits(self, language):
+    def is_doubtful(self):
+        return not self.is_printed() or "" in self.fields or \
+            any(not (re.fullmatch(r" *[+]?-?[0-9]+", self.fields[n]) and
+                     low <= int(self.fields[n]) <= high)
+                for n, low, high in NUMBERS) or \
+            self.fields[6] not in ("0", "1", "-") or \
+            not self.text.strip(" ") or len(self.text.encode()) > TEXT
+
+    def doubt(self, index):
+        """How the line begins that tells of it; none for nothing."""
+        return [f"watermark {index}" + (":" if self.is_printed() else
+                                        " is left out:")
+                ] * bool(self.is_doubtful())
+
+    def losses(self, language):
+        """How the lines begin that tell what its text loses."""
+        converted, is_whole = self.converted(language)
+        strange = {b"Chinese": b"\xa4", b"Japanese": b""}.get(
+            language, b"\xa6\xa8\xb4\xb8\xbc\xbd\xbe" +
+            bytes(range(0x80, 0xa0)))
+        found = [not is_whole, set(converted) & set(strange),
+                 any(byte < 16 for byte in converted)]
+        return ["the watermark's text " + opening for there, opening in zip(
+            found, ("ends", "has", "has a tab")) if there]
+
+    def converted(self, language):
+        """The bytes, and whether they are of the whole text."""
         encoding = ENCODINGS.get(language, "iso8859_15")
         converted = b""
         for character in self.text.encode()[:TEXT].decode(errors="ignore"):
@@ -59,7 +94,11 @@ class Watermark:
             try:
                 converted += character.encode(encoding)
             except UnicodeError:
-                break
+                return converted, False
+        return converted, True
+
+    def digits(self, language):
+        converted, _ = self.converted(language)
         if language != b"Japanese":
             converted = converted.replace(b"\xa4", b"\x80")
         return "".join("%X" % byte for byte in converted)

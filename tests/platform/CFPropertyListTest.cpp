@@ -67,7 +67,8 @@ TEST_F(CFPropertyListTest, ReadsWhatOtherWritersMake) {
         "<!-- printers --><!DOCTYPE plist [ <!ENTITY a \"b\"> ]>\r\n"
         "<plist>\r\n<dict>\r\n"
         "  <key>PC<!-- split -->FILENAME</key>\r\n"
-        "  <array><string>&#65;<![CDATA[<&>]]>&lt;&amp;&#x20AC;</string></array>\r\n"
+        "  <array><string>&#65;<![CDATA[<&>]]>&lt;&amp;<![CDATA[&#0;]]><!-- &#0; "
+        "-->&#x20AC;</string></array>\r\n"
         "  <key>hex</key><integer> 0x1F </integer>\r\n"
         "  <key>data</key><data> QU\r\n JD\t</data>\r\n"
         "  <key>when</key><date>2004-02-29T10:00:00Z</date>\r\n"
@@ -80,7 +81,7 @@ TEST_F(CFPropertyListTest, ReadsWhatOtherWritersMake) {
     };
     auto const* names = static_cast<CFArrayRef>(value("PCFILENAME"));
     ASSERT_EQ(CFArrayGetCount(names), 1);
-    EXPECT_EQ(Text(static_cast<CFStringRef>(CFArrayGetValueAtIndex(names, 0))), "A<&><&€");
+    EXPECT_EQ(Text(static_cast<CFStringRef>(CFArrayGetValueAtIndex(names, 0))), "A<&><&&#0;€");
     EXPECT_TRUE(CFEqual(value("hex"), Number(31)));
     EXPECT_TRUE(CFEqual(value("data"), Data("ABC")));
     EXPECT_TRUE(CFEqual(value("when"), CFSTR("2004-02-29T10:00:00Z")));
@@ -103,6 +104,8 @@ TEST_F(CFPropertyListTest, RefusesWhatIsNoPropertyListAndSaysWhy) {
         "<plist><dict><string>a</string><true/></dict></plist>",
         "<plist><string>\xC3</string></plist>",
         "<plist><string>\x01</string></plist>",
+        "<plist><string>a&#0;</string></plist>",
+        "<plist><string>&#x100000000;</string></plist>",
         "<plist><integer>+-1</integer></plist>",
         "<plist><integer>0x-1</integer></plist>",
         "<plist><integer>9223372036854775808</integer></plist>",

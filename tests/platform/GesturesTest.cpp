@@ -120,6 +120,12 @@ TEST_F(GesturesTest, APopupTellsItsPressBeforeItsItemsAreLookedAt) {
     };
     EXPECT_EQ(InputResult::kRefused, UserPicked(popup, 3));
     EXPECT_EQ("heard:13", TakeLog());
+    mListener.hear = [&](EventRef event) {
+        DeleteMenuItem(GetControlPopupMenuHandle(popup), 1);
+        return Log("heard")(event);
+    };
+    EXPECT_EQ(InputResult::kRefused, UserPicked(popup, 3)) << "the press was sent";
+    EXPECT_EQ("heard:13", TakeLog());
     EXPECT_EQ(InputResult::kMissing, UserPicked(popup, 4));
     EXPECT_EQ(InputResult::kMissing, UserPicked(popup, 0));
     EXPECT_EQ("", TakeLog());

@@ -56,23 +56,23 @@ TEST_F(NibTest, ANibOpensWhenItIsAPropertyList) {
 }
 
 TEST_F(NibTest, AWindowComesWithItsControlsAsDescribed) {
-    IBNibRef const nib = Open(Window(
-        Control("pane", "<key>Controls</key><array>" +
-                            Control("popb",
-                                    "<key>Signature</key><string>Cntl</string><key>ID</key>"
-                                    "<integer>2000</integer><key>Items</key><array><string>A"
-                                    "</string><string>B</string></array><key>Maximum</key>"
-                                    "<integer>2</integer><key>Value</key><integer>2</integer>"
-                                    "<key>Hidden</key><true/>") +
-                            "</array>") +
-        Control("push",
-                "<key>Title</key><string>OK</string><key>Command</key><string>ok  </string>"
-                "<key>Default</key><true/><key>Cancel</key><true/><key>Disabled</key>"
-                "<true/><key>Size</key><integer>11</integer>") +
-        Control("edit", "<key>Title</key><string>ab</string><key>Password</key><true/>") +
-        Control("list",
-                "<key>Columns</key><array><dict><key>Code</key><string>SHOR</string>"
-                "<key>Disclosure</key><true/><key>Fixed</key><true/></dict></array>")));
+    IBNibRef const nib = Open(
+        Window(Control("pane", "<key>Controls</key><array>" +
+                                   Control("popb",
+                                           "<key>Signature</key><string>Cntl</string><key>ID</key>"
+                                           "<integer>2000</integer><key>Items</key><array><string>A"
+                                           "</string><string>B</string></array><key>Value</key>"
+                                           "<integer>2</integer>"
+                                           "<key>Hidden</key><true/>") +
+                                   "</array>") +
+               Control("push",
+                       "<key>Title</key><string>OK</string><key>Command</key><string>ok  </string>"
+                       "<key>Default</key><true/><key>Cancel</key><true/><key>Disabled</key>"
+                       "<true/><key>Size</key><integer>11</integer>") +
+               Control("edit", "<key>Title</key><string>ab</string><key>Password</key><true/>") +
+               Control("list",
+                       "<key>Columns</key><array><dict><key>Code</key><string>SHOR</string>"
+                       "<key>Disclosure</key><true/><key>Fixed</key><true/></dict></array>")));
     WindowRef window = nullptr;
     ASSERT_EQ(noErr, CreateWindowFromNib(nib, CFSTR("W"), &window));
     DisposeNibReference(nib);

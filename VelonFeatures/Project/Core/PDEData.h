@@ -104,8 +104,6 @@ class PDEData {
     bool GetIPAddressEnabled() const;
     void SetIPAddressEnabled(bool enabled);
     bool SaveTolvanePrinterList();
-    // Saves them, and warns where a file that was no list had to be kept aside.
-    static bool SaveRecords(ZUBTolvanePrinterPList& records);
     ZUBTolvanePrinterPList* PrinterList() const { return mPrinterList.get(); }  // borrowed
 
     // ---- The quick-access list ----
@@ -125,8 +123,9 @@ class PDEData {
     // without a printer, and without memory, with the list as it was.
     bool GetWatermarksFromPreferences();
     // Writes the list into the record at once; what the record has beyond a full list stays. False
-    // when it couldn't be written, without a printer and for an empty list. Warns of watermarks
-    // that the record can't hold and leaves them out.
+    // when it couldn't be written and for an empty list; without a printer, false, and for one
+    // without a record true, it writes none. One that a record can't hold is cut at a character's
+    // border or leaves an empty record in its place, so that the selection stays: it warns of that.
     bool SaveWatermarksToPreferences();
     // Why the list doesn't have the watermark of that number, counted from 0; for people.
     std::string WhyNoWatermark(std::int32_t number) const;

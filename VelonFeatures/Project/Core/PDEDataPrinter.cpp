@@ -4,8 +4,8 @@
 
 #include "VelonFeatures/Project/Core/PDEData.h"
 #include "VelonFeatures/Project/Core/PPDTree.h"
+#include "VelonFeatures/Project/Core/PrinterRecords.h"
 #include "VelonFeatures/Project/Core/QuickAccess.h"
-#include "VelonFeatures/Project/Core/Warning.h"
 #include "ZUBUtils/PPDUtils/CString.h"
 #include "platform/CFRef.h"
 #include "platform/TextEncodingConverter.h"
@@ -57,14 +57,6 @@ void PDEData::SetIPAddressEnabled(bool enabled) {
         mPrinterList->setIPEnabled(mPrinterName, enabled)) {
         SaveTolvanePrinterList();
     }
-}
-
-bool PDEData::SaveRecords(ZUBTolvanePrinterPList& records) {
-    bool const isSaved = records.Save();
-    if (!records.KeptAside().empty()) {
-        Warn("what stood in the place of the printers' records is kept as " + records.KeptAside());
-    }
-    return isSaved;
 }
 
 bool PDEData::SaveTolvanePrinterList() {

@@ -1,45 +1,39 @@
 // SPDX-License-Identifier: Apache-2.0
 // The watermarks of the printer's record, and which of them the settings have selected.
 #include <algorithm>
-#include <memory>
+#include <cstddef>
+#include <cstdint>
 #include <new>
 #include <string>
-#include <string_view>
-#include <utility>
+#include <vector>
 
 #include "VelonFeatures/Project/Core/PDEData.h"
 #include "VelonFeatures/Project/Core/PrintSettingsTicket.h"
+#include "VelonFeatures/Project/Core/PrinterRecords.h"
 #include "VelonFeatures/Project/Core/TicketKeys.h"
 #include "VelonFeatures/Project/Core/Warning.h"
-#include "ZUBUtils/PPDUtils/PlainText.h"
 #include "platform/CFRef.h"
 
 namespace {
 
-using DataItem = ZUBTolvanePrinterPList::DataItem;
-
-// The stored records, strings. Empty without a block of them.
-CFRef<CFMutableArrayRef> StoredRecords(ZUBTolvanePrinterPList const* list, CFStringRef printer) {
-    CFRef<CFMutableArrayRef> records(CFArrayCreateMutable(nullptr, 0));
-    if (list != nullptr && records) {
-        list->GetDataBlob(printer, PDEData::kWatermarkBlock, records);
+// The stored records, as many whole characters of each as an item of a block has room for. Empty
+// without a block of them.
+std::vector<std::string> StoredRecords(ZUBTolvanePrinterPList const* list, CFStringRef printer) {
+    CFRef<CFMutableArrayRef> const items(CFArrayCreateMutable(nullptr, 0));
+    if (list == nullptr || !items) {
+        return {};
+    }
+    list->GetDataBlob(printer, PDEData::kWatermarkBlock, items);
+    std::vector<std::string> records;
+    for (CFIndex i = 0; i < CFArrayGetCount(items); ++i) {
+        auto const text = static_cast<CFStringRef>(CFArrayGetValueAtIndex(items, i));
+        ZUBTolvanePrinterPList::DataItem item;
+        CFIndex used = 0;
+        CFStringGetBytes(text, {0, CFStringGetLength(text)}, kCFStringEncodingUTF8, '?', false,
+                         reinterpret_cast<std::uint8_t*>(item), sizeof item - 1, &used);
+        records.emplace_back(item, static_cast<std::size_t>(used));
     }
     return records;
-}
-
-// One of them in UTF-8, as many whole characters as an item of a block has room for.
-std::string RecordAt(CFArrayRef records, CFIndex index) {
-    auto const record = static_cast<CFStringRef>(CFArrayGetValueAtIndex(records, index));
-    DataItem item;
-    CFIndex used = 0;
-    CFStringGetBytes(record, {0, CFStringGetLength(record)}, kCFStringEncodingUTF8, '?', false,
-                     reinterpret_cast<std::uint8_t*>(item), sizeof item - 1, &used);
-    return {item, static_cast<std::size_t>(used)};
-}
-
-void PutItem(DataItem& item, std::string_view record) {
-    std::string_view const fitting = CutText(record, sizeof item - 1);
-    item[fitting.copy(item, fitting.size())] = '\0';
 }
 
 }  // namespace
@@ -48,23 +42,17 @@ bool PDEData::GetWatermarksFromPreferences() {
     if (mPrinterName == nullptr) {
         return false;
     }
-    auto const records = StoredRecords(mPrinterList.get(), mPrinterName);
-    if (CFArrayGetCount(records) == 0) {
-        return true;
-    }
     try {
-        WatermarkList::Watermarks watermarks;
-        CFIndex const count =
-            std::min<CFIndex>(CFArrayGetCount(records), WatermarkList::kMaximumCount);
-        for (CFIndex i = 0; i < count; ++i) {
-            watermarks.push_back(std::make_unique<ZUBWatermark>(RecordAt(records, i).c_str()));
-            if (mWatermarks.FirstPageOnly() != 0) {
-                watermarks.back()->RestrictToFirstPage();
-            }
+        auto const records = StoredRecords(mPrinterList.get(), mPrinterName);
+        if (records.empty()) {
+            return true;
         }
-        mWatermarks.Replace(std::move(watermarks));
+        mWatermarks.Replace(records);
     } catch (std::bad_alloc const&) {
         return false;
+    }
+    for (std::int32_t i = 0; mWatermarks.FirstPageOnly() != 0 && i < mWatermarks.Count(); ++i) {
+        mWatermarks.At(i)->RestrictToFirstPage();
     }
     return true;
 }
@@ -76,24 +64,19 @@ bool PDEData::SaveWatermarksToPreferences() {
         return false;
     }
     try {
-        auto const stored = StoredRecords(mPrinterList.get(), mPrinterName);
+        auto records = StoredRecords(mPrinterList.get(), mPrinterName);
         bool const isFull = own == WatermarkList::kMaximumCount;
-        auto const count = std::max<CFIndex>(own, isFull ? CFArrayGetCount(stored) : 0);
-        auto const items = std::make_unique<DataItem[]>(static_cast<std::size_t>(count));
-        for (CFIndex i = 0; i < count; ++i) {
-            PutItem(items[static_cast<std::size_t>(i)],
-                    i < own ? mWatermarks.At(static_cast<std::int32_t>(i))->Record()
-                            : RecordAt(stored, i));
+        auto const count = static_cast<std::size_t>(own);
+        records.resize(isFull ? std::max(count, records.size()) : count);
+        for (std::int32_t i = 0; i < own; ++i) {
+            records[static_cast<std::size_t>(i)] = mWatermarks.At(i)->Record();
         }
-        if (!mPrinterList->AddDataBlob(mPrinterName, static_cast<std::int32_t>(count),
-                                       kWatermarkBlock, items.get())) {
+        bool whole = true;
+        if (!PutBlock(*mPrinterList, mPrinterName, kWatermarkBlock, records, whole)) {
             return false;
         }
-        bool isThere = false;
-        mPrinterList->Exists(mPrinterName, isThere);
-        auto const put = StoredRecords(mPrinterList.get(), mPrinterName);
-        if (isThere && CFArrayGetCount(put) < count) {
-            Warn("a watermark that can't stand in the printer's record isn't kept there");
+        if (!whole) {
+            Warn("a watermark that can't stand in the printer's record isn't kept whole there");
         }
         return SaveTolvanePrinterList();
     } catch (std::bad_alloc const&) {
@@ -103,11 +86,16 @@ bool PDEData::SaveWatermarksToPreferences() {
 
 std::string PDEData::WhyNoWatermark(std::int32_t number) const {
     std::string const none = "no watermark " + std::to_string(number);
+    if (mPrinterList != nullptr && !mPrinterList->HasPlace()) {
+        return "HOME is no absolute path, so there is " + none;
+    }
     if (mWatermarks.Count() == 0 && mPrinterList != nullptr && mPrinterList->IsUnread()) {
         return "the file of the printers' records can't be read, so there is " + none;
     }
-    if (mWatermarks.Count() == WatermarkList::kMaximumCount) {
-        return "a dialog takes the first 99 watermarks of a printer, so there is " + none;
+    if (number >= WatermarkList::kMaximumCount &&
+        static_cast<std::size_t>(number) < StoredRecords(mPrinterList.get(), mPrinterName).size()) {
+        return "a dialog takes the first " + std::to_string(WatermarkList::kMaximumCount) +
+               " watermarks of a printer, so there is " + none;
     }
     return "the printer has " + none;
 }

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cwchar>
-#include <utility>
 
 #include "VelonFeatures/Project/Core/Warning.h"
 #include "ZUBUtils/PPDUtils/PlainText.h"
@@ -18,16 +17,28 @@ constexpr std::size_t kMaximumCharacterSize = 4;
 struct TextTarget {
     std::string_view languageVersion;
     TextEncoding encoding;
-    bool hasEuro;                   // at the byte of the currency sign
-    std::string_view strangeBytes;  // which the job's fonts show as other characters
+    bool replacesA4;                // each such byte, also the half of a character
+    std::string_view strangeBytes;  // which the job shows as other characters
+    char const* strange;            // what the text has then; for people
 };
+// In GBK the byte is no character, but a half of many.
 constexpr TextTarget kTargets[] = {
-    {"Chinese", CreateTextEncoding(1585, 0, 0), true, ""},
-    {"Japanese", CreateTextEncoding(1, 4, 0), false, ""},
+    {"Chinese", CreateTextEncoding(1585, 0, 0), true, "\xA4",
+     "has a character of whose two bytes one is A4, as of all hiragana: it and what follows come "
+     "out as other characters"},
+    {"Japanese", CreateTextEncoding(1, 4, 0), false, "", ""},
 };
-// The job's fonts are in ISO Latin 1, which has other characters in eight places.
-constexpr TextTarget kOtherTarget = {"", CreateTextEncoding(527, 0, 0), true,
-                                     "\xA6\xA8\xB4\xB8\xBC\xBD\xBE"};
+// The job's fonts are in the interpreter's ISO Latin 1. Beside the euro sign, which they get at 80,
+// it has other letters than ISO Latin 9 in seven places, and accents or nothing from 80 to 9F. Its
+// minus at 2D and its quotes at 27 and 60 are only other shapes.
+constexpr TextTarget kOtherTarget = {
+    "", CreateTextEncoding(527, 0, 0), true,
+    "\xA6\xA8\xB4\xB8\xBC\xBD\xBE"
+    "\x80\x81\x82\x83\x84\x85\x86\x87\x88\x89\x8A\x8B\x8C\x8D\x8E\x8F"
+    "\x90\x91\x92\x93\x94\x95\x96\x97\x98\x99\x9A\x9B\x9C\x9D\x9E\x9F",
+    "has one of \u0160 \u0161 \u017D \u017E \u0152 \u0153 \u0178 or a control character from "
+    "U+0080 on, "
+    "which come out as other characters"};
 constexpr char kCurrencySign = static_cast<char>(0xA4);
 constexpr char kEuroCode = static_cast<char>(0x80);
 constexpr unsigned char kFirstOfTwoDigits = 0x10;
@@ -74,6 +85,36 @@ std::string Converted(std::string const& text, TextEncoding target, bool& whole)
     return converted;
 }
 
+void WarnOfLosses(std::string_view converted, bool whole, TextTarget const& target) {
+    struct {
+        bool isThere;
+        char const* loss;
+    } const losses[] = {
+        {!whole, "ends where it has a character that the PPD's language can't print"},
+        {converted.find_first_of(target.strangeBytes) != converted.npos, target.strange},
+        {std::ranges::any_of(converted, HasOneDigit),
+         "has a tab, a line end or another control character, which spoils what follows it"},
+    };
+    for (auto const& [isThere, loss] : losses) {
+        if (isThere) {
+            Warn(std::string("the watermark's text ") + loss);
+        }
+    }
+}
+
+std::string Digits(std::string_view bytes) {
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string digits;
+    for (char const c : bytes) {
+        auto const byte = static_cast<unsigned char>(c);
+        if (!HasOneDigit(c)) {
+            digits += kDigits[byte >> 4U];
+        }
+        digits += kDigits[byte & 0xFU];
+    }
+    return digits;
+}
+
 }  // namespace
 
 WatermarkFields::WatermarkFields(std::string_view record) : text(record) {
@@ -95,13 +136,16 @@ ZUBWatermark::ZUBWatermark(char const* record)
     mRed = NumberOf(fields[kRed]);
     mGreen = NumberOf(fields[kGreen]);
     mBlue = NumberOf(fields[kBlue]);
-    mFirstPageOnly = fields[kFirstPage] == "1";
+    TakeFirstPageOfRecord();
     mAngle = NumberOf(fields[kAngle]);
     mFontSize = NumberOf(fields[kPoints]);
     mFont = CutText(fields[kFontName], kMostFontBytes);
     mFontCut = mFont.size() < fields[kFontName].size();
     mText = CutText(text, kMostTextBytes);
-    mTextCut = mText.size() < text.size();
+}
+
+void ZUBWatermark::TakeFirstPageOfRecord() {
+    mFirstPageOnly = WatermarkFields(mRecord).fields[WatermarkFields::kFirstPage] == "1";
 }
 
 void ZUBWatermark::SetFirstPageOnly(wchar_t const* value) {
@@ -116,34 +160,13 @@ char const* ZUBWatermark::GetWMTextInHex(char const* languageVersion) {
 }
 
 void ZUBWatermark::Convert(char const* languageVersion) {
-    constexpr char kDigits[] = "0123456789ABCDEF";
     TextTarget const& target = TargetFor(languageVersion);
     bool whole = true;
     std::string text = Converted(mText, target.encoding, whole);
-    bool const isStrange = text.find_first_of(target.strangeBytes) != text.npos;
-    std::pair<bool, char const*> const faults[] = {
-        {std::exchange(mTextCut, false), "is cut: it takes 255 bytes"},
-        {!whole, "ends where it has a character that the PPD's language can't print"},
-        {isStrange,
-         "has one of \u0160 \u0161 \u017D \u017E \u0152 \u0153 \u0178, which come out as "
-         "other characters"},
-        {std::ranges::any_of(text, HasOneDigit),
-         "has a tab, a line end or another control character, which spoils what follows it"},
-    };
-    for (auto const& [isThere, fault] : faults) {
-        if (isThere) {
-            Warn(std::string("the watermark's text ") + fault);
-        }
-    }
-    if (target.hasEuro) {
+    WarnOfLosses(text, whole, target);
+    if (target.replacesA4) {
         std::ranges::replace(text, kCurrencySign, kEuroCode);
     }
     mText = text;
-    for (char const c : mText) {
-        auto const byte = static_cast<unsigned char>(c);
-        if (!HasOneDigit(c)) {
-            mHexText += kDigits[byte >> 4U];
-        }
-        mHexText += kDigits[byte & 0xFU];
-    }
+    mHexText = Digits(text);
 }

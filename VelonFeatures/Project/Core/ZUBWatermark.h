@@ -63,17 +63,18 @@ class ZUBWatermark {
     // UTF-8, and from GetWMTextInHex on the bytes that that has made of it.
     std::string const& Text() const { return mText; }
 
+    void TakeFirstPageOfRecord();
     // True for L"True" alone.
     void SetFirstPageOnly(wchar_t const* value);
     void RestrictToFirstPage() { mFirstPageOnly = true; }
 
     // The text as the hexadecimal digits that stand for it in the job, in upper case: in GBK for
     // the language version "Chinese", in Mac Japanese for "Japanese", in ISO Latin 9 for any other
-    // and for null. Outside of Japanese the byte 0xA4, in ISO Latin 9 the euro sign, becomes 0x80,
-    // where the job's fonts have it; and a byte below 0x10 has one digit alone. A text ends ahead
-    // of the first character that the encoding lacks. Warns of that, of a text that was cut, and of
-    // characters that won't be printed as they are. Made once: later languages change nothing.
-    // Lives as long as the watermark.
+    // and for null. Outside of Japanese each byte 0xA4 becomes 0x80: in ISO Latin 9 the euro sign,
+    // which the job's fonts have there, in GBK a half of characters, which are lost. A byte below
+    // 0x10 has one digit alone. A text ends ahead of the first character that the encoding lacks.
+    // Warns of that and of characters that won't be printed as they are. Made once: later languages
+    // change nothing. Lives as long as the watermark.
     char const* GetWMTextInHex(char const* languageVersion);
 
   private:
@@ -91,8 +92,7 @@ class ZUBWatermark {
     std::string mFont;
     bool mFontCut = false;
     std::string mText;
-    bool mTextCut = false;  // and nobody was told yet
-    std::string mHexText;   // empty until it is asked for
+    std::string mHexText;  // empty until it is asked for
 };
 
 // Whether watermarks of this language version, which may be null, are printed in their font's own

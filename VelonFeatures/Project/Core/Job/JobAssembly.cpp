@@ -107,8 +107,7 @@ OSStatus JobAssembly::Run() {
     OutRemainingControls();
     OutStoredPairs();
     OutSpecialControls();
-    std::int32_t const orientation = OutJobNotes();
-    AddSelectedWatermark(mTicket, mData, orientation);
+    OutJobNotesAndWatermark();
     OutScale();
     OutPCPairs();
     OutCustomSize();
@@ -199,10 +198,10 @@ void JobAssembly::OutRemainingControl(PPDXControl* control) {
 }
 
 // The job is whole without what a note can't give it.
-std::int32_t JobAssembly::OutJobNotes() {
+void JobAssembly::OutJobNotesAndWatermark() {
     ZUBJobNoteList notes(mPPD, false);
     notes.outInjectionData(&mTicket, mData.Session());
-    return notes.Orientation();
+    AddSelectedWatermark(mTicket, mData, notes.Orientation());
 }
 
 void JobAssembly::OutDriverMarker() {

@@ -39,7 +39,7 @@ class JobAssembly {
     void OutStoredPairs();
     void OutSpecialControls();
     void OutDynamicOption(PPDXControl* control, PPDXJobNote& note);
-    std::int32_t OutJobNotes();  // the page's orientation, as ZUBJobNoteList has it
+    void OutJobNotesAndWatermark();
     void OutScale();
     void OutPCPairs();
     bool OutPCPair(OptionPair const& pair);  // whether it went out

@@ -14,6 +14,8 @@ class ZUBJobTicket;
 constexpr std::size_t kShortTextSize = 256;  // with the terminator, as the one below
 constexpr std::size_t kLongTextSize = 2048;
 
+// Whatever its length.
+[[gnu::format(printf, 1, 2)]] std::string FormattedText(char const* format, ...);
 // Empty when it doesn't fit a short text.
 [[gnu::format(printf, 1, 2)]] std::string ShortText(char const* format, ...);
 [[gnu::format(printf, 3, 4)]] void AddShortText(ZUBJobTicket& ticket, PostScriptInjectionSite site,

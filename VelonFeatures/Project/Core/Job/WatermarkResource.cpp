@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "VelonFeatures/Project/Core/Job/WatermarkResource.h"
 
-#include <algorithm>
 #include <charconv>
-#include <cstdarg>
-#include <cstdio>
-#include <string_view>
 
 #include "PPDX/PPDObjects/ZUBPPD.h"
+#include "VelonFeatures/Project/Core/Job/ShortText.h"
 #include "VelonFeatures/Project/Core/PDEData.h"
 #include "VelonFeatures/Project/Core/PostScriptInjectionSite.h"
 #include "VelonFeatures/Project/Core/ZUBJobTicket.h"
@@ -117,42 +114,6 @@ std::string Decimal(double number, int decimals) {
     return std::string(text, end.ptr);
 }
 
-[[gnu::format(printf, 1, 2)]] std::string Formatted(char const* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    std::va_list again;
-    va_copy(again, arguments);
-    int const length = std::vsnprintf(nullptr, 0, format, arguments);
-    std::string text(static_cast<std::size_t>(std::max(length, 0)), '\0');
-    std::vsnprintf(text.data(), text.size() + 1, format, again);
-    va_end(again);
-    va_end(arguments);
-    return text;
-}
-
-bool IsRegular(char c) {
-    constexpr std::string_view kDelimiters = "()<>[]{}/%";
-    return c > ' ' && c <= '~' && kDelimiters.find(c) == kDelimiters.npos;
-}
-
-// A name of regular characters of PostScript, printable ASCII but for its delimiters.
-bool HasFont(ZUBWatermark const& mark) {
-    return !mark.Font().empty() && !mark.IsFontCut() && std::ranges::all_of(mark.Font(), IsRegular);
-}
-
-// Why the job can't have the selected one. Empty for one that it can have, and without any.
-std::string FaultOfSelected(PDEData& data) {
-    WatermarkList const& list = data.Watermarks();
-    ZUBWatermark const* const mark = list.Selected();
-    if (mark == nullptr) {
-        return list.SelectedIndex() < 0 ? "" : data.WhyNoWatermark(list.SelectedIndex());
-    }
-    if (!HasFont(*mark)) {
-        return "the watermark is left out: its font isn't a PostScript name of 1 to 63 characters";
-    }
-    return mark->FontSize() == 0 ? "the watermark is left out: its font has the size 0" : "";
-}
-
 }  // namespace
 
 std::string WatermarkResource(ZUBWatermark& mark, std::int32_t orientation,
@@ -160,15 +121,15 @@ std::string WatermarkResource(ZUBWatermark& mark, std::int32_t orientation,
     Placement const at = PlacementOf(mark, orientation);
     char const* const font = mark.Font().c_str();
     auto const colour = [](std::int32_t value) { return Decimal(value / kColourRange, 2); };
-    return Formatted(kHeadFormat, at.landscape, at.inverseLandscape, font, font, font) +
-           (HasFontsOfItsOwn(languageVersion) ? Formatted(kOwnEncodingFormat, font)
-                                              : Formatted(kLatinFormat, font, font)) +
-           Formatted(kTailFormat, mark.GetWMTextInHex(languageVersion), mark.FontSize(),
-                     colour(mark.Red()).c_str(), colour(mark.Green()).c_str(),
-                     colour(mark.Blue()).c_str(), at.landscape, at.inverseLandscape,
-                     Decimal(mark.Angle() / kAnglesPerDegree, 1).c_str(),
-                     std::to_string(at.x).c_str(), std::to_string(at.y).c_str(),
-                     mark.FirstPageOnly() ? "false" : "true");
+    return FormattedText(kHeadFormat, at.landscape, at.inverseLandscape, font, font, font) +
+           (HasFontsOfItsOwn(languageVersion) ? FormattedText(kOwnEncodingFormat, font)
+                                              : FormattedText(kLatinFormat, font, font)) +
+           FormattedText(kTailFormat, mark.GetWMTextInHex(languageVersion), mark.FontSize(),
+                         colour(mark.Red()).c_str(), colour(mark.Green()).c_str(),
+                         colour(mark.Blue()).c_str(), at.landscape, at.inverseLandscape,
+                         Decimal(mark.Angle() / kAnglesPerDegree, 1).c_str(),
+                         std::to_string(at.x).c_str(), std::to_string(at.y).c_str(),
+                         mark.FirstPageOnly() ? "false" : "true");
 }
 
 void AddWatermarkResource(ZUBJobTicket& ticket, std::string const& resource) {
@@ -178,11 +139,18 @@ void AddWatermarkResource(ZUBJobTicket& ticket, std::string const& resource) {
 }
 
 void AddSelectedWatermark(ZUBJobTicket& ticket, PDEData& data, std::int32_t orientation) {
-    std::string const fault = FaultOfSelected(data);
-    ZUBWatermark* const mark = data.Watermarks().Selected();
-    if (!fault.empty()) {
-        data.Watermarks().WarnOnce(fault);
-    } else if (mark != nullptr) {
+    WatermarkList& list = data.Watermarks();
+    std::int32_t const number = list.SelectedIndex();
+    if (number < 0) {
+        return;
+    }
+    ZUBWatermark* const mark = list.Selected();
+    if (std::string const told =
+            mark == nullptr ? data.WhyNoWatermark(number) : list.DoubtsOf(number);
+        !told.empty()) {
+        list.WarnOnce(told);
+    }
+    if (mark != nullptr && CanBePrinted(*mark)) {
         ZUBPPD const* const ppd = data.GetPPD();
         char const* const language = ppd == nullptr ? nullptr : ppd->LanguageVersion();
         AddWatermarkResource(ticket, WatermarkResource(*mark, orientation, language));

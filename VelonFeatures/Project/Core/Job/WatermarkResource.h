@@ -13,7 +13,8 @@ class ZUBWatermark;
 // the server's dictionary is there it goes by the size of the original page, elsewhere by the clip
 // path's.
 
-// The greatest resource that the print server takes, with a terminator.
+// The greatest resource that the print server takes, with a terminator. No ZUBWatermark comes near
+// it: with the longest font and text it is some 3000 bytes.
 constexpr std::size_t kWatermarkResourceSize = 5120;
 
 // The resource of a watermark whose font's name can stand in it. Orientation is the page format's:
@@ -24,7 +25,7 @@ std::string WatermarkResource(ZUBWatermark& mark, std::int32_t orientation,
                               char const* languageVersion);
 // Adds it to the features. One that is too long is left out.
 void AddWatermarkResource(ZUBJobTicket& ticket, std::string const& resource);
-// Adds the selected watermark's to the features. One that isn't there, whose font isn't named by 1
-// to 63 regular characters of PostScript or has the size 0 is left out; of that and of what of the
-// text won't be seen it warns, the first time.
+// Adds the selected watermark's to the features. One that isn't there or can't be printed is left
+// out; of that, of what else is wrong in its record and of what of its text won't be seen it warns,
+// the first time.
 void AddSelectedWatermark(ZUBJobTicket& ticket, PDEData& data, std::int32_t orientation);

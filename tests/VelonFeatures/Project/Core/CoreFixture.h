@@ -80,11 +80,7 @@ class CoreFixture : public testing::Test {
         return texts;
     }
     static void SetWatermarks(PDEData& data, Texts const& records) {
-        WatermarkList::Watermarks watermarks;
-        for (auto const& record : records) {
-            watermarks.push_back(std::make_unique<ZUBWatermark>(record.c_str()));
-        }
-        data.Watermarks().Replace(std::move(watermarks));
+        data.Watermarks().Replace(records);
     }
     std::unique_ptr<PDEData> MakeData(ZUBPPD* ppd = nullptr) const {
         return std::make_unique<PDEData>(mSession.Get(), ppd, nullptr);

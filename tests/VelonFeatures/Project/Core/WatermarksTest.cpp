@@ -82,13 +82,14 @@ TEST(ZUBWatermarkTest, TheTextBecomesDigitsInTheLanguagesEncodingAndLossesAreTol
         {"\u00E9\u20AC", "French", "E980", ""},
         {"\u20AC", nullptr, "80", ""},
         {"\u20AC", "ChineseSimp", "80", ""},
-        {"\u4E2D\u6587", "Chinese", "D6D0CEC4", ""},
-        {"\u3042", "Chinese", "80A2", ""},  // also a byte of a character
+        {"\u4E2D\u6587\u20AC\u00A4", "Chinese", "D6D0CEC480A1E8", ""},
+        {"\u3042", "Chinese", "80A2", "has a character of whose"},
+        {"\u5DE5", "Chinese", "B980", "has a character of whose"},
+        {"\u0080\u009F", "English", "809F", "has one of"},
         {"\u65E5\u672C A\uFF71", "Japanese", "93FA967B2041B1", ""},
         {"", "English", "", ""},
         {"\u0160\u0161\u017D\u017E\u0152\u0153\u0178", "Czech", "A6A8B4B8BCBDBE", "has one of"},
         {"a\t\x01z", "English", "61917A", "has a tab"},
-        {std::string(256, 'f'), "English", std::string(510, '6'), "is cut"},
         {"ab\u65E5c", "English", "6162", "ends where"},
     };
     for (auto const& [text, language, digits, warning] : cases) {
@@ -104,9 +105,40 @@ TEST(ZUBWatermarkTest, TheTextBecomesDigitsInTheLanguagesEncodingAndLossesAreTol
     }
 }
 
-class WatermarkListTest : public CoreFixture {
+TEST(WatermarkListTest, WhatARecordLacksIsToldWithItsNumber) {
+    struct {
+        char const* record;
+        char const* told;
+    } const cases[] = {
+        {"-1,2,0,0,255,-,0,-,-450,-,-,7,~!$&*,t", ""},
+        {" 1,+2,3,4,5,-,-,-,6,-,-,7,F,,t", ""},
+        {"0,0,0,0,256,-,1,-,0,-,-,9,F,t", "watermark 0: field 4, blue,"},
+        {"0,0,0,0,0,-,1,-,4.5,-,-,-9,F,t", "; field 11, the size"},
+        {"0,0,0,0,0,-,0,-,0,-,-,0,F,t", "watermark 0 is left out: field 11, the size"},
+        {"x,0,0,0,0,-,11,-,0,-,-,9,a b,t",
+         "; field 6, the first page alone, isn't 0, 1 or -: '11'; its font"},
+        {"0,0,0,0,0,-,0,-,0,-,-,9,F", "watermark 0: it has no text"},
+        {"0,0,0,0,0,-,0,-,0,-,-,9,F,  ", "watermark 0: its text is nothing but blanks"},
+        {"0,0,,0,0,0,-,0,-,0,-,9", "watermark 0 is left out: it has 11 of the 13 fields"},
+        {"", "watermark 0 is left out: it has 0 of the 13"},
+    };
+    WatermarkList list;
+    for (auto const& [record, told] : cases) {
+        list.Replace({record});
+        std::string const doubts = list.DoubtsOf(0);
+        EXPECT_EQ(*told == '\0', doubts.empty()) << doubts;
+        EXPECT_NE(doubts.npos, doubts.find(told)) << record << ": " << doubts;
+    }
+    for (std::size_t const length : {255U, 256U}) {
+        list.Replace({RecordWith("F", std::string(length, 't'))});
+        EXPECT_EQ(length == 255 ? "" : "watermark 0: its text is cut: it takes 255 bytes",
+                  list.DoubtsOf(0));
+    }
+}
+
+class PrintersWatermarksTest : public CoreFixture {
   protected:
-    WatermarkListTest() { mSession.SetPrinter("Demo", nullptr); }
+    PrintersWatermarksTest() { mSession.SetPrinter("Demo", nullptr); }
 
     static Texts Numbered(int count) {
         Texts texts;
@@ -124,7 +156,7 @@ class WatermarkListTest : public CoreFixture {
     }
 };
 
-TEST_F(WatermarkListTest, TheListIsTheRecordsFirst99AndSavingItLosesNothing) {
+TEST_F(PrintersWatermarksTest, TheListIsTheRecordsFirst99AndSavingItLosesNothing) {
     for (int const count : {99, 100}) {
         Texts const records = Numbered(count);
         SetBlock(0, {"*Duplex", "*Sort"});
@@ -134,11 +166,13 @@ TEST_F(WatermarkListTest, TheListIsTheRecordsFirst99AndSavingItLosesNothing) {
         EXPECT_EQ(Texts(records.begin(), records.begin() + 99), RecordsOf(*data));
         EXPECT_TRUE(data->SaveWatermarksToPreferences());
         EXPECT_EQ(records, Block(1));
+        EXPECT_EQ(count == 100, data->WhyNoWatermark(99).find("first 99") != std::string::npos);
+        EXPECT_EQ("the printer has no watermark 100", data->WhyNoWatermark(100));
         EXPECT_EQ((Texts{"*Duplex", "*Sort"}), Block(0));
     }
 }
 
-TEST_F(WatermarkListTest, NoWatermarksLeaveListAndRecordAsTheyAre) {
+TEST_F(PrintersWatermarksTest, NoWatermarksLeaveListAndRecordAsTheyAre) {
     auto const data = MakeData();
     EXPECT_FALSE(data->SaveWatermarksToPreferences());
     SetWatermarks(*data, {"7"});
@@ -151,16 +185,16 @@ TEST_F(WatermarkListTest, NoWatermarksLeaveListAndRecordAsTheyAre) {
     EXPECT_FALSE(MakeData()->SaveWatermarksToPreferences());
 }
 
-TEST_F(WatermarkListTest, WhatARecordHasNoPlaceForIsCutOrLeftOutWithAWarning) {
+TEST_F(PrintersWatermarksTest, WhatARecordHasNoPlaceForIsCutOrLeftOutWithAWarning) {
     std::string const longRecord = RecordWith("F", std::string(996, 't') + "\u20AC and more");
     std::string const fitting = longRecord.substr(0, 1022);
     SetBlock(1, {"x"});
     auto const data = MakeData();
-    SetWatermarks(*data, {longRecord, "1:2"});
+    SetWatermarks(*data, {longRecord, "1:2", "z"});
     testing::internal::CaptureStderr();
     EXPECT_TRUE(data->SaveWatermarksToPreferences());
     EXPECT_EQ(0U, testing::internal::GetCapturedStderr().find("zubprint: warning: a watermark"));
-    EXPECT_EQ(Texts{fitting}, Block(1));
+    EXPECT_EQ((Texts{fitting, "", "z"}), Block(1)) << "each in its place";
     // A file may hold more than anybody writes.
     std::string const path = mSession.Path("home/Library/Preferences/ZUB.TolvanePrinterV2.plist");
     std::string const file = ReadFile(path);
@@ -169,7 +203,7 @@ TEST_F(WatermarkListTest, WhatARecordHasNoPlaceForIsCutOrLeftOutWithAWarning) {
         << file.substr(0, at) << longRecord << file.substr(at + fitting.size());
     auto const next = MakeData();
     EXPECT_TRUE(next->GetWatermarksFromPreferences());
-    EXPECT_EQ(Texts{fitting}, RecordsOf(*next));
+    EXPECT_EQ((Texts{fitting, "", "z"}), RecordsOf(*next));
 }
 
 }  // namespace
