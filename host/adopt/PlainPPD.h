@@ -11,8 +11,8 @@
 // An ordinary PPD, read for what can be chosen in it. Texts are bytes as they stand in the file;
 // code has line feeds between its lines and none at its end. Lines count from 1.
 //
-// The grammar is that of the PostScript Printer Description File Format Specification 4.3 (Adobe
-// Systems, 1996), taken as widely as files in use take it.
+// The grammar is that of PPD 4.3 (Adobe Systems, technical note 5003, 1996), taken as widely as
+// files in use take it.
 struct PlainPPD {
     struct Choice {
         std::string keyword;
